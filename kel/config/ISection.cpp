@@ -1,0 +1,267 @@
+#include "kel/config/ISection.h"
+
+#include "kel/config/ICustomField.h"
+#include "kel/config/KELConfigStatus.h"
+#include "kel/config/KELTextReader.h"
+#include "kel/config/KELTextTrim.h"
+#include "kel/frame/KELTrace.h"
+
+#include <cstdint>
+#include <functional>
+#include <ostream>
+#include <vector>
+
+namespace {
+
+constexpr const char* kSource = "KELSection";
+
+// Sections this small are searched by a plain scan, which beats hashing.
+constexpr std::size_t kScanLimit = 8;
+
+bool EqualsIgnoringCase(std::string_view a, std::string_view b)
+{
+    if (a.size() != b.size())
+        return false;
+    for (std::size_t i = 0; i < a.size(); ++i) {
+        const auto lower = [](char c) { return (c >= 'A' && c <= 'Z') ? char(c - 'A' + 'a') : c; };
+        if (lower(a[i]) != lower(b[i]))
+            return false;
+    }
+    return true;
+}
+
+// The line a begin or end line must be: "[" ... "]" once trimmed.
+bool IsBracketed(std::string_view trimmed)
+{
+    return trimmed.size() >= 2 && trimmed.front() == '[' && trimmed.back() == ']';
+}
+
+// Reads up to the next line that is not blank and not a comment; false at end of file.
+bool ReadSignificantLine(KELTextReader& file, std::string_view& line)
+{
+    do {
+        if (!file.ReadLine(line))
+            return false;
+        line = KELTrimLeft(line);
+    } while (KELIsSkippedLine(line));
+    line = KELTrimRight(line);
+    return true;
+}
+
+} // namespace
+
+// Fields in the order first read or added, with an open-addressing index of
+// positions once the section outgrows a scan.
+struct ISection::Impl {
+    std::string name;
+    std::vector<ICustomField> fields;
+    std::vector<std::uint32_t> slots; // position + 1; 0 is a free slot
+
+    static std::size_t Hash(std::string_view key) { return std::hash<std::string_view>{}(key); }
+
+    std::size_t Find(std::string_view key) const
+    {
+        if (slots.empty()) {
+            for (std::size_t i = 0; i < fields.size(); ++i)
+                if (fields[i].GetFieldName() == key)
+                    return i;
+            return npos;
+        }
+        const std::size_t mask = slots.size() - 1;
+        for (std::size_t s = Hash(key) & mask;; s = (s + 1) & mask) {
+            const std::uint32_t slot = slots[s];
+            if (slot == 0)
+                return npos;
+            if (fields[slot - 1].GetFieldName() == key)
+                return slot - 1;
+        }
+    }
+
+    void IndexLast()
+    {
+        if (fields.size() <= kScanLimit)
+            return;
+        if (fields.size() * 2 > slots.size()) {
+            Rebuild();
+            return;
+        }
+        Place(fields.size() - 1);
+    }
+
+    void Place(std::size_t position)
+    {
+        const std::size_t mask = slots.size() - 1;
+        std::size_t s = Hash(fields[position].GetFieldName()) & mask;
+        while (slots[s] != 0)
+            s = (s + 1) & mask;
+        slots[s] = static_cast<std::uint32_t>(position + 1);
+    }
+
+    void Rebuild()
+    {
+        slots.clear();
+        if (fields.size() <= kScanLimit)
+            return;
+        std::size_t size = 16;
+        while (size < fields.size() * 4)
+            size *= 2;
+        slots.assign(size, 0);
+        for (std::size_t i = 0; i < fields.size(); ++i)
+            Place(i);
+    }
+
+    // Stores a field; one of the same name is replaced in its place.
+    void Put(ICustomField&& field)
+    {
+        const std::size_t at = Find(field.GetFieldName());
+        if (at != npos) {
+            fields[at] = std::move(field);
+            return;
+        }
+        fields.push_back(std::move(field));
+        IndexLast();
+    }
+
+    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+};
+
+ISection::ISection() : m_pImpl(std::make_unique<Impl>()) {}
+
+ISection::ISection(std::string name) : ISection() { m_pImpl->name = std::move(name); }
+
+ISection::~ISection() = default;
+
+const std::string& ISection::GetSectionName() const { return m_pImpl->name; }
+
+void ISection::SetSectionName(std::string name) { m_pImpl->name = std::move(name); }
+
+int ISection::Load(KELTextReader& file)
+{
+    const int begin = ValidBeginSection(file);
+    if (begin != KEL_CFG_SUCCESS)
+        return begin;
+    ICustomField field;
+    int status;
+    while ((status = field.Load(file)) == KEL_CFG_SUCCESS || status == KEL_CFG_NO_EQUALS) {
+        if (status == KEL_CFG_SUCCESS)
+            m_pImpl->Put(std::move(field));
+    }
+    return ValidEndSection(file);
+}
+
+int ISection::ValidBeginSection(KELTextReader& file)
+{
+    std::string_view line;
+    if (!ReadSignificantLine(file, line)) {
+        KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "ISection::ValidBeginSection , EOF reached ";
+        return KEL_CFG_EOF;
+    }
+    if (!IsBracketed(line)) {
+        KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "ISection::ValidBeginSection , invalid section " << line;
+        return KEL_CFG_INVALID_BEGIN;
+    }
+    m_pImpl->name.assign(KELTrim(line.substr(1, line.size() - 2)));
+    KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "ISection::ValidBeginSection " << m_pImpl->name;
+    return KEL_CFG_SUCCESS;
+}
+
+int ISection::ValidEndSection(KELTextReader& file)
+{
+    std::string_view line;
+    if (!ReadSignificantLine(file, line)) {
+        KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "ISection::ValidEndSection ,  EOF reached ";
+        return KEL_CFG_EOF;
+    }
+    if (IsBracketed(line)) {
+        const std::string_view inner = KELTrim(line.substr(1, line.size() - 2));
+        if (inner.size() >= 3 && EqualsIgnoringCase(inner.substr(0, 3), "end")
+            && KELTrim(inner.substr(3)) == m_pImpl->name) {
+            KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "ISection::ValidEndSection  " << m_pImpl->name;
+            return KEL_CFG_SUCCESS;
+        }
+    }
+    KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "ISection::ValidEndSection , INVALID End " << line;
+    return KEL_CFG_INVALID_END;
+}
+
+void ISection::Save(std::string& out) const
+{
+    KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "ISection::Save " << m_pImpl->name;
+    out.append("[ ").append(m_pImpl->name).append(" ]\n");
+    for (const ICustomField& field : m_pImpl->fields)
+        field.Save(out);
+    out.append("[ End ").append(m_pImpl->name).append(" ]\n\n");
+}
+
+int ISection::GetString(std::string_view name, std::string& value) const
+{
+    if (const std::string* found = FindValue(name)) {
+        value = *found;
+        return 1;
+    }
+    KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "KEL : Get" << name << " not found ";
+    return 0;
+}
+
+const std::string* ISection::FindValue(std::string_view name) const
+{
+    const std::size_t at = m_pImpl->Find(name);
+    return at == Impl::npos ? nullptr : &m_pImpl->fields[at].GetValue();
+}
+
+void ISection::SetString(std::string_view name, std::string_view value)
+{
+    KEL_TRACE(KEL_TRACE_INFO, kSource, this) << "KEL : Set" << name << " with value : " << value;
+    const std::size_t at = m_pImpl->Find(name);
+    if (at != Impl::npos)
+        m_pImpl->fields[at].SetValue(std::string(value));
+    else
+        AddField(name, value);
+}
+
+int ISection::AddField(std::string_view name, std::string_view value)
+{
+    if (m_pImpl->Find(name) != Impl::npos)
+        return 0;
+    m_pImpl->Put(ICustomField(std::string(name), std::string(value)));
+    return 1;
+}
+
+int ISection::RemoveField(std::string_view name)
+{
+    const std::size_t at = m_pImpl->Find(name);
+    if (at == Impl::npos)
+        return 0;
+    m_pImpl->fields.erase(m_pImpl->fields.begin() + static_cast<std::ptrdiff_t>(at));
+    m_pImpl->Rebuild();
+    return 1;
+}
+
+std::size_t ISection::GetFieldCount() const { return m_pImpl->fields.size(); }
+
+const ICustomField& ISection::GetField(std::size_t index) const { return m_pImpl->fields.at(index); }
+
+std::unique_ptr<ISection> ISection::Clone() const
+{
+    auto copy = std::make_unique<ISection>(m_pImpl->name);
+    copy->m_pImpl->fields = m_pImpl->fields;
+    copy->m_pImpl->slots = m_pImpl->slots;
+    return copy;
+}
+
+std::unique_ptr<ISection> ISection::CloneWithName(std::string_view name) const
+{
+    if (name.empty())
+        return nullptr;
+    auto copy = Clone();
+    copy->SetSectionName(std::string(name));
+    return copy;
+}
+
+void ISection::DumpDebug(std::ostream& out) const
+{
+    out << "[ " << m_pImpl->name << " ]" << std::endl;
+    for (const ICustomField& field : m_pImpl->fields)
+        field.DumpDebug(out);
+    out << "[ End " << m_pImpl->name << " ]" << std::endl;
+}

@@ -1,0 +1,72 @@
+#include "kel/config/KELTextReader.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <memory>
+
+KELTextReader::KELTextReader(std::string text) : m_storage(std::move(text)), m_text(m_storage) {}
+
+KELTextReader KELTextReader::OverView(std::string_view text)
+{
+    KELTextReader reader;
+    reader.m_text = text;
+    return reader;
+}
+
+KELTextReader::KELTextReader(KELTextReader&& other) noexcept { *this = std::move(other); }
+
+KELTextReader& KELTextReader::operator=(KELTextReader&& other) noexcept
+{
+    if (this != &other) {
+        const bool owned = other.m_text.data() == other.m_storage.data();
+        m_storage = std::move(other.m_storage);
+        m_text = owned ? std::string_view(m_storage) : other.m_text;
+        m_pos = other.m_pos;
+        other.m_storage.clear();
+        other.m_text = {};
+        other.m_pos = 0;
+    }
+    return *this;
+}
+
+bool KELTextReader::Open(const std::string& path, std::string* error)
+{
+    *this = KELTextReader();
+    struct Closer {
+        void operator()(std::FILE* f) const { std::fclose(f); }
+    };
+    std::unique_ptr<std::FILE, Closer> file(std::fopen(path.c_str(), "rb"));
+    std::string content;
+    int fault = file ? 0 : errno;
+    if (file) {
+        char buffer[1 << 16];
+        std::size_t n;
+        while ((n = std::fread(buffer, 1, sizeof buffer, file.get())) > 0)
+            content.append(buffer, n);
+        if (std::ferror(file.get()))
+            fault = errno ? errno : EIO;
+    }
+    if (fault != 0) {
+        if (error)
+            *error = std::strerror(fault);
+        return false;
+    }
+    *this = KELTextReader(std::move(content));
+    return true;
+}
+
+bool KELTextReader::ReadLine(std::string_view& line)
+{
+    if (m_pos >= m_text.size())
+        return false;
+    const char* begin = m_text.data() + m_pos;
+    const std::size_t left = m_text.size() - m_pos;
+    const void* feed = std::memchr(begin, '\n', left);
+    std::size_t length = feed ? static_cast<std::size_t>(static_cast<const char*>(feed) - begin) : left;
+    m_pos += feed ? length + 1 : length;
+    if (feed && length > 0 && begin[length - 1] == '\r')
+        --length;
+    line = std::string_view(begin, length);
+    return true;
+}

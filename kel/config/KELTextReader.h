@@ -1,0 +1,45 @@
+#pragma once
+
+#include "kel/KELExport.h"
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+
+// A text file opened for reading, as the configuration readers see it: lines
+// without their line ends ("\n" or "\r\n"), a position that can be taken and
+// set back, and the end of the file.
+//
+// The whole file is read into memory when it is opened, so reading a line is
+// a search for the next line feed and moving back is an assignment: this is
+// what lets a large configuration file load at memory speed.
+class KEL_EXPORT KELTextReader {
+public:
+    KELTextReader() = default;
+    // Reads the given text, which the reader keeps a copy of.
+    explicit KELTextReader(std::string text);
+    // Reads text that the caller keeps alive for the reader's lifetime.
+    static KELTextReader OverView(std::string_view text);
+
+    KELTextReader(const KELTextReader&) = delete;
+    KELTextReader& operator=(const KELTextReader&) = delete;
+    KELTextReader(KELTextReader&& other) noexcept;
+    KELTextReader& operator=(KELTextReader&& other) noexcept;
+
+    // Replaces the content with the named file's. On failure the reader is
+    // left empty and error, when given, says why.
+    bool Open(const std::string& path, std::string* error = nullptr);
+
+    // The next line without its line end; false at the end of the text.
+    bool ReadLine(std::string_view& line);
+
+    std::size_t GetPosition() const { return m_pos; }
+    void Seek(std::size_t position) { m_pos = position < m_text.size() ? position : m_text.size(); }
+    bool AtEnd() const { return m_pos >= m_text.size(); }
+    std::string_view GetText() const { return m_text; }
+
+private:
+    std::string m_storage;   // owned content, when the reader owns it
+    std::string_view m_text; // what is read: m_storage or the caller's text
+    std::size_t m_pos = 0;
+};

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "kel/KELExport.h"
+#include "zed/TTraceStream.h"
+
+// A trace stream of one module and one kind: its lines are written only when
+// the application's mask holds both bits.
+class KEL_EXPORT KELTraceStream : public TTraceStream {
+public:
+    KELTraceStream(unsigned int moduleBit, unsigned int kindBit);
+    KELTraceStream(const KELTraceStream& other) = default;
+    KELTraceStream& operator=(const KELTraceStream& other) = default;
+    ~KELTraceStream() override;
+};

@@ -1,0 +1,84 @@
+// Runs the built kelconf program as a user would and checks its streams and
+// exit status.
+
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <sys/wait.h>
+
+namespace {
+
+struct ProgramRun {
+    int exitCode;
+    std::string out;
+    std::string err;
+};
+
+std::string Slurp(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    std::stringstream text;
+    text << in.rdbuf();
+    return text.str();
+}
+
+ProgramRun Kelconf(const std::string& arguments)
+{
+    // ctest runs tests in parallel: each test writes its own files.
+    const std::string stem = ::testing::TempDir() + ::testing::UnitTest::GetInstance()->current_test_info()->name();
+    const std::string out = stem + ".out", err = stem + ".err";
+    const std::string command = std::string(KELCONF_PATH) + " " + arguments + " >" + out + " 2>" + err;
+    const int status = std::system(command.c_str());
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(out), Slurp(err)};
+}
+
+std::string WriteTemp(const std::string& name, const std::string& text)
+{
+    const std::string path =
+        ::testing::TempDir() + ::testing::UnitTest::GetInstance()->current_test_info()->name() + "-" + name;
+    std::ofstream(path, std::ios::binary) << text;
+    return path;
+}
+
+TEST(KelconfCheck, WritesBackEverySectionOfACleanFile)
+{
+    const std::string path = WriteTemp("clean.conf", "# head\r\n[A]\r\n  x =  1 \r\n[end A]\r\n\r\n[ B ]\n[ End B ]\n\n# tail\n");
+    const ProgramRun run = Kelconf("check " + path);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.out, "[ A ]\n    x = 1\n[ End A ]\n\n[ B ]\n[ End B ]\n\n");
+    EXPECT_EQ(run.err, "");
+}
+
+TEST(KelconfCheck, ReportsEachFailedSectionLoadAndKeepsGoing)
+{
+    const std::string path = WriteTemp("bad.conf", "stray line\n[ A ]\n[ End a ]\n[ C ]\nk = v\n[ End C ]\n[ Cut ]\nk = v\n");
+    const ProgramRun run = Kelconf("check " + path);
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_EQ(run.out, "[ C ]\n    k = v\n[ End C ]\n\n");
+    EXPECT_EQ(run.err, "status 5\nstatus 4\nstatus 8\n");
+}
+
+TEST(KelconfCheck, ShippedSampleLoads)
+{
+    const ProgramRun run = Kelconf(std::string("check ") + KEL_SOURCE_DIR + "/data/config/sample.conf");
+    EXPECT_EQ(run.exitCode, 0);
+    EXPECT_NE(run.out.find("[ Router - 12 - 0 ]\n    .Hidden = Arg:3,Arg:7\n"), std::string::npos);
+    EXPECT_NE(run.out.find("    Width = 800\n"), std::string::npos);
+    EXPECT_EQ(run.err, "status 4\n");
+}
+
+TEST(KelconfCheck, UnreadableFileOrBadUsageExitsTwo)
+{
+    const ProgramRun missing = Kelconf("check /nonexistent/file.conf");
+    EXPECT_EQ(missing.exitCode, 2);
+    EXPECT_EQ(missing.out, "");
+    EXPECT_EQ(missing.err, "kelconf: cannot read /nonexistent/file.conf: No such file or directory\n");
+    EXPECT_EQ(Kelconf("").exitCode, 2);
+    EXPECT_EQ(Kelconf("frobnicate x").exitCode, 2);
+    EXPECT_EQ(Kelconf("check").err, "usage: kelconf check FILE\n");
+}
+
+} // namespace

@@ -1,0 +1,46 @@
+#pragma once
+
+#include "zed/ZedExport.h"
+
+#include <string>
+#include <string_view>
+
+// Builds one trace line at a time under a mask and hands it to the
+// application's trace provider when the line is ended with endl. The line is
+// written only when the provider's mask holds every bit of the stream's mask;
+// a stream opened while that is not so formats nothing at all.
+class ZED_EXPORT TTraceStream {
+public:
+    explicit TTraceStream(unsigned int mask);
+    TTraceStream(const TTraceStream& other);
+    TTraceStream& operator=(const TTraceStream& other);
+    virtual ~TTraceStream();
+
+    unsigned int GetMask() const { return m_mask; }
+    bool IsActive() const { return m_active; }
+
+    TTraceStream& operator<<(std::string_view text);
+    TTraceStream& operator<<(const char* text);
+    TTraceStream& operator<<(const std::string& text) { return *this << std::string_view(text); }
+    TTraceStream& operator<<(char c);
+    TTraceStream& operator<<(int n);
+    TTraceStream& operator<<(unsigned int n);
+    TTraceStream& operator<<(long n);
+    TTraceStream& operator<<(unsigned long n);
+    TTraceStream& operator<<(long long n);
+    TTraceStream& operator<<(unsigned long long n);
+    TTraceStream& operator<<(double d);
+    // Objects are shown by address, "0x" and lower-case hexadecimal digits.
+    TTraceStream& operator<<(const void* object);
+    TTraceStream& operator<<(TTraceStream& (*manipulator)(TTraceStream&)) { return manipulator(*this); }
+
+    // Ends the current line: writes it if the provider allows and starts a new one.
+    void EndLine();
+
+private:
+    unsigned int m_mask;
+    bool m_active;
+    std::string m_line;
+};
+
+ZED_EXPORT TTraceStream& endl(TTraceStream& stream);
