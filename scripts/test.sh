@@ -1,0 +1,10 @@
+#!/usr/bin/env bash
+# Sets up, builds and runs the test suite headless; with "asan", the same
+# suite under AddressSanitizer and UndefinedBehaviorSanitizer.
+#   bash scripts/test.sh [default|asan]
+set -euo pipefail
+cd "$(dirname "$0")/.."
+preset="${1:-default}"
+bash scripts/setup.sh "$preset"
+export QT_QPA_PLATFORM=offscreen
+ctest --preset "$preset" -j "$(nproc)"
