@@ -3,7 +3,7 @@
 
 #include "kel/frame/KELTrace.h"
 #include "zed/TApplication.h"
-#include "zed/TTraceProvider.h"
+#include "zed/trace/TTraceProvider.h"
 
 #include <benchmark/benchmark.h>
 

@@ -1,6 +1,7 @@
 #include "zed/TApplication.h"
 
-#include "zed/TTraceProvider.h"
+#include "zed/dict/TDictionary.h"
+#include "zed/trace/TTraceProvider.h"
 
 TApplication::TApplication() : m_pTraceProvider(std::make_unique<TTraceProvider>()) {}
 
@@ -10,6 +11,11 @@ void TApplication::SetTraceProvider(std::unique_ptr<TTraceProvider> provider)
 {
     if (provider)
         m_pTraceProvider = std::move(provider);
+}
+
+void TApplication::SetDictionary(std::shared_ptr<const TDictionary> dictionary)
+{
+    m_pDictionary = std::move(dictionary);
 }
 
 TApplication* ZEDGetApplication()

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+class TDictionary;
 class TTraceProvider;
 
 // The access library's process-wide object. It lives from the first call of
@@ -22,8 +23,14 @@ public:
     // so nobody may keep a pointer to it across this call.
     void SetTraceProvider(std::unique_ptr<TTraceProvider> provider);
 
+    // The dictionary that names classes and types for everything in the
+    // process; null until one is set.
+    const std::shared_ptr<const TDictionary>& GetDictionary() const { return m_pDictionary; }
+    void SetDictionary(std::shared_ptr<const TDictionary> dictionary);
+
 private:
     std::unique_ptr<TTraceProvider> m_pTraceProvider;
+    std::shared_ptr<const TDictionary> m_pDictionary;
 };
 
 ZED_EXPORT TApplication* ZEDGetApplication();

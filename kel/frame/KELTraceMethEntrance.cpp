@@ -2,7 +2,7 @@
 
 #include "kel/frame/KELTrace.h"
 #include "zed/TApplication.h"
-#include "zed/TTraceProvider.h"
+#include "zed/trace/TTraceProvider.h"
 
 unsigned int KELTraceMethEntrance::m_appMask = ~0u;
 bool KELTraceMethEntrance::m_bAppMaskRead = false;

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kel/KELExport.h"
-#include "zed/TTraceProvider.h"
+#include "zed/trace/TTraceProvider.h"
 
 // The library's trace provider. A host that wants its own sinks derives from it
 // and installs it on the access library's application object.

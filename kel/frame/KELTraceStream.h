@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kel/KELExport.h"
-#include "zed/TTraceStream.h"
+#include "zed/trace/TTraceStream.h"
 
 // A trace stream of one module and one kind: its lines are written only when
 // the application's mask holds both bits.

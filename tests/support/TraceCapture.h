@@ -2,7 +2,7 @@
 
 #include "kel/frame/KELTraceMethEntrance.h"
 #include "zed/TApplication.h"
-#include "zed/TTraceProvider.h"
+#include "zed/trace/TTraceProvider.h"
 
 #include <sstream>
 #include <string>

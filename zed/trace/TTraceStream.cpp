@@ -1,7 +1,7 @@
-#include "zed/TTraceStream.h"
+#include "zed/trace/TTraceStream.h"
 
 #include "zed/TApplication.h"
-#include "zed/TTraceProvider.h"
+#include "zed/trace/TTraceProvider.h"
 
 #include <charconv>
 #include <cstdint>

@@ -1,6 +1,6 @@
 #include "zed/TApplication.h"
-#include "zed/TTraceProvider.h"
-#include "zed/TTraceStream.h"
+#include "zed/trace/TTraceProvider.h"
+#include "zed/trace/TTraceStream.h"
 
 #include <gtest/gtest.h>
 

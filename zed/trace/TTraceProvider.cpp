@@ -1,4 +1,4 @@
-#include "zed/TTraceProvider.h"
+#include "zed/trace/TTraceProvider.h"
 
 #include <atomic>
 #include <charconv>

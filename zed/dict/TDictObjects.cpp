@@ -1,0 +1,97 @@
+#include "zed/dict/TDictObjects.h"
+
+#include <algorithm>
+#include <cctype>
+
+namespace {
+
+bool SameIgnoringCase(const std::string& a, const std::string& b)
+{
+    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+        return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
+    });
+}
+
+template <typename Container, typename Match>
+auto FindIn(const Container& items, Match match) -> decltype(&*items.begin())
+{
+    const auto found = std::find_if(items.begin(), items.end(), match);
+    return found == items.end() ? nullptr : &*found;
+}
+
+} // namespace
+
+TDictValue::~TDictValue() = default;
+
+TDictArgument::~TDictArgument() = default;
+std::unique_ptr<TDictValue> TDictArgument::Clone() const { return std::make_unique<TDictArgument>(*this); }
+
+TDictAttribute::~TDictAttribute() = default;
+std::unique_ptr<TDictValue> TDictAttribute::Clone() const { return std::make_unique<TDictAttribute>(*this); }
+
+const TDictArgument* TDictReply::FindArgument(unsigned int id) const
+{
+    return FindIn(m_arguments, [&](const TDictArgument& a) { return a.GetID() == id; });
+}
+
+const TDictReply* TDictDirective::FindReply(ZED_T_DICT_OBJECT_TYPE kind, unsigned int code) const
+{
+    const auto& replies = kind == ZED_DICT_EXCEPTION ? m_exceptions : m_responses;
+    if (kind != ZED_DICT_EXCEPTION && kind != ZED_DICT_RESPONSE)
+        return nullptr;
+    return FindIn(replies, [&](const TDictReply& r) { return r.GetReplyCode() == code; });
+}
+
+const TDictArgument* TDictDirective::FindRequestArgument(unsigned int id) const
+{
+    return FindIn(m_request, [&](const TDictArgument& a) { return a.GetID() == id; });
+}
+
+const TDictArgument* TDictDirective::FindRequestArgument(const std::string& name) const
+{
+    return FindIn(m_request, [&](const TDictArgument& a) { return SameIgnoringCase(a.GetName(), name); });
+}
+
+TDictClass::TDictClass() = default;
+TDictClass::~TDictClass() = default;
+
+const TDictClass* TDictClass::FindChild(unsigned int code) const
+{
+    for (const auto& child : m_children)
+        if (child->GetCode() == code)
+            return child.get();
+    return nullptr;
+}
+
+const TDictClass* TDictClass::FindChild(const std::string& name) const
+{
+    for (const auto& child : m_children)
+        if (SameIgnoringCase(child->GetName(), name))
+            return child.get();
+    return nullptr;
+}
+
+const TDictAttribute* TDictClass::FindAttribute(unsigned int id) const
+{
+    return FindIn(m_attributes, [&](const TDictAttribute& a) { return a.GetID() == id; });
+}
+
+const TDictAttribute* TDictClass::FindAttribute(const std::string& name) const
+{
+    return FindIn(m_attributes, [&](const TDictAttribute& a) { return SameIgnoringCase(a.GetName(), name); });
+}
+
+const TDictDirective* TDictClass::FindDirective(unsigned int id) const
+{
+    return FindIn(m_directives, [&](const TDictDirective& d) { return d.GetID() == id; });
+}
+
+const TDictDirective* TDictClass::FindDirective(const std::string& name) const
+{
+    return FindIn(m_directives, [&](const TDictDirective& d) { return SameIgnoringCase(d.GetName(), name); });
+}
+
+const TDictEvent* TDictClass::FindEvent(unsigned int id) const
+{
+    return FindIn(m_events, [&](const TDictEvent& e) { return e.GetID() == id; });
+}

@@ -1,0 +1,81 @@
+#include "zed/dict/TDictionary.h"
+
+#include "zed/TException.h"
+#include "zed/dict/TDictionaryLoader.h"
+#include "zed/value/TEntitySpec.h"
+
+#include <cctype>
+#include <fstream>
+#include <sstream>
+
+TDictionary::TDictionary() = default;
+TDictionary::~TDictionary() = default;
+
+std::shared_ptr<const TDictionary> TDictionary::Load(const std::string& path)
+{
+    std::ifstream in(path, std::ios::binary);
+    if (!in)
+        throw TException(path + ": cannot open the dictionary file");
+    std::stringstream text;
+    text << in.rdbuf();
+    return Parse(text.str(), path);
+}
+
+std::shared_ptr<const TDictionary> TDictionary::Parse(std::string_view json, const std::string& sourceName)
+{
+    return TDictionaryLoader::Load(json, sourceName);
+}
+
+const TDictClass* TDictionary::FindRootClass(unsigned int code) const
+{
+    for (const auto& root : m_roots)
+        if (root->GetCode() == code)
+            return root.get();
+    return nullptr;
+}
+
+const TDictClass* TDictionary::FindRootClass(const std::string& name) const
+{
+    for (const auto& root : m_roots) {
+        const std::string& n = root->GetName();
+        if (n.size() == name.size()
+            && std::equal(n.begin(), n.end(), name.begin(), [](char a, char b) {
+                   return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
+               }))
+            return root.get();
+    }
+    return nullptr;
+}
+
+const TDictClass* TDictionary::FindClass(const TEntityClass& entityClass) const
+{
+    return FindClass(entityClass.GetCodes());
+}
+
+const TDictClass* TDictionary::FindClass(const std::vector<unsigned int>& path) const
+{
+    if (path.empty())
+        return nullptr;
+    const TDictClass* cls = FindRootClass(path[0]);
+    for (std::size_t depth = 1; cls && depth < path.size(); ++depth)
+        cls = cls->FindChild(path[depth]);
+    return cls;
+}
+
+TDictTypePtr TDictionary::FindType(const std::string& name) const
+{
+    if (TDictTypePtr builtin = TDictionaryLoader::BuiltinType(name))
+        return builtin;
+    for (const TDictTypePtr& type : m_types)
+        if (type->GetName() == name)
+            return type;
+    return nullptr;
+}
+
+const std::string* TDictionary::FindPartitionName(unsigned int code) const
+{
+    for (const Partition& partition : m_partitions)
+        if (partition.code == code)
+            return &partition.name;
+    return nullptr;
+}

@@ -1,0 +1,391 @@
+#include "zed/dict/TDictionaryLoader.h"
+
+#include "zed/dict/ZedJsonReader.h"
+
+#include <map>
+#include <set>
+
+namespace {
+
+constexpr const char* kFormat = "zed-dictionary 1";
+// Deeper nesting than this is refused, so nothing above walks without bound.
+constexpr int kMaxTypeDepth = 32;
+constexpr int kMaxClassDepth = 32;
+
+struct Builtin {
+    const char* name;
+    ZED_T_DATATYPE datatype;
+};
+
+constexpr Builtin kBuiltins[] = {
+    {"Boolean", ZED_DT_BOOLEAN},         {"Latin1String", ZED_DT_LATIN1STRING}, {"SimpleName", ZED_DT_SIMPLENAME},
+    {"FullName", ZED_DT_FULLNAME},       {"Reserved14", ZED_DT_RESERVED14},     {"Reserved15", ZED_DT_RESERVED15},
+    {"Reserved16", ZED_DT_RESERVED16},   {"Integer16", ZED_DT_INTEGER16},       {"Integer32", ZED_DT_INTEGER32},
+    {"Unsigned16", ZED_DT_UNSIGNED16},   {"Unsigned32", ZED_DT_UNSIGNED32},     {"Counter16", ZED_DT_COUNTER16},
+    {"Counter32", ZED_DT_COUNTER32},     {"OctetString", ZED_DT_OCTETSTRING},   {"AbsTime", ZED_DT_ABSTIME},
+    {"RelTime", ZED_DT_RELTIME},         {"EntitySpec", ZED_DT_ENTITYSPEC},     {"EntityClass", ZED_DT_ENTITYCLASS},
+    {"Float", ZED_DT_FLOAT},             {"AttributeList", ZED_DT_ATTRIBUTELIST}, {"Real", ZED_DT_REAL},
+    {"EventReport", ZED_DT_EVENTREPORT}, {"Attribute", ZED_DT_ATTRIBUTE},       {"AttributeID", ZED_DT_ATTRIBUTEID},
+};
+
+const std::map<std::string, TDictTypePtr>& Builtins()
+{
+    static const std::map<std::string, TDictTypePtr> builtins = [] {
+        std::map<std::string, TDictTypePtr> map;
+        for (const Builtin& b : kBuiltins)
+            map.emplace(b.name, std::make_shared<const TDictType>(b.datatype, b.name, b.name, b.datatype));
+        return map;
+    }();
+    return builtins;
+}
+
+// Refuses a second use of a code or a name within one scope.
+class UniqueCheck {
+public:
+    explicit UniqueCheck(const char* what) : m_what(what) {}
+    void Code(const ZedJsonNode& node, unsigned int code)
+    {
+        if (!m_codes.insert(code).second)
+            node.Fail(std::string("a second ") + m_what + " with code " + std::to_string(code));
+    }
+    void Name(const ZedJsonNode& node, const std::string& name)
+    {
+        std::string lower;
+        for (char c : name)
+            lower.push_back(static_cast<char>(std::tolower(static_cast<unsigned char>(c))));
+        if (!m_names.insert(lower).second)
+            node.Fail(std::string("a second ") + m_what + " named \"" + name + "\" (names ignore case)");
+    }
+
+private:
+    const char* m_what;
+    std::set<unsigned int> m_codes;
+    std::set<std::string> m_names;
+};
+
+} // namespace
+
+class TDictionaryLoader::Reader {
+public:
+    Reader(const std::string& source, TDictionary& dictionary) : m_source(source), m_dictionary(dictionary) {}
+
+    void Read(const ZedJsonNode& root)
+    {
+        root.ExpectObject({"format", "partitions", "types", "commonExceptions", "classes"});
+        if (root.Key("format").String() != kFormat)
+            root.Key("format").Fail(std::string("expected \"") + kFormat + "\"");
+        ReadPartitions(root.Key("partitions"));
+        ReadTypes(root.Key("types"));
+        ReadCommonExceptions(root.Key("commonExceptions"));
+        const ZedJsonNode classes = root.Key("classes");
+        UniqueCheck unique("class");
+        for (std::size_t i = 0, n = classes.ArraySize(true); i < n; ++i)
+            m_dictionary.m_roots.push_back(ReadClass(classes.At(i), nullptr, unique, 1));
+    }
+
+private:
+    void ReadPartitions(const ZedJsonNode& list)
+    {
+        UniqueCheck unique("partition");
+        for (std::size_t i = 0, n = list.ArraySize(true); i < n; ++i) {
+            const ZedJsonNode node = list.At(i).ExpectObject({"code", "name"});
+            TDictionary::Partition partition{node.Key("code").Unsigned(), node.Key("name").NonEmptyString()};
+            if (partition.code == 0)
+                node.Key("code").Fail("partition 0 stands for all partitions and cannot be declared");
+            unique.Code(node.Key("code"), partition.code);
+            unique.Name(node.Key("name"), partition.name);
+            m_dictionary.m_partitions.push_back(std::move(partition));
+        }
+    }
+
+    // Types may refer to each other in any order; each is built once, after
+    // the types it refers to, and a type that refers back to itself is refused.
+    void ReadTypes(const ZedJsonNode& list)
+    {
+        UniqueCheck unique("type");
+        for (std::size_t i = 0, n = list.ArraySize(false); i < n; ++i) {
+            const ZedJsonNode node = list.At(i);
+            node.ExpectObject({"id", "name", "presentation", "kind", "items", "members", "element", "base"});
+            const std::string name = node.Key("name").NonEmptyString();
+            if (Builtins().count(name))
+                node.Key("name").Fail("\"" + name + "\" is a built-in type");
+            unique.Code(node.Key("id"), node.Key("id").Unsigned());
+            unique.Name(node.Key("name"), name);
+            m_pendingTypes.emplace(name, i);
+            m_typeOrder.push_back(name);
+        }
+        m_typeList = &list;
+        for (const std::string& name : m_typeOrder)
+            m_dictionary.m_types.push_back(ResolveType(name, list.At(m_pendingTypes.at(name)).Key("name"), 0));
+    }
+
+    TDictTypePtr ResolveType(const std::string& name, const ZedJsonNode& where, int depth)
+    {
+        if (auto builtin = BuiltinType(name))
+            return builtin;
+        if (auto done = m_resolved.find(name); done != m_resolved.end())
+            return done->second;
+        const auto pending = m_pendingTypes.find(name);
+        if (pending == m_pendingTypes.end())
+            where.Fail("unknown type \"" + name + "\"");
+        if (m_resolving.count(name))
+            where.Fail("type \"" + name + "\" refers to itself");
+        if (depth >= kMaxTypeDepth)
+            where.Fail("types nest deeper than " + std::to_string(kMaxTypeDepth) + " levels");
+        m_resolving.insert(name);
+        TDictTypePtr type = BuildType(m_typeList->At(pending->second), depth);
+        m_resolving.erase(name);
+        m_resolved.emplace(name, type);
+        return type;
+    }
+
+    TDictTypePtr BuildType(const ZedJsonNode& node, int depth)
+    {
+        const unsigned int id = node.Key("id").Unsigned();
+        const std::string name = node.Key("name").String();
+        const std::string presentation = node.StringOr("presentation", name);
+        const std::string kind = node.Key("kind").String();
+        const auto refuse = [&](std::initializer_list<const char*> keys) {
+            for (const char* key : keys)
+                if (node.Has(key))
+                    node.Key(key).Fail(std::string("not a key of a ") + kind + " type");
+        };
+        if (kind == "enumeration") {
+            refuse({"members", "element", "base"});
+            std::vector<TDictTypeEnumeration::Item> items;
+            UniqueCheck unique("item");
+            const ZedJsonNode list = node.Key("items");
+            for (std::size_t i = 0, n = list.ArraySize(true); i < n; ++i) {
+                const ZedJsonNode item = list.At(i).ExpectObject({"code", "text"});
+                items.push_back({item.Key("code").Integer(), item.Key("text").NonEmptyString()});
+                unique.Code(item.Key("code"), static_cast<unsigned int>(items.back().code));
+                unique.Name(item.Key("text"), items.back().text);
+            }
+            if (items.empty())
+                list.Fail("an enumeration needs at least one item");
+            return std::make_shared<const TDictTypeEnumeration>(id, name, presentation, std::move(items));
+        }
+        if (kind == "record") {
+            refuse({"items", "element", "base"});
+            std::vector<TDictTypeRecord::Member> members;
+            UniqueCheck unique("member");
+            const ZedJsonNode list = node.Key("members");
+            for (std::size_t i = 0, n = list.ArraySize(true); i < n; ++i) {
+                const ZedJsonNode member = list.At(i).ExpectObject({"id", "name", "presentation", "type"});
+                TDictTypeRecord::Member m;
+                m.id = member.Key("id").Unsigned();
+                m.name = member.Key("name").NonEmptyString();
+                m.presentationName = member.StringOr("presentation", m.name);
+                m.type = ResolveType(member.Key("type").NonEmptyString(), member.Key("type"), depth + 1);
+                unique.Code(member.Key("id"), m.id);
+                unique.Name(member.Key("name"), m.name);
+                members.push_back(std::move(m));
+            }
+            return std::make_shared<const TDictTypeRecord>(id, name, presentation, std::move(members));
+        }
+        if (kind == "set" || kind == "sequence") {
+            refuse({"items", "members", "base"});
+            TDictTypePtr element = ResolveType(node.Key("element").NonEmptyString(), node.Key("element"), depth + 1);
+            return std::make_shared<const TDictTypeConstructorOf>(id, name, presentation, kind == "sequence",
+                                                                  std::move(element));
+        }
+        if (kind == "user") {
+            refuse({"items", "members", "element"});
+            TDictTypePtr base = ResolveType(node.Key("base").NonEmptyString(), node.Key("base"), depth + 1);
+            if (base->GetValueDatatype() == ZED_DT_USERDEFINED)
+                node.Key("base").Fail("a user type cannot stand on another user type");
+            // The wrapped values' definition: the base's kind under the user type's name.
+            std::unique_ptr<TDictType> named = base->Clone();
+            static_cast<TDictType&>(*named) = TDictType(id, name, presentation, base->GetValueDatatype());
+            return std::make_shared<const TDictTypeUserDefined>(id, name, presentation, TDictTypePtr(std::move(named)));
+        }
+        node.Key("kind").Fail("expected \"enumeration\", \"record\", \"set\", \"sequence\" or \"user\"");
+    }
+
+    void ReadCommonExceptions(const ZedJsonNode& list)
+    {
+        UniqueCheck unique("exception");
+        for (std::size_t i = 0, n = list.ArraySize(false); i < n; ++i)
+            m_commonExceptions.push_back(ReadReply(list.At(i), ZED_DICT_EXCEPTION, unique));
+    }
+
+    std::unique_ptr<TDictClass> ReadClass(const ZedJsonNode& node, const TDictClass* parent, UniqueCheck& siblings,
+                                          int depth)
+    {
+        node.ExpectObject({"code", "name", "presentation", "attributes", "directives", "events", "children"});
+        if (depth > kMaxClassDepth)
+            node.Fail("classes nest deeper than " + std::to_string(kMaxClassDepth) + " levels");
+        auto cls = std::make_unique<TDictClass>();
+        cls->m_code = node.Key("code").Unsigned();
+        cls->m_name = node.Key("name").NonEmptyString();
+        cls->m_presentationName = node.StringOr("presentation", cls->m_name);
+        cls->m_pParent = parent;
+        siblings.Code(node.Key("code"), cls->m_code);
+        siblings.Name(node.Key("name"), cls->m_name);
+        for (char c : cls->m_name)
+            if (std::isspace(static_cast<unsigned char>(c)) || c == '"' || c == '`' || c == '#' || c == '*')
+                node.Key("name").Fail("a class name holds no blanks, quotes, \"#\" or \"*\"");
+
+        const ZedJsonNode attributes = node.Key("attributes");
+        UniqueCheck uniqueAttribute("attribute");
+        for (std::size_t i = 0, n = attributes.ArraySize(false); i < n; ++i)
+            cls->m_attributes.push_back(ReadAttribute(attributes.At(i), uniqueAttribute));
+
+        const ZedJsonNode directives = node.Key("directives");
+        UniqueCheck uniqueDirective("directive");
+        for (std::size_t i = 0, n = directives.ArraySize(false); i < n; ++i)
+            cls->m_directives.push_back(ReadDirective(directives.At(i), uniqueDirective));
+        TDictDirective common;
+        common.m_id = ZED_COMMON_EXCEPTION_DIRECTIVE;
+        common.m_name = common.m_presentationName = "Common Exceptions";
+        common.m_exceptions = m_commonExceptions;
+        cls->m_directives.push_back(std::move(common));
+
+        const ZedJsonNode events = node.Key("events");
+        UniqueCheck uniqueEvent("event");
+        for (std::size_t i = 0, n = events.ArraySize(false); i < n; ++i) {
+            const ZedJsonNode e = events.At(i).ExpectObject({"id", "name", "presentation", "arguments"});
+            TDictEvent event;
+            event.m_id = e.Key("id").Unsigned();
+            event.m_name = e.Key("name").NonEmptyString();
+            event.m_presentationName = e.StringOr("presentation", event.m_name);
+            uniqueEvent.Code(e.Key("id"), event.m_id);
+            uniqueEvent.Name(e.Key("name"), event.m_name);
+            event.m_arguments = ReadArguments(e.Key("arguments"));
+            cls->m_events.push_back(std::move(event));
+        }
+
+        const ZedJsonNode children = node.Key("children");
+        UniqueCheck uniqueChild("class");
+        for (std::size_t i = 0, n = children.ArraySize(false); i < n; ++i)
+            cls->m_children.push_back(ReadClass(children.At(i), cls.get(), uniqueChild, depth + 1));
+        return cls;
+    }
+
+    TDictDirective ReadDirective(const ZedJsonNode& node, UniqueCheck& unique)
+    {
+        node.ExpectObject({"id", "name", "presentation", "request", "responses", "exceptions"});
+        TDictDirective directive;
+        directive.m_id = node.Key("id").Unsigned();
+        if (directive.m_id == ZED_COMMON_EXCEPTION_DIRECTIVE)
+            node.Key("id").Fail("directive 55 is kept for the common exceptions (\"commonExceptions\")");
+        directive.m_name = node.Key("name").NonEmptyString();
+        directive.m_presentationName = node.StringOr("presentation", directive.m_name);
+        unique.Code(node.Key("id"), directive.m_id);
+        unique.Name(node.Key("name"), directive.m_name);
+        directive.m_request = ReadArguments(node.Key("request"));
+        UniqueCheck uniqueResponse("response"), uniqueException("exception");
+        const ZedJsonNode responses = node.Key("responses"), exceptions = node.Key("exceptions");
+        for (std::size_t i = 0, n = responses.ArraySize(false); i < n; ++i)
+            directive.m_responses.push_back(ReadReply(responses.At(i), ZED_DICT_RESPONSE, uniqueResponse));
+        for (std::size_t i = 0, n = exceptions.ArraySize(false); i < n; ++i)
+            directive.m_exceptions.push_back(ReadReply(exceptions.At(i), ZED_DICT_EXCEPTION, uniqueException));
+        return directive;
+    }
+
+    TDictReply ReadReply(const ZedJsonNode& node, ZED_T_DICT_OBJECT_TYPE kind, UniqueCheck& unique)
+    {
+        node.ExpectObject({"code", "name", "text", "arguments"});
+        TDictReply reply;
+        reply.m_kind = kind;
+        reply.m_code = node.Key("code").Unsigned();
+        reply.m_name = node.Key("name").NonEmptyString();
+        reply.m_text = node.Key("text").NonEmptyString();
+        unique.Code(node.Key("code"), reply.m_code);
+        unique.Name(node.Key("name"), reply.m_name);
+        reply.m_arguments = ReadArguments(node.Key("arguments"));
+        return reply;
+    }
+
+    std::vector<TDictArgument> ReadArguments(const ZedJsonNode& list)
+    {
+        std::vector<TDictArgument> arguments;
+        UniqueCheck unique("argument");
+        for (std::size_t i = 0, n = list.ArraySize(false); i < n; ++i) {
+            const ZedJsonNode node = list.At(i);
+            node.ExpectObject({"id", "name", "presentation", "type", "required", "units", "displayed", "default",
+                               "serverDefault", "length"});
+            TDictArgument argument;
+            ReadValueCommon(node, argument, unique);
+            argument.m_required = node.BoolOr("required", false);
+            arguments.push_back(std::move(argument));
+        }
+        return arguments;
+    }
+
+    TDictAttribute ReadAttribute(const ZedJsonNode& node, UniqueCheck& unique)
+    {
+        node.ExpectObject({"id", "name", "presentation", "type", "partition", "access", "units", "displayed",
+                           "default", "serverDefault", "length", "sqlColumnSize"});
+        TDictAttribute attribute;
+        ReadValueCommon(node, attribute, unique);
+        const std::string partition = node.Key("partition").String();
+        bool found = false;
+        for (const auto& p : m_dictionary.m_partitions)
+            if (p.name == partition) {
+                attribute.m_partition = p.code;
+                found = true;
+            }
+        if (!found)
+            node.Key("partition").Fail("unknown partition \"" + partition + "\"");
+        const std::string access = node.StringOr("access", "read-only");
+        if (access == "read-only")
+            attribute.m_access = ZED_ACCESS_READ_ONLY;
+        else if (access == "read-write")
+            attribute.m_access = ZED_ACCESS_READ_WRITE;
+        else if (access == "write-only")
+            attribute.m_access = ZED_ACCESS_WRITE_ONLY;
+        else
+            node.Key("access").Fail("expected \"read-only\", \"read-write\" or \"write-only\"");
+        attribute.m_sqlColumnSize = node.UnsignedOr("sqlColumnSize", 0);
+        return attribute;
+    }
+
+    void ReadValueCommon(const ZedJsonNode& node, TDictValue& value, UniqueCheck& unique)
+    {
+        value.m_id = node.Key("id").Unsigned();
+        value.m_name = node.Key("name").NonEmptyString();
+        value.m_presentationName = node.StringOr("presentation", value.m_name);
+        unique.Code(node.Key("id"), value.m_id);
+        unique.Name(node.Key("name"), value.m_name);
+        value.m_type = ResolveType(node.Key("type").NonEmptyString(), node.Key("type"), 0);
+        value.m_units = node.StringOr("units", "");
+        value.m_displayed = node.BoolOr("displayed", true);
+        value.m_valueLength = node.UnsignedOr("length", 0);
+        const bool serverDefault = node.BoolOr("serverDefault", false);
+        if (node.Has("default")) {
+            if (serverDefault)
+                node.Key("default").Fail("a default text and \"serverDefault\" exclude each other");
+            value.m_defaultText = node.Key("default").String();
+            if (value.m_defaultText == ZED_NO_DEFAULT_TEXT)
+                node.Key("default").Fail(std::string("\"") + ZED_NO_DEFAULT_TEXT + "\" means no default");
+            value.m_defaultPolicy = ZED_DEFAULT_DICTIONARY;
+        } else if (serverDefault) {
+            value.m_defaultPolicy = ZED_DEFAULT_SERVER;
+        }
+    }
+
+    const std::string& m_source;
+    TDictionary& m_dictionary;
+    const ZedJsonNode* m_typeList = nullptr;
+    std::map<std::string, std::size_t> m_pendingTypes;
+    std::vector<std::string> m_typeOrder;
+    std::map<std::string, TDictTypePtr> m_resolved;
+    std::set<std::string> m_resolving;
+    std::vector<TDictReply> m_commonExceptions;
+};
+
+std::shared_ptr<const TDictionary> TDictionaryLoader::Load(std::string_view json, const std::string& source)
+{
+    const nlohmann::json document = ZedJsonNode::ParseText(json, source);
+    auto dictionary = std::make_shared<TDictionary>();
+    dictionary->m_sourceName = source;
+    Reader(source, *dictionary).Read(ZedJsonNode(document, "$", source));
+    return dictionary;
+}
+
+TDictTypePtr TDictionaryLoader::BuiltinType(const std::string& name)
+{
+    const auto found = Builtins().find(name);
+    return found == Builtins().end() ? nullptr : found->second;
+}

@@ -1,0 +1,130 @@
+#pragma once
+
+// Reading a JSON document strictly, with the place of every fault: each node
+// knows its path ("$.classes[0].attributes[3].type"), a fault throws
+// TException "<file>: <path>: <what is wrong>", and objects refuse keys they
+// do not know, so a misspelt key is an error rather than a silent default.
+// Internal to the access library.
+
+#include "zed/TException.h"
+
+#include <nlohmann/json.hpp>
+
+#include <cstdint>
+#include <initializer_list>
+#include <optional>
+#include <string>
+#include <string_view>
+
+class ZedJsonNode {
+public:
+    ZedJsonNode(const nlohmann::json& value, std::string path, const std::string& source)
+        : m_value(value), m_path(std::move(path)), m_source(source)
+    {
+    }
+
+    // Parses text, or throws with the position of the syntax error.
+    static nlohmann::json ParseText(std::string_view text, const std::string& source)
+    {
+        try {
+            return nlohmann::json::parse(text.begin(), text.end());
+        } catch (const nlohmann::json::exception& e) {
+            throw TException(source + ": $: not valid JSON: " + e.what());
+        }
+    }
+
+    [[noreturn]] void Fail(const std::string& what) const { throw TException(m_source + ": " + m_path + ": " + what); }
+
+    const nlohmann::json& Json() const { return m_value; }
+    const std::string& Path() const { return m_path; }
+
+    ZedJsonNode ExpectObject(std::initializer_list<std::string_view> allowed) const
+    {
+        if (!m_value.is_object())
+            Fail("expected an object");
+        for (const auto& item : m_value.items()) {
+            bool known = false;
+            for (std::string_view key : allowed)
+                known = known || item.key() == key;
+            if (!known)
+                Key(item.key()).Fail("unknown key");
+        }
+        return *this;
+    }
+
+    bool Has(std::string_view key) const { return m_value.is_object() && m_value.contains(key); }
+
+    ZedJsonNode Key(std::string_view key) const
+    {
+        static const nlohmann::json null;
+        const auto found = m_value.find(key);
+        return ZedJsonNode(found == m_value.end() ? null : *found, m_path + "." + std::string(key), m_source);
+    }
+
+    // The members of an array (an absent optional array is empty).
+    std::size_t ArraySize(bool required) const
+    {
+        if (m_value.is_null() && !required)
+            return 0;
+        if (!m_value.is_array())
+            Fail("expected an array");
+        return m_value.size();
+    }
+    ZedJsonNode At(std::size_t index) const
+    {
+        return ZedJsonNode(m_value[index], m_path + "[" + std::to_string(index) + "]", m_source);
+    }
+
+    std::string String() const
+    {
+        if (!m_value.is_string())
+            Fail("expected a string");
+        return m_value.get<std::string>();
+    }
+    std::string NonEmptyString() const
+    {
+        std::string text = String();
+        if (text.empty())
+            Fail("must not be empty");
+        return text;
+    }
+    std::uint32_t Unsigned() const
+    {
+        // JSON readers give positive whole numbers as unsigned, negative ones as signed.
+        if (!m_value.is_number_unsigned() || m_value.get<std::uint64_t>() > 0xFFFFFFFFull)
+            Fail("expected a whole number from 0 to 4294967295");
+        return static_cast<std::uint32_t>(m_value.get<std::uint64_t>());
+    }
+    std::int32_t Integer() const
+    {
+        if (!m_value.is_number_integer())
+            Fail("expected a whole number");
+        if (m_value.is_number_unsigned() ? m_value.get<std::uint64_t>() > 0x7FFFFFFFull
+                                         : (m_value.get<std::int64_t>() < INT32_MIN
+                                            || m_value.get<std::int64_t>() > INT32_MAX))
+            Fail("number out of the 32-bit range");
+        return static_cast<std::int32_t>(m_value.get<std::int64_t>());
+    }
+    bool Bool() const
+    {
+        if (!m_value.is_boolean())
+            Fail("expected true or false");
+        return m_value.get<bool>();
+    }
+
+    // Optional members: the default when the key is absent.
+    std::string StringOr(std::string_view key, std::string fallback) const
+    {
+        return Has(key) ? Key(key).String() : std::move(fallback);
+    }
+    std::uint32_t UnsignedOr(std::string_view key, std::uint32_t fallback) const
+    {
+        return Has(key) ? Key(key).Unsigned() : fallback;
+    }
+    bool BoolOr(std::string_view key, bool fallback) const { return Has(key) ? Key(key).Bool() : fallback; }
+
+private:
+    const nlohmann::json& m_value;
+    std::string m_path;
+    const std::string& m_source;
+};

@@ -1,0 +1,59 @@
+#pragma once
+
+// Set-of (data type 52) and sequence-of (53) values: elements of one type in
+// order. They differ in data type code only, so one template carries both.
+// Present from construction: an empty set is a value.
+
+#include "zed/dict/TDictType.h"
+#include "zed/value/TValueHolder.h"
+
+#include <vector>
+
+class ZED_EXPORT TConstructedOf : public TValue {
+public:
+    using Definition = std::shared_ptr<const TDictTypeConstructorOf>;
+
+    ~TConstructedOf() override;
+
+    const Definition& GetDefinition() const { return m_definition; }
+
+    // Adds a copy, or takes the value, at the end.
+    void Add(const TValue& element) { m_elements.emplace_back(element.Clone()); }
+    void Add(TValuePtr element);
+    std::size_t Size() const { return m_elements.size(); }
+    const TValue& At(std::size_t index) const { return *m_elements.at(index); }
+    void Clear() { m_elements.clear(); }
+
+protected:
+    TConstructedOf(Definition definition, unsigned int id);
+    // "{ a, b }"
+    std::string ContentText() const override;
+    bool SameContent(const TValue& other) const override;
+
+private:
+    Definition m_definition;
+    std::vector<TValueHolder> m_elements;
+};
+
+class ZED_EXPORT TSetOf final : public TConstructedOf {
+public:
+    explicit TSetOf(Definition definition = nullptr, unsigned int id = 0) : TConstructedOf(std::move(definition), id) {}
+    ~TSetOf() override;
+    ZED_T_DATATYPE GetDatatype() const override { return ZED_DT_SETOF; }
+
+protected:
+    std::unique_ptr<TValue> CloneValue() const override;
+};
+
+class ZED_EXPORT TSequenceOf final : public TConstructedOf {
+public:
+    explicit TSequenceOf(Definition definition = nullptr, unsigned int id = 0)
+        : TConstructedOf(std::move(definition), id)
+    {
+    }
+    ~TSequenceOf() override;
+    ZED_T_DATATYPE GetDatatype() const override { return ZED_DT_SEQUENCEOF; }
+
+protected:
+    std::unique_ptr<TValue> CloneValue() const override;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+// Data-type codes of values and dictionary elements. KEL chooses field kinds
+// by these numbers, so they are fixed.
+using ZED_T_DATATYPE = unsigned int;
+
+inline constexpr ZED_T_DATATYPE ZED_DT_BOOLEAN = 1;
+inline constexpr ZED_T_DATATYPE ZED_DT_LATIN1STRING = 3;
+inline constexpr ZED_T_DATATYPE ZED_DT_SIMPLENAME = 4;
+inline constexpr ZED_T_DATATYPE ZED_DT_FULLNAME = 5;
+inline constexpr ZED_T_DATATYPE ZED_DT_ENUMERATION = 10;
+inline constexpr ZED_T_DATATYPE ZED_DT_RECORD = 13;
+inline constexpr ZED_T_DATATYPE ZED_DT_RESERVED14 = 14;
+inline constexpr ZED_T_DATATYPE ZED_DT_RESERVED15 = 15;
+inline constexpr ZED_T_DATATYPE ZED_DT_RESERVED16 = 16;
+inline constexpr ZED_T_DATATYPE ZED_DT_INTEGER16 = 30;
+inline constexpr ZED_T_DATATYPE ZED_DT_INTEGER32 = 31;
+inline constexpr ZED_T_DATATYPE ZED_DT_UNSIGNED16 = 34;
+inline constexpr ZED_T_DATATYPE ZED_DT_UNSIGNED32 = 35;
+inline constexpr ZED_T_DATATYPE ZED_DT_COUNTER16 = 37;
+inline constexpr ZED_T_DATATYPE ZED_DT_COUNTER32 = 38;
+inline constexpr ZED_T_DATATYPE ZED_DT_OCTETSTRING = 44;
+inline constexpr ZED_T_DATATYPE ZED_DT_ABSTIME = 47;
+inline constexpr ZED_T_DATATYPE ZED_DT_RELTIME = 48;
+inline constexpr ZED_T_DATATYPE ZED_DT_SETOF = 52;
+inline constexpr ZED_T_DATATYPE ZED_DT_SEQUENCEOF = 53;
+inline constexpr ZED_T_DATATYPE ZED_DT_ENTITYSPEC = 55;
+inline constexpr ZED_T_DATATYPE ZED_DT_ENTITYCLASS = 60;
+inline constexpr ZED_T_DATATYPE ZED_DT_FLOAT = 63;
+inline constexpr ZED_T_DATATYPE ZED_DT_ATTRIBUTELIST = 66;
+inline constexpr ZED_T_DATATYPE ZED_DT_REAL = 72;
+inline constexpr ZED_T_DATATYPE ZED_DT_USERDEFINED = 79;
+inline constexpr ZED_T_DATATYPE ZED_DT_EVENTREPORT = 80;
+inline constexpr ZED_T_DATATYPE ZED_DT_ATTRIBUTE = 82;
+inline constexpr ZED_T_DATATYPE ZED_DT_ATTRIBUTEID = 83;
+// Not a data type: marks an element that is none of the above.
+inline constexpr ZED_T_DATATYPE ZED_DT_MARKER = 999;
