@@ -1,9 +1,19 @@
 #include "zed/TApplication.h"
 
+#include "zed/call/TManagementModule.h"
 #include "zed/dict/TDictionary.h"
+#include "zed/value/TEntitySpec.h"
 #include "zed/trace/TTraceProvider.h"
 
-TApplication::TApplication() : m_pTraceProvider(std::make_unique<TTraceProvider>()) {}
+struct TApplication::Modules {
+    std::map<unsigned int, std::shared_ptr<TManagementModule>> byTopClass;
+    std::shared_ptr<TManagementModule> fallback;
+};
+
+TApplication::TApplication()
+    : m_pTraceProvider(std::make_unique<TTraceProvider>()), m_pModules(std::make_unique<Modules>())
+{
+}
 
 TApplication::~TApplication() = default;
 
@@ -16,6 +26,24 @@ void TApplication::SetTraceProvider(std::unique_ptr<TTraceProvider> provider)
 void TApplication::SetDictionary(std::shared_ptr<const TDictionary> dictionary)
 {
     m_pDictionary = std::move(dictionary);
+}
+
+void TApplication::RegisterModule(unsigned int topClassCode, std::shared_ptr<TManagementModule> module)
+{
+    if (module)
+        m_pModules->byTopClass[topClassCode] = std::move(module);
+    else
+        m_pModules->byTopClass.erase(topClassCode);
+}
+
+void TApplication::SetDefaultModule(std::shared_ptr<TManagementModule> module) { m_pModules->fallback = std::move(module); }
+
+std::shared_ptr<TManagementModule> TApplication::FindModule(const TEntitySpec& entity) const
+{
+    if (entity.GetDepth() > 0)
+        if (auto found = m_pModules->byTopClass.find(entity.GetCode(0)); found != m_pModules->byTopClass.end())
+            return found->second;
+    return m_pModules->fallback;
 }
 
 TApplication* ZEDGetApplication()

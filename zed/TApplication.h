@@ -2,9 +2,12 @@
 
 #include "zed/ZedExport.h"
 
+#include <map>
 #include <memory>
 
 class TDictionary;
+class TEntitySpec;
+class TManagementModule;
 class TTraceProvider;
 
 // The access library's process-wide object. It lives from the first call of
@@ -28,8 +31,17 @@ public:
     const std::shared_ptr<const TDictionary>& GetDictionary() const { return m_pDictionary; }
     void SetDictionary(std::shared_ptr<const TDictionary> dictionary);
 
+    // The module that carries out calls on entities under the top class of
+    // that code; the default module takes every other class.
+    void RegisterModule(unsigned int topClassCode, std::shared_ptr<TManagementModule> module);
+    void SetDefaultModule(std::shared_ptr<TManagementModule> module);
+    // Null when no module takes the entity.
+    std::shared_ptr<TManagementModule> FindModule(const TEntitySpec& entity) const;
+
 private:
+    struct Modules;
     std::unique_ptr<TTraceProvider> m_pTraceProvider;
+    std::unique_ptr<Modules> m_pModules;
     std::shared_ptr<const TDictionary> m_pDictionary;
 };
 

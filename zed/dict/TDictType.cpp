@@ -13,6 +13,13 @@ TDictType::~TDictType() = default;
 
 std::unique_ptr<TDictType> TDictType::Clone() const { return std::make_unique<TDictType>(*this); }
 
+std::shared_ptr<const TDictType> TDictType::Share() const
+{
+    if (auto self = weak_from_this().lock())
+        return self;
+    return std::shared_ptr<const TDictType>(Clone());
+}
+
 std::string TDictType::ToString() const { return m_name + " (data type " + std::to_string(m_valueDatatype) + ")"; }
 
 TDictTypeRecord::TDictTypeRecord(unsigned int id, std::string name, std::string presentationName,

@@ -12,7 +12,7 @@
 // member or set element look like. Types are immutable once the dictionary is
 // loaded and are shared (never copied deeply) by everything that refers to
 // them; the dictionary refuses recursive types, so sharing forms no cycle.
-class ZED_EXPORT TDictType {
+class ZED_EXPORT TDictType : public std::enable_shared_from_this<TDictType> {
 public:
     TDictType(unsigned int id, std::string name, std::string presentationName, ZED_T_DATATYPE valueDatatype);
     TDictType(const TDictType&) = default;
@@ -28,6 +28,14 @@ public:
 
     // A copy of the most derived class.
     virtual std::unique_ptr<TDictType> Clone() const;
+    // A shared handle on this type: itself when a shared pointer already
+    // holds it (dictionary types), otherwise a shared copy.
+    std::shared_ptr<const TDictType> Share() const;
+    template <typename Derived>
+    std::shared_ptr<const Derived> ShareAs() const
+    {
+        return std::static_pointer_cast<const Derived>(Share());
+    }
     // How the type describes itself in trace lines and listings.
     virtual std::string ToString() const;
 
