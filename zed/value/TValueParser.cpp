@@ -155,6 +155,70 @@ TValuePtr ParseScalar(const TDictType& type, std::string_view text, unsigned int
 
 } // namespace
 
+namespace {
+
+TValuePtr MakeEmpty(const TDictType& type)
+{
+    switch (type.GetValueDatatype()) {
+    case ZED_DT_BOOLEAN: return std::make_unique<TBoolean>();
+    case ZED_DT_LATIN1STRING: return std::make_unique<TLatin1String>();
+    case ZED_DT_SIMPLENAME: return std::make_unique<TSimpleName>();
+    case ZED_DT_FULLNAME: return std::make_unique<TFullName>();
+    case ZED_DT_OCTETSTRING: return std::make_unique<TOctetString>();
+    case ZED_DT_RESERVED14:
+    case ZED_DT_RESERVED15:
+    case ZED_DT_RESERVED16: return std::make_unique<TOpaque>(type.GetValueDatatype());
+    case ZED_DT_INTEGER16: return std::make_unique<TInteger16>();
+    case ZED_DT_INTEGER32: return std::make_unique<TInteger32>();
+    case ZED_DT_UNSIGNED16: return std::make_unique<TUnsigned16>();
+    case ZED_DT_UNSIGNED32: return std::make_unique<TUnsigned32>();
+    case ZED_DT_COUNTER16: return std::make_unique<TCounter16>();
+    case ZED_DT_COUNTER32: return std::make_unique<TCounter32>();
+    case ZED_DT_FLOAT: return std::make_unique<TFloat>();
+    case ZED_DT_REAL: return std::make_unique<TReal>();
+    case ZED_DT_ABSTIME: return std::make_unique<TAbsTime>();
+    case ZED_DT_RELTIME: return std::make_unique<TRelTime>();
+    case ZED_DT_ENTITYSPEC: return std::make_unique<TEntitySpec>();
+    case ZED_DT_ENTITYCLASS: return std::make_unique<TEntityClass>();
+    case ZED_DT_ATTRIBUTEID: return std::make_unique<TAttributeID>();
+    case ZED_DT_ENUMERATION:
+        return std::make_unique<TEnumeration>(type.GetDictObjectType() == ZED_DICT_TYPE_ENUMERATION
+                                                  ? type.ShareAs<TDictTypeEnumeration>()
+                                                  : nullptr);
+    case ZED_DT_RECORD:
+        return std::make_unique<TRecord>(
+            type.GetDictObjectType() == ZED_DICT_TYPE_RECORD ? type.ShareAs<TDictTypeRecord>() : nullptr);
+    case ZED_DT_SETOF:
+    case ZED_DT_SEQUENCEOF: {
+        auto definition =
+            type.GetDictObjectType() == ZED_DICT_TYPE_CONSTRUCTOR ? type.ShareAs<TDictTypeConstructorOf>() : nullptr;
+        if (type.GetValueDatatype() == ZED_DT_SEQUENCEOF)
+            return std::make_unique<TSequenceOf>(definition);
+        return std::make_unique<TSetOf>(definition);
+    }
+    case ZED_DT_ATTRIBUTELIST: return std::make_unique<TAttributeList>();
+    case ZED_DT_ATTRIBUTE: return std::make_unique<TAttribute>();
+    case ZED_DT_EVENTREPORT: return std::make_unique<TEventReport>();
+    case ZED_DT_USERDEFINED:
+        if (type.GetDictObjectType() == ZED_DICT_TYPE_USERDEFINED) {
+            const auto& base = static_cast<const TDictTypeUserDefined&>(type).GetBase();
+            return std::make_unique<TUserDefined>(base, MakeEmpty(*base));
+        }
+        return std::make_unique<TUserDefined>(type.Share(), nullptr);
+    default: return nullptr;
+    }
+}
+
+} // namespace
+
+TValuePtr ZEDMakeValue(const TDictType& type, unsigned int id)
+{
+    TValuePtr value = MakeEmpty(type);
+    if (value)
+        value->SetID(id);
+    return value;
+}
+
 TValuePtr ZEDParseValue(const TDictType& type, std::string_view text, unsigned int id, const ZEDValueContext& context,
                         std::string* error)
 {
@@ -185,14 +249,14 @@ TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsig
         if (!json.is_object())
             node.Fail("expected an object of member names");
         auto record = std::make_unique<TRecord>(definition, id);
-        for (const auto& item : json.items()) {
-            const auto& members = definition->GetMembers();
-            const auto member = std::find_if(members.begin(), members.end(),
-                                             [&](const TDictTypeRecord::Member& m) { return m.name == item.key(); });
-            if (member == members.end())
+        for (const auto& item : json.items())
+            if (!std::any_of(definition->GetMembers().begin(), definition->GetMembers().end(),
+                             [&](const TDictTypeRecord::Member& m) { return m.name == item.key(); }))
                 node.Key(item.key()).Fail("not a member of " + type.GetName());
-            record->Add(ZedValueFromJson(*member->type, node.Key(item.key()), member->id, context));
-        }
+        // Members in the definition's order, whatever order the object has.
+        for (const TDictTypeRecord::Member& member : definition->GetMembers())
+            if (json.contains(member.name))
+                record->Add(ZedValueFromJson(*member.type, node.Key(member.name), member.id, context));
         return record;
     }
     case ZED_DT_SETOF:
@@ -217,13 +281,16 @@ TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsig
         if (!context.entityClass)
             node.Fail("attribute names need an entity class");
         auto list = std::make_unique<TAttributeList>(id);
-        for (const auto& item : json.items()) {
-            const TDictAttribute* attribute = context.entityClass->FindAttribute(item.key());
-            if (!attribute)
+        for (const auto& item : json.items())
+            if (!context.entityClass->FindAttribute(item.key()))
                 node.Key(item.key()).Fail("not an attribute of " + context.entityClass->GetName());
-            list->Add(TAttribute(TAttributeID(attribute->GetID(), attribute->GetName()),
-                                 ZedValueFromJson(attribute->GetType(), node.Key(item.key()), attribute->GetID(), context)));
-        }
+        // Attributes in the class's order; names match ignoring case, as everywhere.
+        for (const TDictAttribute& attribute : context.entityClass->GetAttributes())
+            for (const auto& item : json.items())
+                if (context.entityClass->FindAttribute(item.key()) == &attribute)
+                    list->Add(TAttribute(TAttributeID(attribute.GetID(), attribute.GetName()),
+                                         ZedValueFromJson(attribute.GetType(), node.Key(item.key()), attribute.GetID(),
+                                                          context)));
         return list;
     }
     case ZED_DT_ATTRIBUTE: {

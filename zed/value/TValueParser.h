@@ -28,6 +28,11 @@ struct ZEDValueContext {
     const TDictClass* entityClass = nullptr;
 };
 
+// An absent value of the type's class with the given identifier: what a
+// field without content or a "use the default" argument sends. Container
+// kinds come back empty, and so present.
+ZED_EXPORT TValuePtr ZEDMakeValue(const TDictType& type, unsigned int id);
+
 // Null, and error set to the reason, when the text is not a value of the type.
 ZED_EXPORT TValuePtr ZEDParseValue(const TDictType& type, std::string_view text, unsigned int id,
                                    const ZEDValueContext& context = {}, std::string* error = nullptr);

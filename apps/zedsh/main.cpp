@@ -1,0 +1,304 @@
+// zedsh: the access library from the command line, on the simulated network.
+//
+//   zedsh classes                       the class tree
+//   zedsh attributes CLASS              a class's attributes ("Network Router")
+//   zedsh directives CLASS              its directives, arguments and replies
+//   zedsh types                         the dictionary's types
+//   zedsh call ENTITY DIRECTIVE [ARGUMENT=VALUE ...]
+//                                       carries a directive out and prints the
+//                                       replies and any event reports
+//
+// Options before the command: --dictionary FILE, --instances FILE (default:
+// $ZED_DICTIONARY, $ZED_INSTANCES, else the network shipped in data/network).
+// Exit status: 0 done (responses), 1 an exception reply came back, 2 bad
+// command line or argument, 3 a file could not be loaded.
+
+#include "zed/TApplication.h"
+#include "zed/TException.h"
+#include "zed/call/TCall.h"
+#include "zed/sim/TSimulatedNetwork.h"
+#include "zed/value/TAttribute.h"
+#include "zed/value/TEventReport.h"
+#include "zed/value/TValueParser.h"
+
+#include <cstdlib>
+#include <iostream>
+#include <string>
+#include <vector>
+
+namespace {
+
+constexpr int kExitException = 1;
+constexpr int kExitUsage = 2;
+constexpr int kExitLoad = 3;
+
+const char* kUsage =
+    "usage: zedsh [--dictionary FILE] [--instances FILE] COMMAND\n"
+    "commands:\n"
+    "  classes                              the class tree\n"
+    "  attributes CLASS                     attributes of a class, e.g. \"Network Router\"\n"
+    "  directives CLASS                     directives of a class with their arguments\n"
+    "  types                                the dictionary's types\n"
+    "  call ENTITY DIRECTIVE [ARG=VALUE...] carry a directive out, e.g.\n"
+    "      zedsh call \"Network core Router *\" Show Partition=Status\n"
+    "      zedsh call \"Network core Router r1 Interface eth0\" Test Count=3\n"
+    "      zedsh call \"Network core Router r1\" Set 'Attributes={\"Priority\": 7}'\n"
+    "    ARG=@default sends the argument marked \"use the server's default\".\n";
+
+std::string Path(const std::string& option, const char* variable, const char* shipped)
+{
+    if (!option.empty())
+        return option;
+    if (const char* value = std::getenv(variable); value && *value)
+        return value;
+    return std::string(ZED_DATA_DIR) + "/" + shipped;
+}
+
+const char* AccessText(ZED_T_DICT_ACCESS access)
+{
+    switch (access) {
+    case ZED_ACCESS_READ_ONLY: return "read-only";
+    case ZED_ACCESS_WRITE_ONLY: return "write-only";
+    case ZED_ACCESS_READ_WRITE: return "read-write";
+    default: return "-";
+    }
+}
+
+std::string DefaultText(const TDictValue& value)
+{
+    switch (value.DefaultAllowed()) {
+    case ZED_DEFAULT_DICTIONARY: return " default \"" + value.GetDefaultValue() + "\"";
+    case ZED_DEFAULT_SERVER: return " default from the server";
+    default: return "";
+    }
+}
+
+void PrintClasses(const TDictClass& cls, int depth)
+{
+    std::cout << std::string(2 * depth, ' ') << cls.GetName() << " (" << cls.GetCode() << ")\n";
+    for (std::size_t i = 0; i < cls.GetChildCount(); ++i)
+        PrintClasses(cls.GetChild(i), depth + 1);
+}
+
+void PrintArguments(const std::vector<TDictArgument>& arguments, const char* indent)
+{
+    for (const TDictArgument& a : arguments)
+        std::cout << indent << a.GetName() << " (" << a.GetID() << ") : " << a.GetType().GetName()
+                  << (a.IsRequired() ? " required" : "") << (a.GetUnits().empty() ? "" : " in " + a.GetUnits())
+                  << DefaultText(a) << "\n";
+}
+
+const TDictClass* ClassOf(const TDictionary& dictionary, const std::string& text)
+{
+    std::string error;
+    auto cls = TEntityClass::Parse(text, &dictionary, &error);
+    const TDictClass* found = cls ? dictionary.FindClass(*cls) : nullptr;
+    if (!found)
+        std::cerr << "zedsh: no class \"" << text << "\"" << (error.empty() ? "" : ": " + error) << "\n";
+    return found;
+}
+
+// Values print on one line, but attribute lists one attribute a line, named
+// and with units, as an operator reads them.
+void PrintValue(const std::string& label, const TValue& value, const TDictClass* cls, const std::string& units,
+                const std::string& indent)
+{
+    if (value.GetDatatype() == ZED_DT_ATTRIBUTELIST && value.IsPresent() && !value.HasReason()) {
+        const auto& list = static_cast<const TAttributeList&>(value);
+        std::cout << indent << label << ":\n";
+        for (std::size_t i = 0; i < list.Size(); ++i) {
+            const TAttribute& attribute = list.At(i);
+            const TDictAttribute* definition = cls ? cls->FindAttribute(attribute.GetAttributeID().GetValue()) : nullptr;
+            PrintValue(definition ? definition->GetPresentationName() : attribute.GetAttributeID().ToString(),
+                       attribute.GetValue(), cls, definition ? definition->GetUnits() : "", indent + "  ");
+        }
+        return;
+    }
+    std::cout << indent << label << " = " << value.ToString()
+              << (units.empty() || value.HasReason() ? "" : " " + units) << "\n";
+}
+
+void PrintReplyValues(const TReply& reply, const std::vector<TDictArgument>* arguments, const TDictClass* cls)
+{
+    for (std::size_t i = 0; i < reply.Size(); ++i) {
+        const TValue& value = reply.At(i);
+        const TDictArgument* argument = nullptr;
+        for (std::size_t a = 0; arguments && a < arguments->size(); ++a)
+            if ((*arguments)[a].GetID() == value.GetID())
+                argument = &(*arguments)[a];
+        PrintValue(argument ? argument->GetPresentationName() : std::to_string(value.GetID()), value, cls,
+                   argument ? argument->GetUnits() : "", "    ");
+    }
+}
+
+void PrintResult(const TDictionary& dictionary, const TCall& call, unsigned int directiveId)
+{
+    const TDictClass* cls = dictionary.FindClass(call.GetOutEntity().GetEntityClass());
+    const TDictDirective* directive = cls ? cls->FindDirective(directiveId) : nullptr;
+    const TReply& reply = call.GetReply();
+    std::cout << call.GetOutEntity().ToString(&dictionary) << "  at " << call.GetTimeStamp().ToString() << "\n";
+    const TDictReply* definition = nullptr;
+    std::string kind;
+    if (call.GetStatus() == ZED_STATUS_COMMON_EXCEPTION) {
+        // A common exception is described on the class, null instance, under directive 55.
+        const TDictDirective* common = cls ? cls->FindDirective(ZED_COMMON_EXCEPTION_DIRECTIVE) : nullptr;
+        definition = common ? common->FindReply(ZED_DICT_EXCEPTION, reply.GetReplyCode()) : nullptr;
+        kind = "common exception";
+    } else {
+        const bool exception = reply.GetReplyType() != ZED_REPLY_RESPONSE;
+        definition = directive ? directive->FindReply(exception ? ZED_DICT_EXCEPTION : ZED_DICT_RESPONSE,
+                                                      reply.GetReplyCode())
+                               : nullptr;
+        kind = exception ? "exception" : "response";
+    }
+    std::cout << "  " << kind << " " << (definition ? definition->GetName() : "?") << " (" << reply.GetReplyCode()
+              << ")" << (definition ? ": " + definition->GetReplyText() : "") << "\n";
+    PrintReplyValues(reply, definition ? &definition->GetArguments() : nullptr, cls);
+}
+
+void PrintEvent(const TDictionary& dictionary, const TCallResult& result)
+{
+    const TDictClass* cls = dictionary.FindClass(result.outEntity.GetEntityClass());
+    for (std::size_t i = 0; i < result.reply.Size(); ++i) {
+        if (result.reply.At(i).GetDatatype() != ZED_DT_EVENTREPORT)
+            continue;
+        const auto& report = static_cast<const TEventReport&>(result.reply.At(i));
+        const TDictEvent* event = cls ? cls->FindEvent(report.GetEventID()) : nullptr;
+        std::cout << "event " << (event ? event->GetName() : std::to_string(report.GetEventID())) << " from "
+                  << report.GetEntity().ToString(&dictionary) << "\n";
+        for (std::size_t a = 0; a < report.GetArguments().Size(); ++a) {
+            const TValue& value = report.GetArguments().At(a);
+            const TDictArgument* argument = nullptr;
+            for (std::size_t k = 0; event && k < event->GetArguments().size(); ++k)
+                if (event->GetArguments()[k].GetID() == value.GetID())
+                    argument = &event->GetArguments()[k];
+            PrintValue(argument ? argument->GetPresentationName() : std::to_string(value.GetID()), value, cls, "",
+                       "    ");
+        }
+    }
+}
+
+int Call(const TDictionary& dictionary, TSimulatedNetwork& network, const std::vector<std::string>& words)
+{
+    std::string error;
+    auto entity = TEntitySpec::Parse(words[0], &dictionary, &error);
+    if (!entity) {
+        std::cerr << "zedsh: bad entity \"" << words[0] << "\": " << error << "\n";
+        return kExitUsage;
+    }
+    const TDictClass* cls = dictionary.FindClass(entity->GetEntityClass());
+    const TDictDirective* directive = cls ? cls->FindDirective(words[1]) : nullptr;
+    if (!directive) {
+        std::cerr << "zedsh: " << (cls ? cls->GetName() + " has no directive \"" + words[1] + "\"" : "no such class")
+                  << "\n";
+        return kExitUsage;
+    }
+    TSyncCall call(*entity, directive->GetID());
+    for (std::size_t i = 2; i < words.size(); ++i) {
+        const auto equals = words[i].find('=');
+        const TDictArgument* argument =
+            equals == std::string::npos ? nullptr : directive->FindRequestArgument(words[i].substr(0, equals));
+        if (!argument) {
+            std::cerr << "zedsh: \"" << words[i] << "\" is not ARGUMENT=VALUE for an argument of "
+                      << directive->GetName() << "\n";
+            return kExitUsage;
+        }
+        const std::string text = words[i].substr(equals + 1);
+        TValuePtr value;
+        if (text == "@default") {
+            value = ZEDMakeValue(argument->GetType(), argument->GetID());
+            if (value)
+                value->SetDefault();
+        } else {
+            value = ZEDParseValue(argument->GetType(), text, argument->GetID(), {&dictionary, cls}, &error);
+        }
+        if (!value) {
+            std::cerr << "zedsh: " << argument->GetName() << ": \"" << text << "\": " << error << "\n";
+            return kExitUsage;
+        }
+        call.GetRequest().Add(std::move(value));
+    }
+    call.Execute();
+    bool exception = false;
+    for (std::size_t i = 0; call.SelectReply(i); ++i) {
+        PrintResult(dictionary, call, directive->GetID());
+        exception = exception || call.GetReply().GetReplyType() != ZED_REPLY_RESPONSE;
+    }
+    for (const TCallResult& event : network.TakeEvents())
+        PrintEvent(dictionary, event);
+    return exception ? kExitException : 0;
+}
+
+} // namespace
+
+int main(int argc, char** argv)
+{
+    std::vector<std::string> words(argv + 1, argv + argc);
+    std::string dictionaryOption, instancesOption;
+    while (words.size() >= 2 && (words[0] == "--dictionary" || words[0] == "--instances")) {
+        (words[0] == "--dictionary" ? dictionaryOption : instancesOption) = words[1];
+        words.erase(words.begin(), words.begin() + 2);
+    }
+    if (words.empty() || words[0] == "help" || words[0] == "--help") {
+        std::cout << kUsage;
+        return words.empty() ? kExitUsage : 0;
+    }
+    std::shared_ptr<TSimulatedNetwork> network;
+    try {
+        network = TSimulatedNetwork::Install(Path(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"),
+                                             Path(instancesOption, "ZED_INSTANCES", "instances.json"));
+    } catch (const TException& e) {
+        std::cerr << "zedsh: " << e.what() << "\n";
+        return kExitLoad;
+    }
+    const TDictionary& dictionary = *ZEDGetApplication()->GetDictionary();
+    const std::string& command = words[0];
+    try {
+        if (command == "classes" && words.size() == 1) {
+            for (std::size_t i = 0; i < dictionary.GetRootClassCount(); ++i)
+                PrintClasses(dictionary.GetRootClass(i), 0);
+            return 0;
+        }
+        if (command == "types" && words.size() == 1) {
+            for (const TDictTypePtr& type : dictionary.GetTypes())
+                std::cout << type->GetName() << " (" << type->GetID() << "): " << type->ToString() << "\n";
+            return 0;
+        }
+        if (command == "attributes" && words.size() == 2) {
+            const TDictClass* cls = ClassOf(dictionary, words[1]);
+            if (!cls)
+                return kExitUsage;
+            for (const TDictAttribute& a : cls->GetAttributes()) {
+                const std::string* partition = dictionary.FindPartitionName(a.GetPartition());
+                std::cout << a.GetName() << " (" << a.GetID() << ") : " << a.GetType().GetName() << ", "
+                          << (partition ? *partition : "?") << ", " << AccessText(a.GetAccess())
+                          << (a.GetUnits().empty() ? "" : ", in " + a.GetUnits()) << DefaultText(a)
+                          << (a.IsDisplayed() ? "" : ", not displayed") << "\n";
+            }
+            return 0;
+        }
+        if (command == "directives" && words.size() == 2) {
+            const TDictClass* cls = ClassOf(dictionary, words[1]);
+            if (!cls)
+                return kExitUsage;
+            for (const TDictDirective& d : cls->GetDirectives()) {
+                std::cout << d.GetName() << " (" << d.GetID() << ")\n";
+                PrintArguments(d.GetRequestArguments(), "    ");
+                for (const auto* replies : {&d.GetResponses(), &d.GetExceptions()})
+                    for (const TDictReply& r : *replies) {
+                        std::cout << "  " << (r.GetDictObjectType() == ZED_DICT_RESPONSE ? "response " : "exception ")
+                                  << r.GetName() << " (" << r.GetReplyCode() << "): " << r.GetReplyText() << "\n";
+                        PrintArguments(r.GetArguments(), "      ");
+                    }
+            }
+            return 0;
+        }
+        if (command == "call" && words.size() >= 3)
+            return Call(dictionary, *network, std::vector<std::string>(words.begin() + 1, words.end()));
+    } catch (const TException& e) {
+        std::cerr << "zedsh: " << e.what() << "\n";
+        return kExitUsage;
+    }
+    std::cerr << kUsage;
+    return kExitUsage;
+}

@@ -1,0 +1,413 @@
+#include "zed/sim/TSimulatedNetwork.h"
+
+#include "zed/TApplication.h"
+#include "zed/TException.h"
+#include "zed/sim/TSimInstanceStore.h"
+#include "zed/value/TAttribute.h"
+#include "zed/value/TEnumeration.h"
+#include "zed/value/TEventReport.h"
+#include "zed/value/TScalarValues.h"
+#include "zed/value/TValueParser.h"
+
+#include <mutex>
+#include <optional>
+#include <utility>
+
+namespace {
+
+// A fault of a request: answered as the directive's InvalidArgument exception.
+struct RequestFault {
+    std::string argument;
+    std::string reason;
+};
+
+const TDictArgument* ArgumentNamed(const std::vector<TDictArgument>& arguments, const std::string& name)
+{
+    for (const TDictArgument& argument : arguments)
+        if (argument.GetName() == name)
+            return &argument;
+    return nullptr;
+}
+
+const TDictReply* ReplyNamed(const std::vector<TDictReply>& replies, const std::string& name)
+{
+    for (const TDictReply& reply : replies)
+        if (reply.GetName() == name)
+            return &reply;
+    return nullptr;
+}
+
+// Builds reply values by the reply's argument names, skipping names the dictionary lacks.
+class ReplyBuilder {
+public:
+    ReplyBuilder(const TDictReply& definition, unsigned int replyType)
+        : m_definition(definition), m_reply(replyType, definition.GetReplyCode())
+    {
+    }
+    ReplyBuilder& Put(const std::string& name, TValuePtr value)
+    {
+        if (const TDictArgument* named = ArgumentNamed(m_definition.GetArguments(), name); named && value) {
+            value->SetID(named->GetID());
+            m_reply.Add(std::move(value));
+        }
+        return *this;
+    }
+    TReply Take() { return std::move(m_reply); }
+
+private:
+    const TDictReply& m_definition;
+    TReply m_reply;
+};
+
+} // namespace
+
+struct TSimulatedNetwork::Impl {
+    explicit Impl(TDictionaryPtr dictionary) : dictionary(dictionary), store(std::move(dictionary)) {}
+
+    TDictionaryPtr dictionary;
+    TSimInstanceStore store;
+    std::mutex mutex;
+    std::vector<TCallResult> events;
+
+    // ---- replies -----------------------------------------------------------
+
+    TCallResult Result(const TEntitySpec& entity, TReply reply, unsigned int status) const
+    {
+        TCallResult result;
+        result.outEntity = entity;
+        result.timeStamp = TAbsTime::Now();
+        result.reply = std::move(reply);
+        result.status = status;
+        return result;
+    }
+
+    TCallResult Common(const TEntitySpec& entity, unsigned int code) const
+    {
+        return Result(entity, TReply(ZED_REPLY_EXCEPTION, code), ZED_STATUS_COMMON_EXCEPTION);
+    }
+
+    TCallResult Exception(const TEntitySpec& entity, const TDictDirective& directive, const std::string& name,
+                          std::vector<std::pair<std::string, TValuePtr>> values) const
+    {
+        const TDictReply* definition = ReplyNamed(directive.GetExceptions(), name);
+        if (!definition)
+            return Common(entity, kInvalidRequest);
+        ReplyBuilder builder(*definition, ZED_REPLY_EXCEPTION);
+        for (auto& [argument, value] : values)
+            builder.Put(argument, std::move(value));
+        return Result(entity, builder.Take(), ZED_STATUS_SPECIALISED_EXCEPTION);
+    }
+
+    TCallResult Response(const TEntitySpec& entity, const TDictDirective& directive,
+                         std::vector<std::pair<std::string, TValuePtr>> values) const
+    {
+        if (directive.GetResponses().empty())
+            return Result(entity, TReply(ZED_REPLY_RESPONSE, 0), ZED_STATUS_RESPONSE);
+        ReplyBuilder builder(directive.GetResponses().front(), ZED_REPLY_RESPONSE);
+        for (auto& [argument, value] : values)
+            builder.Put(argument, std::move(value));
+        return Result(entity, builder.Take(), ZED_STATUS_RESPONSE);
+    }
+
+    // ---- requests ----------------------------------------------------------
+
+    static void Check(const TDictDirective& directive, const TRequest& request)
+    {
+        for (std::size_t i = 0; i < request.Size(); ++i) {
+            const TValue& value = request.At(i);
+            const TDictArgument* argument = directive.FindRequestArgument(value.GetID());
+            if (!argument)
+                throw RequestFault{std::to_string(value.GetID()), "not an argument of " + directive.GetName()};
+            if (value.GetDatatype() != argument->GetValueDataType())
+                throw RequestFault{argument->GetName(), "expected a value of type " + argument->GetType().GetName()};
+        }
+        for (const TDictArgument& argument : directive.GetRequestArguments()) {
+            const TValue* value = request.Find(argument.GetID());
+            if (argument.IsRequired() && !(value && (value->IsPresent() || value->IsDefault())))
+                throw RequestFault{argument.GetName(), "required"};
+        }
+    }
+
+    // The request's value of a named argument, or the dictionary default, or null.
+    TValuePtr Argument(const TDictDirective& directive, const TRequest& request, const std::string& name,
+                       const TDictClass& cls) const
+    {
+        const TDictArgument* argument = directive.FindRequestArgument(name);
+        if (!argument)
+            return nullptr;
+        const TValue* value = request.Find(argument->GetID());
+        if (value && value->IsPresent() && !value->IsDefault())
+            return value->Clone();
+        if (argument->DefaultAllowed() == ZED_DEFAULT_DICTIONARY)
+            return ZEDParseValue(argument->GetType(), argument->GetDefaultValue(), argument->GetID(),
+                                 {dictionary.get(), &cls});
+        return nullptr;
+    }
+
+    // ---- directives --------------------------------------------------------
+
+    TCallResult Show(const TEntitySpec& entity, const TDictDirective& directive, const TRequest& request,
+                     TSimInstanceStore::Instance& instance) const
+    {
+        unsigned int partition = 0;
+        if (TValuePtr asked = Argument(directive, request, "Partition", *instance.cls))
+            if (asked->GetDatatype() == ZED_DT_ENUMERATION)
+                partition = static_cast<unsigned int>(static_cast<const TEnumeration&>(*asked).GetCode());
+        auto list = std::make_unique<TAttributeList>();
+        for (const TDictAttribute& attribute : instance.cls->GetAttributes()) {
+            if (partition != 0 && attribute.GetPartition() != partition)
+                continue;
+            if (attribute.GetAccess() == ZED_ACCESS_WRITE_ONLY) {
+                // Shown, but without its content: a server never reads a secret back.
+                TValuePtr hidden = std::make_unique<TOctetString>();
+                hidden->SetReason(ZED_REASON_ACCESS_DENIED);
+                list->Add(TAttribute(TAttributeID(attribute.GetID(), attribute.GetName()), std::move(hidden)));
+                continue;
+            }
+            if (const TValue* value = instance.attributes.Find(attribute.GetID()))
+                list->Add(TAttribute(TAttributeID(attribute.GetID(), attribute.GetName()), value->Clone()));
+        }
+        std::vector<std::pair<std::string, TValuePtr>> values;
+        values.emplace_back("Attributes", std::move(list));
+        return Response(entity, directive, std::move(values));
+    }
+
+    // Applies an attribute list; writable says whether read-only attributes are refused.
+    std::optional<TCallResult> Apply(const TEntitySpec& entity, const TDictDirective& directive,
+                                     const TAttributeList& list, TSimInstanceStore::Instance& instance,
+                                     bool creating, TAttributeList& applied) const
+    {
+        for (std::size_t i = 0; i < list.Size(); ++i) {
+            const TAttribute& given = list.At(i);
+            const unsigned int code = given.GetAttributeID().GetValue();
+            const TDictAttribute* attribute = instance.cls->FindAttribute(code);
+            std::vector<std::pair<std::string, TValuePtr>> values;
+            if (!attribute || (!creating && attribute->GetAccess() == ZED_ACCESS_READ_ONLY)) {
+                values.emplace_back("Attribute", std::make_unique<TAttributeID>(
+                                                     code, attribute ? attribute->GetName() : std::string()));
+                return Exception(entity, directive, attribute ? "NotWritable" : "InvalidArgument", std::move(values));
+            }
+            if (!given.HasValue() || given.GetValue().GetDatatype() != attribute->GetValueDataType()) {
+                values.emplace_back("Argument", std::make_unique<TSimpleName>(attribute->GetName()));
+                values.emplace_back("Reason", std::make_unique<TLatin1String>("expected a value of type "
+                                                                              + attribute->GetType().GetName()));
+                return Exception(entity, directive, "InvalidArgument", std::move(values));
+            }
+        }
+        for (std::size_t i = 0; i < list.Size(); ++i) {
+            const TAttribute& given = list.At(i);
+            TValuePtr value = given.GetValue().Clone();
+            value->SetID(given.GetAttributeID().GetValue());
+            instance.attributes.Put(std::move(value));
+            applied.Add(given);
+        }
+        return std::nullopt;
+    }
+
+    const TAttributeList* AttributesArgument(const TDictDirective& directive, const TRequest& request) const
+    {
+        const TDictArgument* argument = directive.FindRequestArgument(std::string("Attributes"));
+        const TValue* value = argument ? request.Find(argument->GetID()) : nullptr;
+        return value && value->IsPresent() && value->GetDatatype() == ZED_DT_ATTRIBUTELIST
+                   ? static_cast<const TAttributeList*>(value)
+                   : nullptr;
+    }
+
+    TCallResult Set(const TEntitySpec& entity, const TDictDirective& directive, const TRequest& request,
+                    TSimInstanceStore::Instance& instance)
+    {
+        auto applied = std::make_unique<TAttributeList>();
+        if (const TAttributeList* list = AttributesArgument(directive, request))
+            if (auto fault = Apply(entity, directive, *list, instance, false, *applied))
+                return std::move(*fault);
+        Report(entity, *instance.cls, directive, *applied, &instance);
+        std::vector<std::pair<std::string, TValuePtr>> values;
+        values.emplace_back("Attributes", std::move(applied));
+        return Response(entity, directive, std::move(values));
+    }
+
+    TCallResult Create(const TEntitySpec& entity, const TDictDirective& directive, const TRequest& request,
+                       const TDictClass& cls)
+    {
+        const auto& last = entity.GetComponent(entity.GetDepth() - 1);
+        TSimInstanceStore::Instance* parent = store.ParentFor(entity);
+        if (!parent || last.kind != TEntitySpec::Instance::Named)
+            return Common(entity, kNoSuchEntity);
+        if (!store.Resolve(entity).empty())
+            return Exception(entity, directive, "AlreadyExists", {});
+        // Check the initial values on a scratch instance before adding the real one.
+        TSimInstanceStore::Instance scratch;
+        scratch.cls = &cls;
+        for (const TDictAttribute& attribute : cls.GetAttributes())
+            if (attribute.DefaultAllowed() == ZED_DEFAULT_DICTIONARY)
+                scratch.attributes.Put(ZEDParseValue(attribute.GetType(), attribute.GetDefaultValue(),
+                                                     attribute.GetID(), {dictionary.get(), &cls}));
+        if (const TDictAttribute* name = cls.FindAttribute(std::string("Name"));
+            name && name->GetValueDataType() == ZED_DT_SIMPLENAME)
+            scratch.attributes.Put(std::make_unique<TSimpleName>(last.name, name->GetID()));
+        TAttributeList applied;
+        if (const TAttributeList* list = AttributesArgument(directive, request))
+            if (auto fault = Apply(entity, directive, *list, scratch, true, applied))
+                return std::move(*fault);
+        TSimInstanceStore::Instance* created = store.Add(parent, cls, last.name);
+        created->attributes = std::move(scratch.attributes);
+        Report(entity, cls, directive, applied, created);
+        return Response(entity, directive, {});
+    }
+
+    // ---- the one action of the shipped network -----------------------------
+
+    TCallResult Test(const TEntitySpec& entity, const TDictDirective& directive, const TRequest& request,
+                     TSimInstanceStore::Instance& instance) const
+    {
+        const auto number = [&](const std::string& name, unsigned int fallback) -> unsigned int {
+            TValuePtr value = Argument(directive, request, name, *instance.cls);
+            if (!value || !value->IsPresent() || value->HasReason())
+                return fallback;
+            try {
+                return static_cast<unsigned int>(std::stoul(value->ToString()));
+            } catch (const std::exception&) {
+                return fallback;
+            }
+        };
+        constexpr unsigned int kMaximumCount = 1000;
+        constexpr unsigned int kServerDefaultSize = 64;
+        const unsigned int count = number("Count", 4);
+        const unsigned int size = number("Size", kServerDefaultSize);
+        std::vector<std::pair<std::string, TValuePtr>> values;
+        if (count > kMaximumCount) {
+            values.emplace_back("MaximumCount", std::make_unique<TUnsigned16>(kMaximumCount));
+            return Exception(entity, directive, "CountTooLarge", std::move(values));
+        }
+        if (const TDictAttribute* state = instance.cls->FindAttribute(std::string("State")))
+            if (const TValue* value = instance.attributes.Find(state->GetID()); value && value->ToString() == "Down") {
+                values.emplace_back("Reason", std::make_unique<TLatin1String>("the interface is down"));
+                return Exception(entity, directive, "Unreachable", std::move(values));
+            }
+        // Large packets lose one reply in the simulation, so both counts show.
+        const unsigned int received = size > 1500 && count > 0 ? count - 1 : count;
+        values.emplace_back("Sent", std::make_unique<TUnsigned16>(static_cast<std::uint16_t>(count)));
+        values.emplace_back("Received", std::make_unique<TUnsigned16>(static_cast<std::uint16_t>(received)));
+        values.emplace_back("RoundTrip", std::make_unique<TReal>(0.25 + size / 256.0));
+        return Response(entity, directive, std::move(values));
+    }
+
+    // ---- events ------------------------------------------------------------
+
+    // Queues the class's ConfigurationChanged event, and keeps it in the
+    // instance's LastEvent attribute when it has one.
+    void Report(const TEntitySpec& entity, const TDictClass& cls, const TDictDirective& directive,
+                const TAttributeList& changed, TSimInstanceStore::Instance* instance)
+    {
+        const TDictEvent* event = nullptr;
+        for (const TDictEvent& e : cls.GetEvents())
+            if (e.GetName() == "ConfigurationChanged")
+                event = &e;
+        if (!event)
+            return;
+        auto report = std::make_unique<TEventReport>(event->GetID());
+        report->SetEntity(entity);
+        report->SetTime(TAbsTime::Now().GetMilliseconds());
+        if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "Directive"))
+            report->Add(std::make_unique<TSimpleName>(directive.GetName(), a->GetID()));
+        if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "Attributes")) {
+            TValuePtr list = changed.Clone();
+            list->SetID(a->GetID());
+            report->Add(std::move(list));
+        }
+        if (const TDictAttribute* last = cls.FindAttribute(std::string("LastEvent"));
+            instance && last && last->GetValueDataType() == ZED_DT_EVENTREPORT) {
+            TValuePtr kept = report->Clone();
+            kept->SetID(last->GetID());
+            instance->attributes.Put(std::move(kept));
+        }
+        TReply reply(ZED_REPLY_RESPONSE, event->GetID());
+        reply.Add(std::move(report));
+        events.push_back(Result(entity, std::move(reply), ZED_STATUS_RESPONSE));
+    }
+
+    std::vector<TCallResult> Execute(const TEntitySpec& entity, unsigned int directiveId, const TRequest& request)
+    {
+        const TDictClass* cls = dictionary->FindClass(entity.GetEntityClass());
+        if (!cls)
+            return {Common(entity, kNoSuchEntity)};
+        const TDictDirective* directive = cls->FindDirective(directiveId);
+        if (!directive || directiveId == ZED_COMMON_EXCEPTION_DIRECTIVE)
+            return {Common(entity, kDirectiveNotSupported)};
+        try {
+            Check(*directive, request);
+        } catch (const RequestFault& fault) {
+            std::vector<std::pair<std::string, TValuePtr>> values;
+            values.emplace_back("Argument", std::make_unique<TSimpleName>(fault.argument));
+            values.emplace_back("Reason", std::make_unique<TLatin1String>(fault.reason));
+            return {Exception(entity, *directive, "InvalidArgument", std::move(values))};
+        }
+        const std::string& name = directive->GetName();
+        if (name == "Create")
+            return {Create(entity, *directive, request, *cls)};
+
+        const std::vector<TSimInstanceStore::Instance*> instances = store.Resolve(entity);
+        if (instances.empty())
+            return {Common(entity, kNoSuchEntity)};
+        std::vector<TCallResult> results;
+        results.reserve(instances.size());
+        for (TSimInstanceStore::Instance* instance : instances) {
+            const TEntitySpec answered = TSimInstanceStore::SpecOf(*instance);
+            if (name == "Show")
+                results.push_back(Show(answered, *directive, request, *instance));
+            else if (name == "Set")
+                results.push_back(Set(answered, *directive, request, *instance));
+            else if (name == "Test")
+                results.push_back(Test(answered, *directive, request, *instance));
+            else if (name == "Delete") {
+                Report(answered, *cls, *directive, TAttributeList(), nullptr);
+                store.Remove(instance);
+                results.push_back(Response(answered, *directive, {}));
+            } else
+                results.push_back(Response(answered, *directive, {}));
+        }
+        return results;
+    }
+};
+
+TSimulatedNetwork::TSimulatedNetwork(TDictionaryPtr dictionary) : m_pImpl(std::make_unique<Impl>(std::move(dictionary))) {}
+
+TSimulatedNetwork::~TSimulatedNetwork() = default;
+
+void TSimulatedNetwork::LoadInstances(const std::string& path)
+{
+    std::lock_guard lock(m_pImpl->mutex);
+    m_pImpl->store.Load(path);
+}
+
+void TSimulatedNetwork::ParseInstances(std::string_view json, const std::string& source)
+{
+    std::lock_guard lock(m_pImpl->mutex);
+    m_pImpl->store.Parse(json, source);
+}
+
+std::vector<TCallResult> TSimulatedNetwork::Execute(const TEntitySpec& entity, unsigned int directive,
+                                                    const TRequest& request)
+{
+    std::lock_guard lock(m_pImpl->mutex);
+    return m_pImpl->Execute(entity, directive, request);
+}
+
+std::vector<TCallResult> TSimulatedNetwork::TakeEvents()
+{
+    std::lock_guard lock(m_pImpl->mutex);
+    return std::exchange(m_pImpl->events, {});
+}
+
+const TSimInstanceStore& TSimulatedNetwork::GetStore() const { return m_pImpl->store; }
+
+std::shared_ptr<TSimulatedNetwork> TSimulatedNetwork::Install(const std::string& dictionaryPath,
+                                                              const std::string& instancePath)
+{
+    TDictionaryPtr dictionary = TDictionary::Load(dictionaryPath);
+    auto network = std::make_shared<TSimulatedNetwork>(dictionary);
+    network->LoadInstances(instancePath);
+    ZEDGetApplication()->SetDictionary(dictionary);
+    ZEDGetApplication()->SetDefaultModule(network);
+    return network;
+}
