@@ -67,8 +67,8 @@ const char* AccessText(ZED_T_DICT_ACCESS access)
 std::string DefaultText(const TDictValue& value)
 {
     switch (value.DefaultAllowed()) {
-    case ZED_DEFAULT_DICTIONARY: return " default \"" + value.GetDefaultValue() + "\"";
-    case ZED_DEFAULT_SERVER: return " default from the server";
+    case ZED_DEFAULT_DICTIONARY: return ", default \"" + value.GetDefaultValue() + "\"";
+    case ZED_DEFAULT_SERVER: return ", default from the server";
     default: return "";
     }
 }
@@ -84,7 +84,7 @@ void PrintArguments(const std::vector<TDictArgument>& arguments, const char* ind
 {
     for (const TDictArgument& a : arguments)
         std::cout << indent << a.GetName() << " (" << a.GetID() << ") : " << a.GetType().GetName()
-                  << (a.IsRequired() ? " required" : "") << (a.GetUnits().empty() ? "" : " in " + a.GetUnits())
+                  << (a.IsRequired() ? ", required" : "") << (a.GetUnits().empty() ? "" : ", in " + a.GetUnits())
                   << DefaultText(a) << "\n";
 }
 

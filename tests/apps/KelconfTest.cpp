@@ -1,44 +1,17 @@
 // Runs the built kelconf program as a user would and checks its streams and
 // exit status.
 
-#include <gtest/gtest.h>
+#include "support/RunProgram.h"
 
-#include <cstdio>
-#include <cstdlib>
-#include <fstream>
-#include <sstream>
-#include <sys/wait.h>
+#include <gtest/gtest.h>
 
 namespace {
 
-struct ProgramRun {
-    int exitCode;
-    std::string out;
-    std::string err;
-};
-
-std::string Slurp(const std::string& path)
-{
-    std::ifstream in(path, std::ios::binary);
-    std::stringstream text;
-    text << in.rdbuf();
-    return text.str();
-}
-
-ProgramRun Kelconf(const std::string& arguments)
-{
-    // ctest runs tests in parallel: each test writes its own files.
-    const std::string stem = ::testing::TempDir() + ::testing::UnitTest::GetInstance()->current_test_info()->name();
-    const std::string out = stem + ".out", err = stem + ".err";
-    const std::string command = std::string(KELCONF_PATH) + " " + arguments + " >" + out + " 2>" + err;
-    const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : -1, Slurp(out), Slurp(err)};
-}
+ProgramRun Kelconf(const std::string& arguments) { return RunProgram(KELCONF_PATH, arguments); }
 
 std::string WriteTemp(const std::string& name, const std::string& text)
 {
-    const std::string path =
-        ::testing::TempDir() + ::testing::UnitTest::GetInstance()->current_test_info()->name() + "-" + name;
+    const std::string path = TestTempPath(name);
     std::ofstream(path, std::ios::binary) << text;
     return path;
 }

@@ -320,16 +320,19 @@ TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsig
     case ZED_DT_EVENTREPORT: node.Fail("event reports are made by servers, not entered");
     default: break;
     }
-    // Scalars: JSON strings hold the text form; numbers and booleans stand for themselves.
+    // Scalars: JSON strings hold the text form; numbers stand for numeric kinds
+    // and true/false for booleans only, so a number where a name belongs is a fault.
     std::string text;
+    const ZED_T_DATATYPE dt = type.GetValueDatatype();
+    const bool numeric = (dt >= ZED_DT_INTEGER16 && dt <= ZED_DT_COUNTER32) || dt == ZED_DT_FLOAT || dt == ZED_DT_REAL;
     if (json.is_string())
         text = json.get<std::string>();
-    else if (json.is_boolean())
+    else if (json.is_boolean() && dt == ZED_DT_BOOLEAN)
         text = json.get<bool>() ? "TRUE" : "FALSE";
-    else if (json.is_number())
+    else if (json.is_number() && numeric)
         text = json.dump();
     else
-        node.Fail("expected the text of a " + type.GetName() + " value");
+        node.Fail("expected " + std::string(numeric ? "a number or " : "") + "the text of a " + type.GetName() + " value");
     try {
         if (TValuePtr value = ParseScalar(type, text, id, context))
             return value;
