@@ -67,7 +67,7 @@ private:
 
 class TDictionaryLoader::Reader {
 public:
-    Reader(const std::string& source, TDictionary& dictionary) : m_source(source), m_dictionary(dictionary) {}
+    explicit Reader(TDictionary& dictionary) : m_dictionary(dictionary) {}
 
     void Read(const ZedJsonNode& root)
     {
@@ -365,7 +365,6 @@ private:
         }
     }
 
-    const std::string& m_source;
     TDictionary& m_dictionary;
     const ZedJsonNode* m_typeList = nullptr;
     std::map<std::string, std::size_t> m_pendingTypes;
@@ -380,7 +379,7 @@ std::shared_ptr<const TDictionary> TDictionaryLoader::Load(std::string_view json
     const nlohmann::json document = ZedJsonNode::ParseText(json, source);
     auto dictionary = std::make_shared<TDictionary>();
     dictionary->m_sourceName = source;
-    Reader(source, *dictionary).Read(ZedJsonNode(document, "$", source));
+    Reader(*dictionary).Read(ZedJsonNode(document, "$", source));
     return dictionary;
 }
 

@@ -15,6 +15,7 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <cmath>
 #include <limits>
 
 namespace {
@@ -59,6 +60,8 @@ Floating ParseFloating(std::string_view text)
     auto [end, ec] = std::from_chars(text.data(), text.data() + text.size(), value);
     if (text.empty() || ec != std::errc() || end != text.data() + text.size())
         Fault(ec == std::errc::result_out_of_range ? "out of range" : "not a number");
+    if (!std::isfinite(value))
+        Fault("not a finite number");
     return value;
 }
 

@@ -181,7 +181,8 @@ TEST(DictionaryTypes, ClonesKeepTheirMostDerivedClass)
     for (const char* name : {"OperState", "PeerAddress", "PeerSet", "Percentage", "Real"}) {
         const TDictType& type = *Dictionary().FindType(name);
         std::unique_ptr<TDictType> copy = type.Clone();
-        EXPECT_EQ(typeid(*copy), typeid(type)) << name;
+        const TDictType& copied = *copy;
+        EXPECT_EQ(typeid(copied), typeid(type)) << name;
         EXPECT_EQ(copy->GetDictObjectType(), type.GetDictObjectType());
         EXPECT_EQ(copy->ToString(), type.ToString());
     }
