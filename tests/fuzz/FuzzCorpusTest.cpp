@@ -13,9 +13,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
 namespace {
 
-TEST(FuzzCorpus, SectionReaderReplaysEveryKeptInput)
+TEST(FuzzCorpus, ReplaysEveryKeptInput)
 {
-    const std::filesystem::path dir = std::filesystem::path(KEL_SOURCE_DIR) / "fuzz" / "corpus" / "section";
+    const std::filesystem::path dir = FUZZ_CORPUS_DIR;
     int replayed = 0;
     for (const auto& entry : std::filesystem::directory_iterator(dir)) {
         std::ifstream in(entry.path(), std::ios::binary);

@@ -166,3 +166,26 @@ TEST(TraceApplication, IsOneObjectAndTakesAHostProvider)
 }
 
 } // namespace
+
+#include "zed/TException.h"
+#include "zed/ZedAssert.h"
+
+namespace {
+
+TEST_F(TraceStreamTest, AFailedAssertionTracesAndThrowsItsMessage)
+{
+    Provider().SetMask(ZED_TRACE_MODULE | 1);
+    ZEDAssertM(1 + 1 == 2, "never");
+    try {
+        ZEDAssertM(false, "the element is there already");
+        FAIL() << "no exception";
+    } catch (const TException& e) {
+        EXPECT_EQ(e.GetText(), "the element is there already");
+    }
+    EXPECT_NE(Provider().GetCapture().find("assertion failed: the element is there already"), std::string::npos);
+    int value = 0;
+    EXPECT_EQ(ZEDAssertAllocation(&value), &value);
+    EXPECT_THROW(ZEDAssertAllocation(static_cast<int*>(nullptr)), TException);
+}
+
+} // namespace
