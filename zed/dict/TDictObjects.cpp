@@ -1,16 +1,10 @@
 #include "zed/dict/TDictObjects.h"
 
+#include "zed/ZedText.h"
+
 #include <algorithm>
-#include <cctype>
 
 namespace {
-
-bool SameIgnoringCase(const std::string& a, const std::string& b)
-{
-    return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
-        return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
-    });
-}
 
 template <typename Container, typename Match>
 auto FindIn(const Container& items, Match match) -> decltype(&*items.begin())
@@ -49,7 +43,7 @@ const TDictArgument* TDictDirective::FindRequestArgument(unsigned int id) const
 
 const TDictArgument* TDictDirective::FindRequestArgument(const std::string& name) const
 {
-    return FindIn(m_request, [&](const TDictArgument& a) { return SameIgnoringCase(a.GetName(), name); });
+    return FindIn(m_request, [&](const TDictArgument& a) { return ZedSameIgnoringCase(a.GetName(), name); });
 }
 
 TDictClass::TDictClass() = default;
@@ -66,7 +60,7 @@ const TDictClass* TDictClass::FindChild(unsigned int code) const
 const TDictClass* TDictClass::FindChild(const std::string& name) const
 {
     for (const auto& child : m_children)
-        if (SameIgnoringCase(child->GetName(), name))
+        if (ZedSameIgnoringCase(child->GetName(), name))
             return child.get();
     return nullptr;
 }
@@ -78,7 +72,7 @@ const TDictAttribute* TDictClass::FindAttribute(unsigned int id) const
 
 const TDictAttribute* TDictClass::FindAttribute(const std::string& name) const
 {
-    return FindIn(m_attributes, [&](const TDictAttribute& a) { return SameIgnoringCase(a.GetName(), name); });
+    return FindIn(m_attributes, [&](const TDictAttribute& a) { return ZedSameIgnoringCase(a.GetName(), name); });
 }
 
 const TDictDirective* TDictClass::FindDirective(unsigned int id) const
@@ -88,7 +82,7 @@ const TDictDirective* TDictClass::FindDirective(unsigned int id) const
 
 const TDictDirective* TDictClass::FindDirective(const std::string& name) const
 {
-    return FindIn(m_directives, [&](const TDictDirective& d) { return SameIgnoringCase(d.GetName(), name); });
+    return FindIn(m_directives, [&](const TDictDirective& d) { return ZedSameIgnoringCase(d.GetName(), name); });
 }
 
 const TDictEvent* TDictClass::FindEvent(unsigned int id) const

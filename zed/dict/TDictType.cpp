@@ -1,5 +1,7 @@
 #include "zed/dict/TDictType.h"
 
+#include "zed/ZedText.h"
+
 #include <algorithm>
 #include <cctype>
 #include <stdexcept>
@@ -95,12 +97,8 @@ const TDictTypeEnumeration::Item* TDictTypeEnumeration::FindCode(int code) const
 
 const TDictTypeEnumeration::Item* TDictTypeEnumeration::FindText(const std::string& text) const
 {
-    const auto same = [&](const Item& item) {
-        return std::equal(item.text.begin(), item.text.end(), text.begin(), text.end(), [](char a, char b) {
-            return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
-        });
-    };
-    const auto found = std::find_if(m_items.begin(), m_items.end(), same);
+    const auto found = std::find_if(m_items.begin(), m_items.end(),
+                                    [&](const Item& item) { return ZedSameIgnoringCase(item.text, text); });
     return found == m_items.end() ? nullptr : &*found;
 }
 

@@ -1,10 +1,10 @@
 #include "zed/dict/TDictionary.h"
 
 #include "zed/TException.h"
+#include "zed/ZedText.h"
 #include "zed/dict/TDictionaryLoader.h"
 #include "zed/value/TEntitySpec.h"
 
-#include <cctype>
 #include <fstream>
 #include <sstream>
 
@@ -36,14 +36,9 @@ const TDictClass* TDictionary::FindRootClass(unsigned int code) const
 
 const TDictClass* TDictionary::FindRootClass(const std::string& name) const
 {
-    for (const auto& root : m_roots) {
-        const std::string& n = root->GetName();
-        if (n.size() == name.size()
-            && std::equal(n.begin(), n.end(), name.begin(), [](char a, char b) {
-                   return std::tolower(static_cast<unsigned char>(a)) == std::tolower(static_cast<unsigned char>(b));
-               }))
+    for (const auto& root : m_roots)
+        if (ZedSameIgnoringCase(root->GetName(), name))
             return root.get();
-    }
     return nullptr;
 }
 
