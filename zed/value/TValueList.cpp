@@ -3,8 +3,9 @@
 #include <unordered_map>
 
 namespace {
-// Lists this short are searched by a scan, which beats hashing.
-constexpr std::size_t kScanLimit = 8;
+// Lists this short are searched by scanning their keys, which beats hashing
+// and spares most lists (records, attribute lists) building an index at all.
+constexpr std::size_t kScanLimit = 64;
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
 } // namespace
 
@@ -14,7 +15,7 @@ struct TValueList::Index {
 
 TValueList::TValueList(KeyFunction key) : m_key(key) {}
 
-TValueList::TValueList(const TValueList& other) : m_key(other.m_key)
+TValueList::TValueList(const TValueList& other) : m_key(other.m_key), m_keys(other.m_keys)
 {
     m_values.reserve(other.m_values.size());
     for (const TValuePtr& value : other.m_values)
@@ -45,6 +46,7 @@ void TValueList::Put(TValuePtr value)
         return;
     }
     m_values.push_back(std::move(value));
+    m_keys.push_back(id);
     if (m_pIndex)
         m_pIndex->positions.emplace(id, m_values.size() - 1);
     else if (m_values.size() > kScanLimit)
@@ -57,8 +59,8 @@ std::size_t TValueList::Position(unsigned int id) const
         const auto found = m_pIndex->positions.find(id);
         return found == m_pIndex->positions.end() ? kNone : found->second;
     }
-    for (std::size_t i = 0; i < m_values.size(); ++i)
-        if (m_key(*m_values[i]) == id)
+    for (std::size_t i = 0; i < m_keys.size(); ++i)
+        if (m_keys[i] == id)
             return i;
     return kNone;
 }
@@ -81,6 +83,7 @@ bool TValueList::Remove(unsigned int id)
     if (at == kNone)
         return false;
     m_values.erase(m_values.begin() + static_cast<std::ptrdiff_t>(at));
+    m_keys.erase(m_keys.begin() + static_cast<std::ptrdiff_t>(at));
     Reindex();
     return true;
 }
@@ -88,6 +91,7 @@ bool TValueList::Remove(unsigned int id)
 void TValueList::Clear()
 {
     m_values.clear();
+    m_keys.clear();
     m_pIndex.reset();
 }
 
@@ -109,6 +113,6 @@ void TValueList::Reindex()
     }
     m_pIndex = std::make_unique<Index>();
     m_pIndex->positions.reserve(m_values.size() * 2);
-    for (std::size_t i = 0; i < m_values.size(); ++i)
-        m_pIndex->positions.emplace(m_key(*m_values[i]), i);
+    for (std::size_t i = 0; i < m_keys.size(); ++i)
+        m_pIndex->positions.emplace(m_keys[i], i);
 }

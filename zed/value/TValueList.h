@@ -45,5 +45,6 @@ private:
 
     KeyFunction m_key;
     std::vector<TValuePtr> m_values;
-    std::unique_ptr<Index> m_pIndex;  // only once the list is long enough to need it
+    std::vector<unsigned int> m_keys;  // m_values' keys side by side: a scan touches one array
+    std::unique_ptr<Index> m_pIndex;   // only once the list is long enough to need it
 };
