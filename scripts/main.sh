@@ -1,8 +1,24 @@
 #!/usr/bin/env bash
-# Sets up, builds and runs the main job: kelconf on the shipped sample
-# configuration file (sections written back on stdout, failures on stderr).
+# Sets up, builds and runs the main job: the layered configuration lookup of
+# a context ("console") over a system file, a user file and a workspace, and
+# kelconf check on a hand-edited file with a broken section.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 bash scripts/setup.sh default
+
+user_dir=$(mktemp -d)
+trap 'rm -rf "$user_dir"' EXIT
+cp data/config/user/console.ucfg "$user_dir/$(id -un)console.ucfg"
+export ORVEX_SYSTEM_PATH="$PWD/data/config/system" ORVEX_USER_PATH="$user_dir"
+
+show() {
+  echo "== kelconf get $*"
+  build/bin/kelconf get "$@" 2>/dev/null
+}
+show console Console Font          # only the system file has it
+show console Console MaxLines      # the user file wins over the system file
+show console Display Width         # the user file lacks it: the system file answers
+show --workspace data/config/workspaces/network.kws console Display Width   # the workspace first
+show console Console Colour        # in neither: status 9, the default
 echo "== kelconf check data/config/sample.conf"
 build/bin/kelconf check data/config/sample.conf

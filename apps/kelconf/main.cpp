@@ -1,41 +1,57 @@
 // kelconf: looks at KEL configuration files from the command line.
 //
-//   kelconf check FILE   reads FILE section after section and writes back
-//                        every section that loaded, in the file format, to
-//                        standard output; each section load that failed is
-//                        reported as "status N" on standard error.
+//   kelconf check FILE
+//       loads FILE as a configuration and writes it back to standard output
+//       in the file format (header and every section that loaded); each
+//       section load that failed is reported as "status N" on standard error
+//       (5 invalid begin line, 4 invalid end line, 8 end of file inside a
+//       section).
+//   kelconf get [--workspace FILE] CONTEXT SECTION KEY
+//       runs the layered lookup of a context under the current paths (user
+//       file, then system file; with a workspace, its sections first) and
+//       prints the status (1 found, 9 not found, 2 no file) and the value.
 //
-// Exit status: 0 when FILE could be read, 2 when it could not or when the
-// command line is wrong.
+// Exit status: 0 done, 2 an unreadable file, a missing resource module or a
+// wrong command line.
 
+#include "kel/config/IConfiguration.h"
 #include "kel/config/ISection.h"
+#include "kel/config/KELConfigContext.h"
 #include "kel/config/KELConfigStatus.h"
 #include "kel/config/KELTextReader.h"
-#include "kel/config/KELTextTrim.h"
+#include "kel/frame/IApplication.h"
+#include "kel/frame/KELVersionRecord.h"
 
 #include <cstdio>
 #include <string>
 #include <string_view>
+#include <vector>
+
+KEL_VERSION_RECORD("kelconf");
 
 namespace {
 
 constexpr int kExitUsage = 2;
 
-void Usage()
-{
-    std::fputs("usage: kelconf check FILE\n", stderr);
-}
+const char* kUsage =
+    "usage: kelconf check FILE\n"
+    "       kelconf get [--workspace FILE] CONTEXT SECTION KEY\n";
 
-// True when nothing from here on is more than blank and comment lines: the
-// reader's end-of-file status then means a clean end, not a cut-off section.
-bool OnlyBlankOrComments(std::string_view rest)
+// Reports every section load that failed, as the section reader sees it.
+void ReportFailedSections(KELTextReader& file)
 {
-    KELTextReader reader = KELTextReader::OverView(rest);
-    std::string_view line;
-    while (reader.ReadLine(line))
-        if (!KELIsSkippedLine(KELTrimLeft(line)))
-            return false;
-    return true;
+    for (;;) {
+        const std::size_t start = file.GetPosition();
+        ISection section;
+        const int status = section.Load(file);
+        if (status == KEL_CFG_SUCCESS)
+            continue;
+        if (status == KEL_CFG_EOF && file.OnlyBlankOrCommentsFrom(start))
+            break;
+        std::fprintf(stderr, "status %d\n", status);
+        if (status == KEL_CFG_EOF)
+            break;
+    }
 }
 
 int Check(const std::string& path)
@@ -46,22 +62,52 @@ int Check(const std::string& path)
         std::fprintf(stderr, "kelconf: cannot read %s: %s\n", path.c_str(), error.c_str());
         return kExitUsage;
     }
-    std::string out;
-    for (;;) {
-        const std::size_t start = file.GetPosition();
-        ISection section;
-        const int status = section.Load(file);
-        if (status == KEL_CFG_SUCCESS) {
-            section.Save(out);
-            continue;
-        }
-        if (status == KEL_CFG_EOF && OnlyBlankOrComments(file.GetText().substr(start)))
-            break;
-        std::fprintf(stderr, "status %d\n", status);
-        if (status == KEL_CFG_EOF)
-            break;
+    ReportFailedSections(file);
+    IConfiguration configuration(path);
+    if (!configuration.Load()) {
+        std::fprintf(stderr, "kelconf: cannot read %s\n", path.c_str());
+        return kExitUsage;
     }
+    std::string out;
+    configuration.SaveToText(out);
     std::fwrite(out.data(), 1, out.size(), stdout);
+    return 0;
+}
+
+int Get(std::vector<std::string> words)
+{
+    std::string workspace;
+    if (words.size() == 5 && words[0] == "--workspace") {
+        workspace = words[1];
+        words.erase(words.begin(), words.begin() + 2);
+    }
+    if (words.size() != 3) {
+        std::fputs(kUsage, stderr);
+        return kExitUsage;
+    }
+    IApplication* app = InitializeKEL("kelconf");
+    if (!app)
+        return kExitUsage;  // InitializeKEL said why
+    KELConfigContext* context = app->DefineNewContext(words[0].c_str());
+    std::string errors;
+    context->LoadSystemAndUserConfig(errors);
+    if (!errors.empty())
+        std::fprintf(stderr, "kelconf: %s\n", errors.c_str());
+    std::fprintf(stderr, "kelconf: system file %s\nkelconf: user file   %s\n",
+                 context->GetSystemConfigFile()->GetFilename().c_str(),
+                 context->GetUserConfigFile()->GetFilename().c_str());
+    if (!workspace.empty()) {
+        std::string name;
+        context->GetWorkspaceConfFile(workspace.c_str(), name);
+        if (!context->LoadWorkspace(workspace.c_str()))
+            std::fprintf(stderr, "kelconf: cannot read the workspace settings %s\n", name.c_str());
+        else
+            std::fprintf(stderr, "kelconf: workspace   %s\n", name.c_str());
+    }
+    std::string value;
+    const int status = app->GetConfigString(context, words[1], words[2], value, "", workspace.empty() ? 1 : 0);
+    std::printf("status %d\nvalue %s\n", status, value.c_str());
+    DestroyKEL();
     return 0;
 }
 
@@ -69,8 +115,11 @@ int Check(const std::string& path)
 
 int main(int argc, char** argv)
 {
-    if (argc == 3 && std::string_view(argv[1]) == "check")
-        return Check(argv[2]);
-    Usage();
+    const std::vector<std::string> words(argv + 1, argv + argc);
+    if (words.size() == 2 && words[0] == "check")
+        return Check(words[1]);
+    if (!words.empty() && words[0] == "get")
+        return Get(std::vector<std::string>(words.begin() + 1, words.end()));
+    std::fputs(kUsage, stderr);
     return kExitUsage;
 }

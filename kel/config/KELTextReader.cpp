@@ -1,5 +1,7 @@
 #include "kel/config/KELTextReader.h"
 
+#include "kel/config/KELTextTrim.h"
+
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
@@ -68,5 +70,15 @@ bool KELTextReader::ReadLine(std::string_view& line)
     if (feed && length > 0 && begin[length - 1] == '\r')
         --length;
     line = std::string_view(begin, length);
+    return true;
+}
+
+bool KELTextReader::OnlyBlankOrCommentsFrom(std::size_t position) const
+{
+    KELTextReader rest = OverView(m_text.substr(position < m_text.size() ? position : m_text.size()));
+    std::string_view line;
+    while (rest.ReadLine(line))
+        if (!KELIsSkippedLine(KELTrimLeft(line)))
+            return false;
     return true;
 }

@@ -37,6 +37,9 @@ public:
     void Seek(std::size_t position) { m_pos = position < m_text.size() ? position : m_text.size(); }
     bool AtEnd() const { return m_pos >= m_text.size(); }
     std::string_view GetText() const { return m_text; }
+    // True when nothing from the position on is more than blank and comment
+    // lines: an end-of-file status there is a clean end, not a cut-off section.
+    bool OnlyBlankOrCommentsFrom(std::size_t position) const;
 
 private:
     std::string m_storage;   // owned content, when the reader owns it

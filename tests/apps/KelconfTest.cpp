@@ -21,7 +21,9 @@ TEST(KelconfCheck, WritesBackEverySectionOfACleanFile)
     const std::string path = WriteTemp("clean.conf", "# head\r\n[A]\r\n  x =  1 \r\n[end A]\r\n\r\n[ B ]\n[ End B ]\n\n# tail\n");
     const ProgramRun run = Kelconf("check " + path);
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.out, "[ A ]\n    x = 1\n[ End A ]\n\n[ B ]\n[ End B ]\n\n");
+    EXPECT_EQ(run.out.substr(0, 69), " ################################################################### \n");
+    EXPECT_NE(run.out.find(" ## Configuration filename : " + path + "\n"), std::string::npos);
+    EXPECT_EQ(run.out.substr(run.out.find("\n\n") + 2), "[ A ]\n    x = 1\n[ End A ]\n\n[ B ]\n[ End B ]\n\n");
     EXPECT_EQ(run.err, "");
 }
 
@@ -30,7 +32,7 @@ TEST(KelconfCheck, ReportsEachFailedSectionLoadAndKeepsGoing)
     const std::string path = WriteTemp("bad.conf", "stray line\n[ A ]\n[ End a ]\n[ C ]\nk = v\n[ End C ]\n[ Cut ]\nk = v\n");
     const ProgramRun run = Kelconf("check " + path);
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.out, "[ C ]\n    k = v\n[ End C ]\n\n");
+    EXPECT_EQ(run.out.substr(run.out.find("\n\n") + 2), "[ C ]\n    k = v\n[ End C ]\n\n");
     EXPECT_EQ(run.err, "status 5\nstatus 4\nstatus 8\n");
 }
 
@@ -51,7 +53,31 @@ TEST(KelconfCheck, UnreadableFileOrBadUsageExitsTwo)
     EXPECT_EQ(missing.err, "kelconf: cannot read /nonexistent/file.conf: No such file or directory\n");
     EXPECT_EQ(Kelconf("").exitCode, 2);
     EXPECT_EQ(Kelconf("frobnicate x").exitCode, 2);
-    EXPECT_EQ(Kelconf("check").err, "usage: kelconf check FILE\n");
+    EXPECT_EQ(Kelconf("check").err.substr(0, 25), "usage: kelconf check FILE");
+}
+
+} // namespace
+
+namespace {
+
+TEST(KelconfGet, RunsTheLayeredLookupOfAContext)
+{
+    const std::string user = TestTempPath("user");
+    std::system(("mkdir -p " + user + " && cp " KEL_SOURCE_DIR "/data/config/user/console.ucfg " + user + "/$(id -un)console.ucfg")
+                    .c_str());
+    const std::string env = "ORVEX_SYSTEM_PATH=" KEL_SOURCE_DIR "/data/config/system ORVEX_USER_PATH=" + user + " ";
+    const auto get = [&](const std::string& arguments) { return RunProgram(env + KELCONF_PATH, "get " + arguments); };
+
+    EXPECT_EQ(get("console Console Font").out, "status 1\nvalue Monospace\n");
+    EXPECT_EQ(get("console Console MaxLines").out, "status 1\nvalue 2000\n");
+    EXPECT_EQ(get("console Display Width").out, "status 1\nvalue 640\n");
+    EXPECT_EQ(get("--workspace " KEL_SOURCE_DIR "/data/config/workspaces/network.kws console Display Width").out,
+              "status 1\nvalue 1280\n");
+    EXPECT_EQ(get("console Console Colour").out, "status 9\nvalue \n");
+    const ProgramRun none = get("nosuch Console Font");
+    EXPECT_EQ(none.out, "status 9\nvalue \n");
+    EXPECT_NE(none.err.find("could not be read"), std::string::npos);
+    EXPECT_EQ(get("console Console").exitCode, 2);
 }
 
 } // namespace
