@@ -21,7 +21,7 @@ TEST(KelconfCheck, WritesBackEverySectionOfACleanFile)
     const std::string path = WriteTemp("clean.conf", "# head\r\n[A]\r\n  x =  1 \r\n[end A]\r\n\r\n[ B ]\n[ End B ]\n\n# tail\n");
     const ProgramRun run = Kelconf("check " + path);
     EXPECT_EQ(run.exitCode, 0);
-    EXPECT_EQ(run.out.substr(0, 69), " ################################################################### \n");
+    EXPECT_EQ(run.out.substr(0, 70), " ################################################################### \n");
     EXPECT_NE(run.out.find(" ## Configuration filename : " + path + "\n"), std::string::npos);
     EXPECT_EQ(run.out.substr(run.out.find("\n\n") + 2), "[ A ]\n    x = 1\n[ End A ]\n\n[ B ]\n[ End B ]\n\n");
     EXPECT_EQ(run.err, "");
