@@ -9,6 +9,7 @@
 #include <QStyle>
 #include <QStyleOptionTitleBar>
 
+#include <cctype>
 #include <cstdio>
 #include <dlfcn.h>
 #include <fstream>
@@ -74,7 +75,12 @@ bool KELUtilities::GetFileVersion(const std::string& fileName, unsigned int& maj
     if (!in)
         return false;
     const std::string content((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
-    const auto at = content.find(kMarker);
+    // The reader's own copy of the marker stands in this library too: a
+    // record is a marker followed by a version number.
+    auto at = content.find(kMarker);
+    while (at != std::string::npos && !(at + kMarker.size() < content.size()
+                                        && std::isdigit(static_cast<unsigned char>(content[at + kMarker.size()]))))
+        at = content.find(kMarker, at + 1);
     if (at == std::string::npos)
         return false;
     const auto end = content.find('\0', at);
