@@ -6,6 +6,9 @@
 
 #define KELRES_EXPORT __attribute__((visibility("default")))
 
+[[gnu::used]] static const char kelres_version_record[] =
+    "@(#)KELVERSION " KEL_VERSION_STRING ";FileDescription=KEL resources, English;ProductName=KEL;";
+
 namespace {
 
 struct Entry {

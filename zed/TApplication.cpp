@@ -5,6 +5,11 @@
 #include "zed/value/TEntitySpec.h"
 #include "zed/trace/TTraceProvider.h"
 
+// The version record every binary of the project carries (the form KEL's
+// KELUtilities::GetFileVersion reads).
+[[gnu::used]] static const char zed_version_record[] =
+    "@(#)KELVERSION " ZED_VERSION_STRING ";FileDescription=zed access library;ProductName=KEL;";
+
 struct TApplication::Modules {
     std::map<unsigned int, std::shared_ptr<TManagementModule>> byTopClass;
     std::shared_ptr<TManagementModule> fallback;

@@ -26,6 +26,10 @@
 #include <string>
 #include <vector>
 
+// The version record of the project's binaries (zedsh stands on zed alone).
+[[gnu::used]] static const char zedsh_version_record[] =
+    "@(#)KELVERSION " ZED_VERSION_STRING ";FileDescription=zedsh;ProductName=KEL;";
+
 namespace {
 
 constexpr int kExitException = 1;

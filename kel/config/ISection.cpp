@@ -15,8 +15,11 @@ namespace {
 
 constexpr const char* kSource = "KELSection";
 
-// Sections this small are searched by a plain scan, which beats hashing.
-constexpr std::size_t kScanLimit = 8;
+// Sections this small (most are) are searched by a plain scan of the names,
+// which beats hashing them.
+constexpr std::size_t kScanLimit = 32;
+// Room for the fields of a typical section at once, instead of regrowing.
+constexpr std::size_t kInitialFields = 16;
 
 bool EqualsIgnoringCase(std::string_view a, std::string_view b)
 {
@@ -48,50 +51,54 @@ bool ReadSignificantLine(KELTextReader& file, std::string_view& line)
     return true;
 }
 
+// FNV-1a: names are short, so a simple hash is both quick and well spread.
+std::uint32_t NameHash(std::string_view name)
+{
+    std::uint32_t hash = 2166136261u;
+    for (char c : name)
+        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u;
+    return hash;
+}
+
 } // namespace
 
-// Fields in the order first read or added, with an open-addressing index of
-// positions once the section outgrows a scan.
+// Fields in the order first read or added, each name's hash beside it so that
+// a search compares integers and only confirms a match with the text; past a
+// few dozen fields an open-addressing index of positions takes over.
 struct ISection::Impl {
     std::string name;
     std::vector<ICustomField> fields;
-    std::vector<std::uint32_t> slots; // position + 1; 0 is a free slot
+    std::vector<std::uint32_t> hashes; // one per field
+    std::vector<std::uint32_t> slots;  // position + 1; 0 is a free slot
+    bool scratch = false;              // the last field is being read, not yet kept
 
-    static std::size_t Hash(std::string_view key) { return std::hash<std::string_view>{}(key); }
+    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
-    std::size_t Find(std::string_view key) const
+    // Looks among the first `count` fields (all that are kept by default).
+    std::size_t Find(std::string_view key, std::uint32_t hash, std::size_t count) const
     {
         if (slots.empty()) {
-            for (std::size_t i = 0; i < fields.size(); ++i)
-                if (fields[i].GetFieldName() == key)
+            const std::size_t n = count < hashes.size() ? count : hashes.size();
+            for (std::size_t i = 0; i < n; ++i)
+                if (hashes[i] == hash && fields[i].GetFieldName() == key)
                     return i;
             return npos;
         }
         const std::size_t mask = slots.size() - 1;
-        for (std::size_t s = Hash(key) & mask;; s = (s + 1) & mask) {
+        for (std::size_t s = hash & mask;; s = (s + 1) & mask) {
             const std::uint32_t slot = slots[s];
             if (slot == 0)
                 return npos;
-            if (fields[slot - 1].GetFieldName() == key)
+            if (hashes[slot - 1] == hash && fields[slot - 1].GetFieldName() == key)
                 return slot - 1;
         }
     }
-
-    void IndexLast()
-    {
-        if (fields.size() <= kScanLimit)
-            return;
-        if (fields.size() * 2 > slots.size()) {
-            Rebuild();
-            return;
-        }
-        Place(fields.size() - 1);
-    }
+    std::size_t Find(std::string_view key) const { return Find(key, NameHash(key), npos); }
 
     void Place(std::size_t position)
     {
         const std::size_t mask = slots.size() - 1;
-        std::size_t s = Hash(fields[position].GetFieldName()) & mask;
+        std::size_t s = hashes[position] & mask;
         while (slots[s] != 0)
             s = (s + 1) & mask;
         slots[s] = static_cast<std::uint32_t>(position + 1);
@@ -100,29 +107,89 @@ struct ISection::Impl {
     void Rebuild()
     {
         slots.clear();
-        if (fields.size() <= kScanLimit)
+        if (hashes.size() <= kScanLimit)
             return;
         std::size_t size = 16;
-        while (size < fields.size() * 4)
+        while (size < hashes.size() * 4)
             size *= 2;
         slots.assign(size, 0);
-        for (std::size_t i = 0; i < fields.size(); ++i)
+        for (std::size_t i = 0; i < hashes.size(); ++i)
             Place(i);
+    }
+
+    // The field just appended (with its hash) becomes findable.
+    void IndexLast()
+    {
+        if (hashes.size() <= kScanLimit)
+            return;
+        if (hashes.size() * 2 > slots.size())
+            Rebuild();
+        else
+            Place(hashes.size() - 1);
+    }
+
+    void Reserve()
+    {
+        if (fields.capacity() == 0) {
+            fields.reserve(kInitialFields);
+            hashes.reserve(kInitialFields);
+        }
     }
 
     // Stores a field; one of the same name is replaced in its place.
     void Put(ICustomField&& field)
     {
-        const std::size_t at = Find(field.GetFieldName());
+        const std::uint32_t hash = NameHash(field.GetFieldName());
+        const std::size_t at = Find(field.GetFieldName(), hash, npos);
         if (at != npos) {
             fields[at] = std::move(field);
             return;
         }
+        Reserve();
         fields.push_back(std::move(field));
+        hashes.push_back(hash);
         IndexLast();
     }
 
-    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+    void Erase(std::size_t at)
+    {
+        fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(at));
+        hashes.erase(hashes.begin() + static_cast<std::ptrdiff_t>(at));
+        Rebuild();
+    }
+
+    // Reading fills a field at the end of the list in place: Scratch gives it,
+    // Keep makes it a field of the section (replacing an earlier one of the
+    // same name), Discard drops it.
+    ICustomField& Scratch()
+    {
+        if (!scratch) {
+            Reserve();
+            fields.emplace_back();
+            scratch = true;
+        }
+        return fields.back();
+    }
+    void Keep()
+    {
+        scratch = false;
+        const std::size_t last = fields.size() - 1;
+        const std::uint32_t hash = NameHash(fields[last].GetFieldName());
+        const std::size_t at = Find(fields[last].GetFieldName(), hash, last);
+        if (at != npos) {
+            fields[at] = std::move(fields[last]);
+            fields.pop_back();
+            return;
+        }
+        hashes.push_back(hash);
+        IndexLast();
+    }
+    void Discard()
+    {
+        if (scratch)
+            fields.pop_back();
+        scratch = false;
+    }
 };
 
 ISection::ISection() : m_pImpl(std::make_unique<Impl>()) {}
@@ -140,12 +207,12 @@ int ISection::Load(KELTextReader& file)
     const int begin = ValidBeginSection(file);
     if (begin != KEL_CFG_SUCCESS)
         return begin;
-    ICustomField field;
     int status;
-    while ((status = field.Load(file)) == KEL_CFG_SUCCESS || status == KEL_CFG_NO_EQUALS) {
+    while ((status = m_pImpl->Scratch().Load(file)) == KEL_CFG_SUCCESS || status == KEL_CFG_NO_EQUALS) {
         if (status == KEL_CFG_SUCCESS)
-            m_pImpl->Put(std::move(field));
+            m_pImpl->Keep();
     }
+    m_pImpl->Discard();
     return ValidEndSection(file);
 }
 
@@ -232,8 +299,7 @@ int ISection::RemoveField(std::string_view name)
     const std::size_t at = m_pImpl->Find(name);
     if (at == Impl::npos)
         return 0;
-    m_pImpl->fields.erase(m_pImpl->fields.begin() + static_cast<std::ptrdiff_t>(at));
-    m_pImpl->Rebuild();
+    m_pImpl->Erase(at);
     return 1;
 }
 
@@ -245,6 +311,7 @@ std::unique_ptr<ISection> ISection::Clone() const
 {
     auto copy = std::make_unique<ISection>(m_pImpl->name);
     copy->m_pImpl->fields = m_pImpl->fields;
+    copy->m_pImpl->hashes = m_pImpl->hashes;
     copy->m_pImpl->slots = m_pImpl->slots;
     return copy;
 }

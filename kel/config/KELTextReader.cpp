@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <sys/stat.h>
 
 KELTextReader::KELTextReader(std::string text) : m_storage(std::move(text)), m_text(m_storage) {}
 
@@ -42,6 +43,12 @@ bool KELTextReader::Open(const std::string& path, std::string* error)
     std::string content;
     int fault = file ? 0 : errno;
     if (file) {
+        // One read of the whole file when its size is known; more only if it grows meanwhile.
+        struct stat info {};
+        if (::fstat(::fileno(file.get()), &info) == 0 && S_ISREG(info.st_mode) && info.st_size > 0)
+            content.resize(static_cast<std::size_t>(info.st_size));
+        std::size_t filled = std::fread(content.data(), 1, content.size(), file.get());
+        content.resize(filled);
         char buffer[1 << 16];
         std::size_t n;
         while ((n = std::fread(buffer, 1, sizeof buffer, file.get())) > 0)

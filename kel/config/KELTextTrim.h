@@ -1,22 +1,27 @@
 #pragma once
 
 // Trimming as the configuration readers do it: the blanks are the C locale's
-// white space, so tabs and stray carriage returns go too.
+// white space, so tabs and stray carriage returns go too. Written as plain
+// loops: these run several times on every line of a file.
 
 #include <string_view>
 
-inline constexpr std::string_view kKelBlanks = " \t\r\n\v\f";
+inline constexpr bool KELIsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
 inline std::string_view KELTrimLeft(std::string_view s)
 {
-    const auto first = s.find_first_not_of(kKelBlanks);
-    return first == std::string_view::npos ? std::string_view() : s.substr(first);
+    std::size_t i = 0;
+    while (i < s.size() && KELIsBlank(s[i]))
+        ++i;
+    return s.substr(i);
 }
 
 inline std::string_view KELTrimRight(std::string_view s)
 {
-    const auto last = s.find_last_not_of(kKelBlanks);
-    return last == std::string_view::npos ? std::string_view() : s.substr(0, last + 1);
+    std::size_t n = s.size();
+    while (n > 0 && KELIsBlank(s[n - 1]))
+        --n;
+    return s.substr(0, n);
 }
 
 inline std::string_view KELTrim(std::string_view s) { return KELTrimRight(KELTrimLeft(s)); }

@@ -14,6 +14,15 @@
 
 namespace {
 
+// Where the project's libraries stand: beside libkel.
+std::string KELUtilities_LibraryDir()
+{
+    Dl_info info{};
+    ::dladdr(::dlsym(RTLD_DEFAULT, "InitializeKEL"), &info);
+    const std::string path = info.dli_fname ? info.dli_fname : "";
+    return path.substr(0, path.rfind('/'));
+}
+
 TEST(KELFileTools, PathsDirectoriesAndTheirRemoval)
 {
     TempDir dir;
@@ -108,6 +117,12 @@ TEST(KELUtilities, VersionRecordsOfTheProjectsBinaries)
     EXPECT_EQ(std::to_string(major) + "." + std::to_string(minor) + "." + std::to_string(build), KEL_VERSION_STRING);
     EXPECT_EQ(description, "KEL library");
     EXPECT_EQ(product, "KEL");
+
+    for (const char* binary : {"/libzed.so", "/libKELRes.so"}) {
+        const std::string path = KELUtilities_LibraryDir() + binary;
+        EXPECT_TRUE(KELUtilities::GetFileVersion(path, major, minor, build, description, product)) << path;
+        EXPECT_EQ(product, "KEL") << path;
+    }
 
     TempDir dir;
     TempDir::Write(dir / "plain", "no record here");
