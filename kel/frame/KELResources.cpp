@@ -38,6 +38,22 @@ bool LoadLocked(std::string* error, std::string* file)
     if (file)
         *file = name;
     void* handle = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
+    if (!handle && name.find('/') == std::string::npos) {
+        // Beside this library, where the build and installation put it: the
+        // search path misses it when a tool (a sanitizer's interceptor) stands
+        // between this library and dlopen.
+        const std::string searchError = dlerror();
+        Dl_info self{};
+        if (dladdr(reinterpret_cast<const void*>(&LoadLocked), &self) && self.dli_fname) {
+            const std::string here = self.dli_fname;
+            handle = dlopen((here.substr(0, here.rfind('/') + 1) + name).c_str(), RTLD_NOW | RTLD_LOCAL);
+        }
+        if (!handle) {
+            if (error)
+                *error = searchError;
+            return false;
+        }
+    }
     if (!handle) {
         if (error)
             *error = dlerror();

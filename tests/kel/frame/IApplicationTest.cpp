@@ -75,7 +75,8 @@ TEST(ApplicationLifecycle, GetKELappFollowsInitializeAndDestroy)
 
 TEST(ApplicationLifecycle, AMissingResourceModuleStopsInitialisationWithTheMessage)
 {
-    auto shown = PromptRecorder::Install();
+    auto shown = std::make_shared<std::vector<PromptRecorder::Shown>>();
+    std::unique_ptr<KELPrompt> previous = KELPrompt::Install(std::make_unique<PromptRecorder>(shown));
     KELResources::Unload();
     setenv("KEL_RESOURCES", "/nonexistent/libKELRes-xx.so", 1);
     EXPECT_EQ(InitializeKEL("host"), nullptr);
@@ -84,7 +85,7 @@ TEST(ApplicationLifecycle, AMissingResourceModuleStopsInitialisationWithTheMessa
     EXPECT_EQ(shown->at(0).icon, KELPrompt::Icon::Stop);
     EXPECT_EQ(shown->at(0).text, "Resource DLL (/nonexistent/libKELRes-xx.so) not found...Exit application\n");
     unsetenv("KEL_RESOURCES");
-    KELPrompt::Install(nullptr);
+    KELPrompt::Install(std::move(previous));
     EXPECT_TRUE(KELResources::Load());
 }
 
