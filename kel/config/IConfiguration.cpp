@@ -6,6 +6,7 @@
 #include "kel/config/KELTextReader.h"
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELResources.h"
+#include "kel/frame/KELUtilities.h"
 #include "kel/frame/KELTrace.h"
 
 #include <algorithm>
@@ -13,9 +14,7 @@
 #include <cstdio>
 #include <ctime>
 #include <ostream>
-#include <pwd.h>
 #include <sstream>
-#include <unistd.h>
 
 namespace {
 
@@ -27,13 +26,6 @@ void ToConsole(KEL_T_Severity severity, const std::string& text)
 {
     if (IApplication* app = GetKELapp())
         app->InsertMessageConsole(severity, text);
-}
-
-std::string LoginName()
-{
-    if (const passwd* entry = ::getpwuid(::geteuid()))
-        return entry->pw_name;
-    return "";
 }
 
 std::string LocalTime()
@@ -165,7 +157,7 @@ void IConfiguration::FormatFile(const std::string& fileName, const KELSectionMap
     text.append(" ## \n");
     text.append(" ## Configuration filename : ").append(fileName).append("\n");
     text.append(" ## Date and time          : ").append(LocalTime()).append("\n");
-    text.append(" ## User                   : ").append(LoginName()).append("\n");
+    text.append(" ## User                   : ").append(KELUtilities::GetLoginName()).append("\n");
     text.append(" ## \n");
     text.append(rule).append("\n");
     text.append("\n");

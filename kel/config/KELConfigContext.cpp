@@ -3,21 +3,13 @@
 #include "kel/config/IConfiguration.h"
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELResources.h"
+#include "kel/frame/KELUtilities.h"
 #include "kel/frame/KELWorkspaceQuery.h"
 
-#include <pwd.h>
-#include <unistd.h>
 
 namespace {
 
 constexpr int kNoContext = 2;
-
-std::string LoginName()
-{
-    if (const passwd* entry = ::getpwuid(::geteuid()))
-        return entry->pw_name;
-    return "";
-}
 
 } // namespace
 
@@ -40,7 +32,7 @@ void KELConfigContext::FindSystemConfFile()
 void KELConfigContext::FindUserConfFile()
 {
     IApplication* app = GetKELapp();
-    m_pUserFile->SetFilename((app ? app->GetUserPath() : std::string()) + LoginName() + m_code
+    m_pUserFile->SetFilename((app ? app->GetUserPath() : std::string()) + KELUtilities::GetLoginName() + m_code
                              + KELResources::String(4036));
 }
 

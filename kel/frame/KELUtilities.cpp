@@ -14,6 +14,8 @@
 #include <dlfcn.h>
 #include <fstream>
 #include <iterator>
+#include <pwd.h>
+#include <unistd.h>
 #include <sstream>
 
 KEL_VERSION_RECORD("KEL library");
@@ -34,6 +36,13 @@ std::string ValueOf(const std::string& record, const std::string& key)
 }
 
 } // namespace
+
+std::string KELUtilities::GetLoginName()
+{
+    if (const passwd* entry = ::getpwuid(::geteuid()))
+        return entry->pw_name;
+    return "";
+}
 
 QWidget* KELUtilities::GetValidView(QMainWindow* frame)
 {

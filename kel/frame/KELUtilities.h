@@ -21,6 +21,9 @@ public:
     // Where the style draws a window's caption text.
     static void CalculateCaptionTextRect(QWidget* window, QRect& rectangle);
 
+    // The login name of the effective user; empty when the system has none.
+    static std::string GetLoginName();
+
     // Reads the version record of a file of this project (see
     // KELVersionRecord.h): numbers 0 and false when the file has none.
     // text1 and text2 are the record's values under the keys named by
