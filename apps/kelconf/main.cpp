@@ -11,8 +11,8 @@
 //       file, then system file; with a workspace, its sections first) and
 //       prints the status (1 found, 9 not found, 2 no file) and the value.
 //
-// Exit status: 0 done, 2 an unreadable file, a missing resource module or a
-// wrong command line.
+// Exit status: 0 done, 2 an unreadable file (get still prints its answer), a
+// missing resource module or a wrong command line.
 
 #include "kel/config/IConfiguration.h"
 #include "kel/config/ISection.h"
@@ -62,12 +62,10 @@ int Check(const std::string& path)
         std::fprintf(stderr, "kelconf: cannot read %s: %s\n", path.c_str(), error.c_str());
         return kExitUsage;
     }
+    // One read of the file serves both passes: a pipe or FIFO can be read only once.
     ReportFailedSections(file);
     IConfiguration configuration(path);
-    if (!configuration.Load()) {
-        std::fprintf(stderr, "kelconf: cannot read %s\n", path.c_str());
-        return kExitUsage;
-    }
+    configuration.Load(file);
     std::string out;
     configuration.SaveToText(out);
     std::fwrite(out.data(), 1, out.size(), stdout);
@@ -90,7 +88,7 @@ int Get(std::vector<std::string> words)
         return kExitUsage;  // InitializeKEL said why
     KELConfigContext* context = app->DefineNewContext(words[0].c_str());
     std::string errors;
-    context->LoadSystemAndUserConfig(errors);
+    bool allRead = context->LoadSystemAndUserConfig(errors);
     if (!errors.empty())
         std::fprintf(stderr, "kelconf: %s\n", errors.c_str());
     std::fprintf(stderr, "kelconf: system file %s\nkelconf: user file   %s\n",
@@ -99,16 +97,18 @@ int Get(std::vector<std::string> words)
     if (!workspace.empty()) {
         std::string name;
         context->GetWorkspaceConfFile(workspace.c_str(), name);
-        if (!context->LoadWorkspace(workspace.c_str()))
+        if (!context->LoadWorkspace(workspace.c_str())) {
             std::fprintf(stderr, "kelconf: cannot read the workspace settings %s\n", name.c_str());
-        else
+            allRead = false;
+        } else
             std::fprintf(stderr, "kelconf: workspace   %s\n", name.c_str());
     }
     std::string value;
     const int status = app->GetConfigString(context, words[1], words[2], value, "", workspace.empty() ? 1 : 0);
     std::printf("status %d\nvalue %s\n", status, value.c_str());
     DestroyKEL();
-    return 0;
+    // The answer still comes, but a file that could not be read is a fault to report.
+    return allRead ? 0 : kExitUsage;
 }
 
 } // namespace

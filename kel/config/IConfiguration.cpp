@@ -1,9 +1,10 @@
 #include "kel/config/IConfiguration.h"
 
 #include "kel/config/ISection.h"
-#include "kel/config/KELAtomicFile.h"
 #include "kel/config/KELConfigStatus.h"
+#include "kel/config/KELFileWriter.h"
 #include "kel/config/KELTextReader.h"
+#include "kel/config/KELTextTrim.h"
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELUtilities.h"
@@ -83,8 +84,18 @@ int IConfiguration::Load()
     KELTextReader file;
     if (!file.Open(m_fileName))
         return 0;
+    return Load(file);
+}
+
+int IConfiguration::Load(KELTextReader& file)
+{
     Reset();
+    file.Seek(0);
     m_droppedOnLoad = LoadInto(m_fileName, file, m_global);
+    if (m_droppedOnLoad)
+        m_lossyLoadText.assign(file.GetText());
+    else
+        m_lossyLoadText.clear();
     return 1;
 }
 
@@ -126,23 +137,31 @@ int IConfiguration::SaveWorkspace(const std::string& fileName) { return SaveFrom
 
 int IConfiguration::SaveFrom(const std::string& fileName, const KELSectionMap& sections)
 {
-    if (fileName.empty())
-        return 0;
-    std::string text;
-    FormatFile(fileName, sections, text);
-
-
-    // A file whose last load lost malformed sections is kept as it was first.
-    const bool keepBackup = &sections == &m_global && m_droppedOnLoad;
+    KELFileWriter file(fileName);
     std::string error;
-    if (!KELWriteFileAtomically(fileName, text, keepBackup, &error)) {
+    if (!file.Open(&error)) {
         KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "IConfiguration::Save " << error;
         return 0;
     }
-    if (keepBackup)
-        m_droppedOnLoad = false;
     ToConsole(KEL_SEVERITY_INFORMATION, KELResources::String(4038) + fileName);
     KEL_TRACE(KEL_TRACE_INFO, kSource, this) << "Loading configuration file : " << fileName;
+
+    // The text a lossy load read is kept first, so the dropped sections can be recovered.
+    const bool keepBackup = &sections == &m_global && m_droppedOnLoad;
+    if (keepBackup && !KELWriteFileAtomically(fileName + ".bak", m_lossyLoadText, &error)) {
+        KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "IConfiguration::Save " << error;
+        return 0;
+    }
+    std::string text;
+    FormatFile(fileName, sections, text);
+    if (!file.Commit(text, &error)) {
+        KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "IConfiguration::Save " << error;
+        return 0;
+    }
+    if (keepBackup) {
+        m_droppedOnLoad = false;
+        m_lossyLoadText = std::string();
+    }
     ToConsole(KEL_SEVERITY_DONE, KELResources::String(4038) + fileName);
     return 1;
 }
@@ -236,6 +255,11 @@ int IConfiguration::GetBool(std::string_view section, std::string_view key, bool
 
 void IConfiguration::SetStringValue(std::string_view section, std::string_view key, std::string_view value, int flag)
 {
+    if (KELHoldsLineEnd(section) || KELHoldsLineEnd(key) || KELHoldsLineEnd(value)) {
+        KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "IConfiguration::SetStringValue " << key << " in " << section
+                                                 << " refused : a line end cannot be stored";
+        return;
+    }
     KELSectionMap& sections = flag == 0 ? m_workspace : m_global;
     if (ISection* found = sections.Find(section)) {
         found->SetString(key, value);
@@ -279,7 +303,7 @@ void IConfiguration::SetBool(std::string_view section, std::string_view key, boo
 
 int IConfiguration::AddSection(KELSectionMap& sections, std::string_view name)
 {
-    if (sections.Find(name))
+    if (KELHoldsLineEnd(name) || sections.Find(name))
         return 0;
     sections.Put(std::make_unique<ISection>(std::string(name)));
     return 1;

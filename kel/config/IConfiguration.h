@@ -19,10 +19,15 @@ class KELTextReader;
 // sections first and writes to them. Getters answer 1 when found and 9 when
 // not (the out value then holds the default).
 //
-// Saving never leaves a half-written file: the text goes to a new file in the
-// same directory, which then takes the old one's place in one step, with the
-// old one's permissions. When the last load had to drop malformed sections,
-// the next save first keeps the file as it was under its name + ".bak".
+// Saving never leaves a half-written file (see KELFileWriter): the text goes
+// to a new file in the same directory, which then takes the old one's place
+// in one step, with the old one's permissions. A file without write
+// permission is not saved. When the last load had to drop malformed sections,
+// the next save first keeps the text that load read under the file's name +
+// ".bak".
+//
+// Names and values with a line end are refused by every setter (traced,
+// nothing stored): written out they would break the file's lines.
 class KEL_EXPORT IConfiguration {
 public:
     // Published for callers that compose workspace-qualified names.
@@ -39,6 +44,8 @@ public:
 
     // 0 when the file cannot be opened (nothing changes), else 1.
     int Load();
+    // Loads the global sections from a text already read, as Load does from the file.
+    int Load(KELTextReader& file);
     // 0 when the file cannot be written (the old file stays), else 1.
     int Save();
     int LoadWorkspace(const std::string& fileName);
@@ -100,4 +107,5 @@ private:
     KELSectionMap m_global;
     KELSectionMap m_workspace;
     bool m_droppedOnLoad = false;
+    std::string m_lossyLoadText;  // what a load that dropped sections read: the next save's ".bak"
 };

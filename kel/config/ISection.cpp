@@ -279,6 +279,11 @@ const std::string* ISection::FindValue(std::string_view name) const
 void ISection::SetString(std::string_view name, std::string_view value)
 {
     KEL_TRACE(KEL_TRACE_INFO, kSource, this) << "KEL : Set" << name << " with value : " << value;
+    if (KELHoldsLineEnd(name) || KELHoldsLineEnd(value)) {
+        KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "KEL : ISection::SetString, " << name
+                                                 << " refused : a line end cannot be stored";
+        return;
+    }
     const std::size_t at = m_pImpl->Find(name);
     if (at != Impl::npos)
         m_pImpl->fields[at].SetValue(std::string(value));
@@ -288,7 +293,7 @@ void ISection::SetString(std::string_view name, std::string_view value)
 
 int ISection::AddField(std::string_view name, std::string_view value)
 {
-    if (m_pImpl->Find(name) != Impl::npos)
+    if (KELHoldsLineEnd(name) || KELHoldsLineEnd(value) || m_pImpl->Find(name) != Impl::npos)
         return 0;
     m_pImpl->Put(ICustomField(std::string(name), std::string(value)));
     return 1;

@@ -41,9 +41,12 @@ public:
     int GetString(std::string_view name, std::string& value) const;
     // The field's value, or null; no copy and no trace, for lookups on hot paths.
     const std::string* FindValue(std::string_view name) const;
-    // Replaces the field's value, adding the field when it is missing.
+    // Replaces the field's value, adding the field when it is missing. A name
+    // or value with a line end is refused (traced, nothing changes): it could
+    // not be read back.
     void SetString(std::string_view name, std::string_view value);
-    // 0 when a field of that name exists (nothing changes), else adds it: 1.
+    // 0 when a field of that name exists or a text holds a line end (nothing
+    // changes), else adds it: 1.
     int AddField(std::string_view name, std::string_view value);
     // 0 when absent, else removes and destroys the field: 1.
     int RemoveField(std::string_view name);

@@ -26,8 +26,14 @@ public:
     KELTextReader(KELTextReader&& other) noexcept;
     KELTextReader& operator=(KELTextReader&& other) noexcept;
 
-    // Replaces the content with the named file's. On failure the reader is
-    // left empty and error, when given, says why.
+    // Configuration files are small; anything larger is refused rather than
+    // read until memory runs out (a device such as /dev/zero never ends).
+    static constexpr std::size_t kMaxFileSize = std::size_t(256) << 20;
+
+    // Replaces the content with the named file's, read once from its start to
+    // its end, so pipes and FIFOs work too. On failure (no such file, a
+    // directory, more than kMaxFileSize bytes) the reader is left empty and
+    // error, when given, says why.
     bool Open(const std::string& path, std::string* error = nullptr);
 
     // The next line without its line end; false at the end of the text.

@@ -8,6 +8,10 @@
 
 inline constexpr bool KELIsBlank(char c) { return c == ' ' || (c >= '\t' && c <= '\r'); }
 
+// A name or value that holds a line end cannot be stored: written out, it
+// would end its line and could make the rest read as section lines.
+inline bool KELHoldsLineEnd(std::string_view s) { return s.find_first_of("\r\n") != std::string_view::npos; }
+
 inline std::string_view KELTrimLeft(std::string_view s)
 {
     std::size_t i = 0;

@@ -4,7 +4,8 @@
 #include "zed/trace/TTraceStream.h"
 
 // A trace stream of one module and one kind: its lines are written only when
-// the application's mask holds both bits.
+// the library's copy of the application's mask (read once, see
+// KELTraceMethEntrance) holds both bits.
 class KEL_EXPORT KELTraceStream : public TTraceStream {
 public:
     KELTraceStream(unsigned int moduleBit, unsigned int kindBit);

@@ -77,6 +77,7 @@ TEST(KelconfGet, RunsTheLayeredLookupOfAContext)
     const ProgramRun none = get("nosuch Console Font");
     EXPECT_EQ(none.out, "status 9\nvalue \n");
     EXPECT_NE(none.err.find("could not be read"), std::string::npos);
+    EXPECT_EQ(none.exitCode, 2);
     EXPECT_EQ(get("console Console").exitCode, 2);
 }
 

@@ -26,6 +26,11 @@ bool ProviderAllows(unsigned int mask)
 
 TTraceStream::TTraceStream(unsigned int mask) : m_mask(mask), m_active(ProviderAllows(mask)) {}
 
+TTraceStream::TTraceStream(unsigned int mask, Decided decided)
+    : m_mask(mask), m_active(decided.write), m_decided(true)
+{
+}
+
 TTraceStream::TTraceStream(const TTraceStream& other) = default;
 
 TTraceStream& TTraceStream::operator=(const TTraceStream& other) = default;
@@ -89,7 +94,7 @@ TTraceStream& TTraceStream::operator<<(const void* object)
 
 void TTraceStream::EndLine()
 {
-    if (m_active && ProviderAllows(m_mask))
+    if (m_active && (m_decided || ProviderAllows(m_mask)))
         ZEDGetApplication()->GetTraceProvider()->Write(m_mask, m_line);
     m_line.clear();
 }

@@ -9,6 +9,11 @@
 // application's trace provider when the line is ended with endl. The line is
 // written only when the provider's mask holds every bit of the stream's mask;
 // a stream opened while that is not so formats nothing at all.
+//
+// A module that keeps its own copy of the mask (KEL reads it once, for the
+// life of the process) opens its streams already decided: such a stream
+// writes exactly when the module said so, whatever the provider's mask
+// becomes meanwhile.
 class ZED_EXPORT TTraceStream {
 public:
     explicit TTraceStream(unsigned int mask);
@@ -37,9 +42,16 @@ public:
     // Ends the current line: writes it if the provider allows and starts a new one.
     void EndLine();
 
+protected:
+    struct Decided {
+        bool write;
+    };
+    TTraceStream(unsigned int mask, Decided decided);
+
 private:
     unsigned int m_mask;
     bool m_active;
+    bool m_decided = false;
     std::string m_line;
 };
 

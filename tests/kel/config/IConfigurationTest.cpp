@@ -10,6 +10,7 @@
 
 #include <csignal>
 #include <filesystem>
+#include <functional>
 #include <sstream>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -122,24 +123,129 @@ TEST(IConfigurationFiles, SaveWritesTheHeaderAndLoadRestoresTheGlobalSectionsOnl
     EXPECT_EQ(*c.FindValue("Display", "Title", kGlobal), "Main = view");
 }
 
-TEST(IConfigurationFiles, UnreadableAndUnwritableFilesAnswerZeroAndChangeNothing)
+TEST(IConfigurationFiles, UnreadableAndUncreatableFilesAnswerZeroAndChangeNothing)
 {
     TempDir dir;
     IConfiguration c(dir / "missing.cfg");
     c.SetString("S", "k", "v", kGlobal);
     EXPECT_EQ(c.Load(), 0);
     EXPECT_EQ(c.GetGlobalSections().Size(), 1u);
-
-    // A name so long that no file can be made beside it (even root is refused):
-    // the save fails before it touches the old file.
-    const std::string kept = dir / (std::string(250, 'k') + ".cfg");
-    TempDir::Write(kept, "[ Old ]\n[ End Old ]\n");
-    IConfiguration blocked(kept);
-    blocked.SetString("New", "k", "v", kGlobal);
-    EXPECT_EQ(blocked.Save(), 0);
-    EXPECT_EQ(TempDir::Read(kept), "[ Old ]\n[ End Old ]\n");
     EXPECT_EQ(IConfiguration("").Save(), 0);
     EXPECT_EQ(IConfiguration(dir / "no/such/dir.cfg").Save(), 0);
+}
+
+// Runs a check in a child process without root's power over permission bits
+// (as "nobody" when the test runs as root); true when the check held.
+bool HoldsWithoutRoot(const std::string& directory, const std::function<bool()>& check)
+{
+    const pid_t child = ::fork();
+    if (child == 0) {
+        if (::geteuid() == 0) {
+            ::chmod(directory.c_str(), 0777);
+            if (::setgid(65534) != 0 || ::setuid(65534) != 0)
+                ::_exit(3);
+        }
+        ::_exit(check() ? 0 : 1);
+    }
+    int status = 0;
+    ::waitpid(child, &status, 0);
+    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
+}
+
+TEST(IConfigurationFiles, AFileWithoutWritePermissionIsNotReplaced)
+{
+    TempDir dir;
+    const std::string path = dir / "locked.cfg";
+    TempDir::Write(path, "[ Old ]\n[ End Old ]\n");
+    ::chmod(path.c_str(), 0444);
+    EXPECT_TRUE(HoldsWithoutRoot(dir.Path(), [&] {
+        IConfiguration c(path);
+        c.SetString("New", "k", "v", kGlobal);
+        return c.Save() == 0 && TempDir::Read(path) == "[ Old ]\n[ End Old ]\n";
+    }));
+}
+
+TEST(IConfigurationFiles, AWritableFileIsSavedInPlaceWhereNoTemporaryCanBeMade)
+{
+    TempDir dir;
+    // A name so long that no temporary name fits beside it (even root is refused).
+    const std::string longName = dir / (std::string(250, 'k') + ".cfg");
+    TempDir::Write(longName, "[ Old ]\n[ End Old ]\n");
+    IConfiguration blocked(longName);
+    blocked.SetString("New", "k", "v", kGlobal);
+    ASSERT_EQ(blocked.Save(), 1);
+    EXPECT_THAT(TempDir::Read(longName), HasSubstr("[ New ]\n    k = v\n[ End New ]\n"));
+
+    // A directory that refuses new files.
+    const std::string sub = dir / "readonly";
+    ::mkdir(sub.c_str(), 0777);
+    const std::string path = sub + "/user.cfg";
+    TempDir::Write(path, "[ Old ]\n[ End Old ]\n");
+    ::chmod(path.c_str(), 0666);
+    EXPECT_TRUE(HoldsWithoutRoot(dir.Path(), [&] {
+        ::chmod(sub.c_str(), 0555);
+        IConfiguration c(path);
+        c.SetString("New", "k", "v", kGlobal);
+        return c.Save() == 1 && TempDir::Read(path).find("[ New ]") != std::string::npos
+               && TempDir::Read(path).find("[ Old ]") == std::string::npos;
+    }));
+}
+
+TEST(IConfigurationFiles, ALinkedFileStaysALinkAndItsTargetIsReplaced)
+{
+    TempDir dir;
+    ::mkdir((dir / "real").c_str(), 0700);
+    TempDir::Write(dir / "real/user.cfg", "[ Old ]\n[ End Old ]\n");
+    ASSERT_EQ(::symlink("real/user.cfg", (dir / "user.cfg").c_str()), 0);
+    IConfiguration c(dir / "user.cfg");
+    c.SetString("New", "k", "v", kGlobal);
+    ASSERT_EQ(c.Save(), 1);
+    struct stat info {};
+    ASSERT_EQ(::lstat((dir / "user.cfg").c_str(), &info), 0);
+    EXPECT_TRUE(S_ISLNK(info.st_mode));
+    EXPECT_THAT(TempDir::Read(dir / "real/user.cfg"), HasSubstr("[ New ]"));
+}
+
+TEST(IConfigurationFiles, StaleTemporariesOfDeadWritersAreRemovedByTheNextSave)
+{
+    TempDir dir;
+    const pid_t dead = ::fork();
+    if (dead == 0)
+        ::_exit(0);
+    ::waitpid(dead, nullptr, 0);
+    const std::string deadWriter = dir / ("user.cfg." + std::to_string(dead) + ".7.tmp");
+    const std::string liveWriter = dir / ("user.cfg." + std::to_string(::getppid()) + ".7.tmp");
+    const std::string otherFile = dir / ("other.cfg." + std::to_string(dead) + ".7.tmp");
+    const std::string notOurs = dir / "user.cfg.notes.tmp";
+    for (const std::string& path : {deadWriter, liveWriter, otherFile, notOurs})
+        TempDir::Write(path, "partial");
+    IConfiguration c(dir / "user.cfg");
+    c.SetString("S", "k", "v", kGlobal);
+    ASSERT_EQ(c.Save(), 1);
+    EXPECT_FALSE(std::filesystem::exists(deadWriter));
+    EXPECT_TRUE(std::filesystem::exists(liveWriter)) << "its writer may still be at work";
+    EXPECT_TRUE(std::filesystem::exists(otherFile)) << "another file's temporaries are not ours";
+    EXPECT_TRUE(std::filesystem::exists(notOurs));
+}
+
+TEST(IConfigurationValues, LineEndsInNamesOrValuesAreRefused)
+{
+    TempDir dir;
+    IConfiguration c(dir / "inject.cfg");
+    TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_PBLM);
+    c.SetString("S", "k", "before", kGlobal);
+    c.SetString("S", "k", "x\n[ End S ]\n[ Evil ]", kGlobal);
+    c.SetString("S", "bad\rkey", "v", kGlobal);
+    c.SetString("New\nSection", "k", "v", kGlobal);
+    c.SetString("S", "after", "kept", kGlobal);
+    EXPECT_EQ(*c.FindValue("S", "k", kGlobal), "before");
+    EXPECT_THAT(capture.Text(), HasSubstr("IConfiguration::SetStringValue k in S refused : a line end cannot be stored"));
+    ASSERT_EQ(c.Save(), 1);
+    IConfiguration read(dir / "inject.cfg");
+    ASSERT_EQ(read.Load(), 1);
+    EXPECT_FALSE(read.DroppedSectionsOnLoad());
+    EXPECT_EQ(read.GetGlobalSections().Size(), 1u);
+    EXPECT_EQ(*read.FindValue("S", "after", kGlobal), "kept");
 }
 
 TEST(IConfigurationFiles, LastSectionOfANameWinsAndWorkspacesLoadApart)
@@ -219,6 +325,36 @@ TEST(IConfigurationFiles, AKillDuringSavesLeavesOneWholeVersion)
         const std::string first = *read.FindValue("Section0", "Field0", kGlobal);
         ASSERT_TRUE(first == std::string(40, 'a') || first == std::string(40, 'b'));
         EXPECT_EQ(*read.FindValue("Section399", "Field19", kGlobal), first) << "never a mix of two saves";
+    }
+    // The killed writers' temporaries go with the next ordinary save.
+    ASSERT_EQ(a.Save(), 1);
+    for (const auto& entry : std::filesystem::directory_iterator(dir.Path()))
+        EXPECT_EQ(entry.path().filename().string(), "busy.cfg");
+}
+
+// Two writers at once, one after a lossy load: the live file is never emptied
+// or touched by the backup, and the backup holds what that load read.
+TEST(IConfigurationFiles, TheBackupNeverTouchesTheLiveFile)
+{
+    TempDir dir;
+    const std::string path = dir / "shared.cfg";
+    const std::string lossy = "[ Good ]\nk = v\n[ End Good ]\n[ Typo ]\n[ End Tpyo ]\n";
+    for (int round = 0; round < 40; ++round) {
+        TempDir::Write(path, lossy);
+        ::unlink((path + ".bak").c_str());
+        IConfiguration first(path), second(path);
+        ASSERT_EQ(first.Load(), 1);
+        ASSERT_EQ(second.Load(), 1);
+        const pid_t child = ::fork();
+        if (child == 0)
+            ::_exit(second.Save() == 1 ? 0 : 1);
+        ASSERT_EQ(first.Save(), 1);
+        ASSERT_FALSE(IConfiguration(path).IsEmpty() && TempDir::Read(path).empty()) << "round " << round;
+        int status = 0;
+        ::waitpid(child, &status, 0);
+        ASSERT_EQ(WEXITSTATUS(status), 0);
+        EXPECT_EQ(TempDir::Read(path + ".bak"), lossy) << "round " << round;
+        EXPECT_THAT(TempDir::Read(path), HasSubstr("[ Good ]")) << "round " << round;
     }
 }
 

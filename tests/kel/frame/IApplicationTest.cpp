@@ -203,6 +203,36 @@ TEST_F(ApplicationTest, MessagesReachTheConsoleOnlyWhenItHasAWindow)
     app->SetConsole(nullptr);
 }
 
+// The first message comes before the file is written, the second after it is closed.
+TEST_F(ApplicationTest, SaveTellsTheConsoleBeforeWritingAndAfterClosing)
+{
+    class FileWatcher : public IMessageConsole {
+    public:
+        explicit FileWatcher(std::string path) : m_path(std::move(path)) {}
+        bool HasWindow() const override { return true; }
+        void SetMessage(KEL_T_Severity severity, const std::string&) override
+        {
+            seen.emplace_back(severity, TempDir::Read(m_path));
+        }
+        std::vector<std::pair<KEL_T_Severity, std::string>> seen;
+
+    private:
+        std::string m_path;
+    };
+    const std::string path = user / "watched.cfg";
+    TempDir::Write(path, "old");
+    FileWatcher console(path);
+    app->SetConsole(&console);
+    IConfiguration file(path);
+    file.SetString("S", "k", "v", 1);
+    ASSERT_EQ(file.Save(), 1);
+    app->SetConsole(nullptr);
+    ASSERT_EQ(console.seen.size(), 2u);
+    EXPECT_EQ(console.seen[0], std::make_pair(KEL_SEVERITY_INFORMATION, std::string("old")));
+    EXPECT_EQ(console.seen[1].first, KEL_SEVERITY_DONE);
+    EXPECT_NE(console.seen[1].second.find("[ S ]\n    k = v\n"), std::string::npos);
+}
+
 TEST_F(ApplicationTest, HelpTooltipsCounterAndFonts)
 {
     app->DisplayHelp("How to fill in this form");

@@ -95,6 +95,27 @@ TEST(KELTraceMask, IsReadOnceAndLaterChangesAreNotSeen)
     EXPECT_EQ(lines[1], "a plain stream sees the new mask");
 }
 
+TEST(KELTraceMask, ALaterDisablingDoesNotSilenceTheLibrary)
+{
+    TraceCapture capture(kAll);
+    Traced object;
+    object.Site(KEL_TRACE_INFO);
+    TraceCapture::Provider()->SetMask(0);
+    // What Tracing answers and what is written agree: both follow the mask read first.
+    EXPECT_TRUE(KELTraceMethEntrance::Tracing(KEL_TRACE_PBLM));
+    object.Site(KEL_TRACE_PBLM);
+    {
+        KELTraceMethEntrance scope("IForm", KEL_TRACE_MODULE, &object, "Create");
+        scope.Leave();
+    }
+    TTraceStream(KEL_TRACE_MODULE | KEL_TRACE_PBLM) << "a plain stream follows the provider" << endl;
+    const auto lines = capture.Lines();
+    ASSERT_EQ(lines.size(), 4u);
+    EXPECT_EQ(lines[1].substr(0, 9), "KEL PBLM:");
+    EXPECT_EQ(lines[2].substr(0, 21), "IForm FUNC: Entering ");
+    EXPECT_EQ(lines[3].substr(0, 21), "IForm FUNC: Leaving  ");
+}
+
 TEST(KELTraceMask, TracingAsksForAnyOfTheBits)
 {
     TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_INFO);
