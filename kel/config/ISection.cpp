@@ -20,6 +20,8 @@ constexpr const char* kSource = "KELSection";
 constexpr std::size_t kScanLimit = 32;
 // Room for the fields of a typical section at once, instead of regrowing.
 constexpr std::size_t kInitialFields = 16;
+// The read buffer of a thread is kept between sections up to this many fields.
+constexpr std::size_t kKeptReadBuffer = 1 << 16;
 
 bool EqualsIgnoringCase(std::string_view a, std::string_view b)
 {
@@ -70,7 +72,6 @@ struct ISection::Impl {
     std::vector<ICustomField> fields;
     std::vector<std::uint32_t> hashes; // one per field
     std::vector<std::uint32_t> slots;  // position + 1; 0 is a free slot
-    bool scratch = false;              // the last field is being read, not yet kept
 
     static constexpr std::size_t npos = static_cast<std::size_t>(-1);
 
@@ -128,12 +129,29 @@ struct ISection::Impl {
             Place(hashes.size() - 1);
     }
 
-    void Reserve()
+    void ReserveFirst()
     {
         if (fields.capacity() == 0) {
             fields.reserve(kInitialFields);
             hashes.reserve(kInitialFields);
         }
+    }
+
+    // Room for `total` fields, the index included, so that storing them
+    // regrows nothing.
+    void Reserve(std::size_t total)
+    {
+        fields.reserve(total);
+        hashes.reserve(total);
+        if (total <= kScanLimit || slots.size() >= total * 2)
+            return;
+        // Half full at most: short probes, and little fresh memory to fault in.
+        std::size_t size = 16;
+        while (size < total * 2)
+            size *= 2;
+        slots.assign(size, 0);
+        for (std::size_t i = 0; i < hashes.size(); ++i)
+            Place(i);
     }
 
     // Stores a field; one of the same name is replaced in its place.
@@ -145,7 +163,7 @@ struct ISection::Impl {
             fields[at] = std::move(field);
             return;
         }
-        Reserve();
+        ReserveFirst();
         fields.push_back(std::move(field));
         hashes.push_back(hash);
         IndexLast();
@@ -158,37 +176,13 @@ struct ISection::Impl {
         Rebuild();
     }
 
-    // Reading fills a field at the end of the list in place: Scratch gives it,
-    // Keep makes it a field of the section (replacing an earlier one of the
-    // same name), Discard drops it.
-    ICustomField& Scratch()
+    // Stores the first `count` fields read, in order; a later field of a name
+    // replaces the earlier one in its place.
+    void Adopt(std::vector<ICustomField>& read, std::size_t count)
     {
-        if (!scratch) {
-            Reserve();
-            fields.emplace_back();
-            scratch = true;
-        }
-        return fields.back();
-    }
-    void Keep()
-    {
-        scratch = false;
-        const std::size_t last = fields.size() - 1;
-        const std::uint32_t hash = NameHash(fields[last].GetFieldName());
-        const std::size_t at = Find(fields[last].GetFieldName(), hash, last);
-        if (at != npos) {
-            fields[at] = std::move(fields[last]);
-            fields.pop_back();
-            return;
-        }
-        hashes.push_back(hash);
-        IndexLast();
-    }
-    void Discard()
-    {
-        if (scratch)
-            fields.pop_back();
-        scratch = false;
+        Reserve(fields.size() + count);
+        for (std::size_t i = 0; i < count; ++i)
+            Put(std::move(read[i]));
     }
 };
 
@@ -207,12 +201,23 @@ int ISection::Load(KELTextReader& file)
     const int begin = ValidBeginSection(file);
     if (begin != KEL_CFG_SUCCESS)
         return begin;
-    int status;
-    while ((status = m_pImpl->Scratch().Load(file)) == KEL_CFG_SUCCESS || status == KEL_CFG_NO_EQUALS) {
+    // Fields are read into one buffer that the thread reuses for every section,
+    // then stored at their final count: a large section's storage is allocated
+    // once instead of regrown (its fresh pages faulted in) at every doubling.
+    thread_local std::vector<ICustomField> read;
+    std::size_t count = 0;
+    for (;;) {
+        if (count == read.size())
+            read.emplace_back();
+        const int status = read[count].Load(file);
         if (status == KEL_CFG_SUCCESS)
-            m_pImpl->Keep();
+            ++count;
+        else if (status != KEL_CFG_NO_EQUALS)
+            break;
     }
-    m_pImpl->Discard();
+    m_pImpl->Adopt(read, count);
+    if (read.size() > kKeptReadBuffer)
+        std::vector<ICustomField>().swap(read);
     return ValidEndSection(file);
 }
 
