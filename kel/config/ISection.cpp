@@ -121,7 +121,7 @@ struct ISection::Impl {
     // The field just appended (with its hash) becomes findable.
     void IndexLast()
     {
-        if (hashes.size() <= kScanLimit)
+        if (slots.empty() && hashes.size() <= kScanLimit)
             return;
         if (hashes.size() * 2 > slots.size())
             Rebuild();

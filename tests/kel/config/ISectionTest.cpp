@@ -183,6 +183,33 @@ TEST(ISectionFields, LargeSectionsKeepEveryFieldFindableThroughRemovals)
     EXPECT_EQ(dup.fields.at("k42"), "1") << "the last occurrence wins";
 }
 
+TEST(ISectionLoad, EverySizeAroundTheIndexThresholdStaysFindableAcrossConsecutiveLoads)
+{
+    // One reader fills sections of every size in turn, each with a repeated name.
+    std::string text;
+    const int sizes[] = {1, 31, 32, 33, 34, 100, 3000, 5, 64};
+    for (int n : sizes) {
+        text += "[ S" + std::to_string(n) + " ]\n";
+        for (int i = 0; i < n; ++i)
+            text += "k" + std::to_string(i) + " = " + std::to_string(i) + std::string(i % 40, 'v') + "\n";
+        text += "k0 = again\n[ End S" + std::to_string(n) + " ]\n";
+    }
+    KELTextReader file = KELTextReader::OverView(text);
+    for (int n : sizes) {
+        ISection section;
+        ASSERT_EQ(section.Load(file), KEL_CFG_SUCCESS) << n;
+        ASSERT_EQ(section.GetFieldCount(), static_cast<std::size_t>(n)) << n;
+        EXPECT_EQ(section.GetField(0).GetValue(), "again") << "replaced in its place";
+        for (int i = 1; i < n; ++i) {
+            const std::string* value = section.FindValue("k" + std::to_string(i));
+            ASSERT_NE(value, nullptr) << n << " " << i;
+            EXPECT_EQ(*value, std::to_string(i) + std::string(i % 40, 'v'));
+        }
+        section.AddField("added", "x");
+        EXPECT_NE(section.FindValue("added"), nullptr);
+    }
+}
+
 TEST(ISection, CloneCloneWithNameAndDump)
 {
     ISection section("Orig");
