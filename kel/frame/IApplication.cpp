@@ -3,10 +3,12 @@
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
 #include "kel/frame/IHelpDialog.h"
+#include "kel/frame/KELAssert.h"
 #include "kel/frame/KELFileTools.h"
 #include "kel/frame/KELPrompt.h"
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELWorkspaceQuery.h"
+#include "zed/ZedAssert.h"
 #include "zed/value/TEntitySpec.h"
 
 #include <QApplication>
@@ -45,6 +47,7 @@ IApplication::IApplication(std::string applicationName) : m_appName(std::move(ap
     m_className = "KELWindow:" + m_appName;
     if (HaveGui())
         m_pHelpDialog = std::make_unique<IHelpDialog>();
+    m_previousAssertHandler = ZEDSetAssertHandler(&KELAssertHandler);
 }
 
 IApplication::~IApplication()
@@ -52,6 +55,7 @@ IApplication::~IApplication()
     // Contexts go from the head; the console and the workspace manager are the host's.
     while (!m_contexts.empty())
         m_contexts.erase(m_contexts.begin());
+    ZEDSetAssertHandler(m_previousAssertHandler);
 }
 
 void IApplication::InitFonts()

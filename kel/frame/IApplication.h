@@ -2,6 +2,7 @@
 
 #include "kel/KELExport.h"
 #include "kel/frame/KELConsoleSink.h"
+#include "zed/ZedAssert.h"
 
 #include <QFont>
 
@@ -121,6 +122,7 @@ private:
     std::string m_appName;
     std::unique_ptr<IHelpDialog> m_pHelpDialog;  // top-level, no Qt parent: owned here
     int m_tooltipsEnabled = 1;
+    ZEDAssertHandler m_previousAssertHandler = nullptr;  // the handler before ours, given back at the end
 };
 
 extern "C" {

@@ -11,6 +11,8 @@
 #include "support/ShippedNetwork.h"
 #include "support/TempDir.h"
 #include "support/TraceCapture.h"
+#include "zed/TException.h"
+#include "zed/ZedAssert.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -285,6 +287,26 @@ TEST(CreationFailure, TracesAndThrowsWithTheResourceText)
     ASSERT_EQ(capture.Lines().size(), 1u);
     EXPECT_THAT(capture.Lines()[0],
                 MatchesRegex("KEL EXCP: KELException:143 this=0x0 KEL: Field Container window creation failed"));
+}
+
+TEST(ApplicationLifecycle, FailedAssertionsInsideTheLibraryAreTracedForTheLifeOfTheApplication)
+{
+    ASSERT_EQ(ZEDGetAssertHandler(), nullptr);
+    EXPECT_THROW(ZEDAssertM(false, "before"), TException);
+    ASSERT_NE(InitializeKEL("host"), nullptr);
+    {
+        TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_PBLM);
+        bool ranOn = false;
+        ZEDAssertM(false, "a duplicate form line");
+        ranOn = true;
+        EXPECT_TRUE(ranOn);
+        ASSERT_EQ(capture.Lines().size(), 1u);
+        EXPECT_THAT(capture.Lines()[0], MatchesRegex("KEL PBLM: KELAssert:[0-9]+ this=0x0 KEL : assertion failed : "
+                                                     "a duplicate form line \\(.*IApplicationTest.cpp:[0-9]+\\)"));
+    }
+    DestroyKEL();
+    EXPECT_EQ(ZEDGetAssertHandler(), nullptr) << "the host's handler comes back";
+    EXPECT_THROW(ZEDAssertM(false, "after"), TException);
 }
 
 class OpenWorkspace : public KELWorkspaceQuery {
