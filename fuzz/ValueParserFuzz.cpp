@@ -18,6 +18,7 @@ struct Setup {
     TDictionaryPtr dictionary;
     std::vector<TDictTypePtr> types;
     const TDictClass* router;
+    const TDictClass* interface;
 };
 
 const Setup& Get()
@@ -33,6 +34,7 @@ const Setup& Get()
                                  "AttributeList", "Attribute"})
             s.types.push_back(s.dictionary->FindType(name));
         s.router = s.dictionary->FindClass(std::vector<unsigned int>{1, 2});
+        s.interface = s.dictionary->FindClass(std::vector<unsigned int>{1, 2, 3});
         return s;
     }();
     return setup;
@@ -52,8 +54,10 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         return 0;
     const Setup& setup = Get();
     const TDictType& type = *setup.types[data[0] % setup.types.size()];
+    // Attribute names are read within a class: Interface's can hold attributes of their own.
+    const TDictClass* cls = (data[0] / setup.types.size()) % 2 ? setup.interface : setup.router;
     const std::string_view text(reinterpret_cast<const char*>(data + 1), size - 1);
-    const ZEDValueContext context{setup.dictionary.get(), setup.router};
+    const ZEDValueContext context{setup.dictionary.get(), cls};
     std::string error;
     TValuePtr value = ZEDParseValue(type, text, 1, context, &error);
     if (!value) {
@@ -61,7 +65,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             std::abort();  // a refusal always says why
         return 0;
     }
-    if (Composite(type.GetValueDatatype()))
+    if (Composite(type.GetDatatype()))
         return 0;
     const std::string shown = value->ToString();
     TValuePtr again = ZEDParseValue(type, shown, 1, context, &error);

@@ -1,5 +1,7 @@
 #include "zed/TApplication.h"
 
+#include <algorithm>
+
 #include "zed/call/TManagementModule.h"
 #include "zed/dict/TDictionary.h"
 #include "zed/value/TEntitySpec.h"
@@ -13,6 +15,21 @@
 struct TApplication::Modules {
     std::map<unsigned int, std::shared_ptr<TManagementModule>> byTopClass;
     std::shared_ptr<TManagementModule> fallback;
+    TManagementModule::EventListener listener;
+
+    // Each module once, though it may be registered for several classes.
+    std::vector<TManagementModule*> Distinct() const
+    {
+        std::vector<TManagementModule*> modules;
+        const auto add = [&](TManagementModule* module) {
+            if (module && std::find(modules.begin(), modules.end(), module) == modules.end())
+                modules.push_back(module);
+        };
+        for (const auto& [code, module] : byTopClass)
+            add(module.get());
+        add(fallback.get());
+        return modules;
+    }
 };
 
 TApplication::TApplication()
@@ -35,13 +52,36 @@ void TApplication::SetDictionary(std::shared_ptr<const TDictionary> dictionary)
 
 void TApplication::RegisterModule(unsigned int topClassCode, std::shared_ptr<TManagementModule> module)
 {
-    if (module)
+    if (module) {
+        if (m_pModules->listener)
+            module->SetEventListener(m_pModules->listener);
         m_pModules->byTopClass[topClassCode] = std::move(module);
-    else
+    } else
         m_pModules->byTopClass.erase(topClassCode);
 }
 
-void TApplication::SetDefaultModule(std::shared_ptr<TManagementModule> module) { m_pModules->fallback = std::move(module); }
+void TApplication::SetDefaultModule(std::shared_ptr<TManagementModule> module)
+{
+    if (module && m_pModules->listener)
+        module->SetEventListener(m_pModules->listener);
+    m_pModules->fallback = std::move(module);
+}
+
+std::vector<TCallResult> TApplication::TakeEvents()
+{
+    std::vector<TCallResult> events;
+    for (TManagementModule* module : m_pModules->Distinct())
+        for (TCallResult& event : module->TakeEvents())
+            events.push_back(std::move(event));
+    return events;
+}
+
+void TApplication::SetEventListener(std::function<void(const TCallResult&)> listener)
+{
+    m_pModules->listener = std::move(listener);
+    for (TManagementModule* module : m_pModules->Distinct())
+        module->SetEventListener(m_pModules->listener);
+}
 
 std::shared_ptr<TManagementModule> TApplication::FindModule(const TEntitySpec& entity) const
 {

@@ -2,8 +2,12 @@
 
 #include "zed/ZedExport.h"
 
+#include <functional>
 #include <map>
 #include <memory>
+#include <vector>
+
+struct TCallResult;
 
 class TDictionary;
 class TEntitySpec;
@@ -37,6 +41,12 @@ public:
     void SetDefaultModule(std::shared_ptr<TManagementModule> module);
     // Null when no module takes the entity.
     std::shared_ptr<TManagementModule> FindModule(const TEntitySpec& entity) const;
+
+    // The event reports of every module, gathered (TManagementModule::TakeEvents).
+    std::vector<TCallResult> TakeEvents();
+    // Hands every module's reports to the listener as they arrive, modules
+    // registered later included; an empty listener goes back to keeping them.
+    void SetEventListener(std::function<void(const TCallResult&)> listener);
 
 private:
     struct Modules;

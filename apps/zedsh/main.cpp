@@ -6,7 +6,9 @@
 //   zedsh types                         the dictionary's types
 //   zedsh call ENTITY DIRECTIVE [ARGUMENT=VALUE ...]
 //                                       carries a directive out and prints the
-//                                       replies and any event reports
+//                                       replies and any event reports; a
+//                                       directive that takes attributes (Set,
+//                                       Create) is given ATTRIBUTE=VALUE
 //
 // Options before the command: --dictionary FILE, --instances FILE (default:
 // $ZED_DICTIONARY, $ZED_INSTANCES, else the network shipped in data/network).
@@ -46,7 +48,8 @@ const char* kUsage =
     "  call ENTITY DIRECTIVE [ARG=VALUE...] carry a directive out, e.g.\n"
     "      zedsh call \"Network core Router *\" Show Partition=Status\n"
     "      zedsh call \"Network core Router r1 Interface eth0\" Test Count=3\n"
-    "      zedsh call \"Network core Router r1\" Set 'Attributes={\"Priority\": 7}'\n"
+    "      zedsh call \"Network core Router r1\" Set Priority=7 'Location={\"Site\": \"Hall C\"}'\n"
+    "    Directives that take attributes (Set, Create) are given ATTRIBUTE=VALUE.\n"
     "    ARG=@default sends the argument marked \"use the server's default\".\n";
 
 std::string Path(const std::string& option, const char* variable, const char* shipped)
@@ -182,42 +185,62 @@ void PrintEvent(const TDictionary& dictionary, const TCallResult& result)
     }
 }
 
-int Call(const TDictionary& dictionary, TSimulatedNetwork& network, const std::vector<std::string>& words)
+// Long texts (a pasted argument can be megabytes) are cut in messages.
+std::string Shown(const std::string& text)
+{
+    constexpr std::size_t kShown = 60;
+    if (text.size() <= kShown + 20)
+        return "\"" + text + "\"";
+    return "\"" + text.substr(0, kShown) + "...\" (" + std::to_string(text.size()) + " characters)";
+}
+
+int Call(const TDictionary& dictionary, const std::vector<std::string>& words)
 {
     std::string error;
     auto entity = TEntitySpec::Parse(words[0], &dictionary, &error);
+    if (entity && entity->GetDepth() == 0) {
+        entity.reset();
+        error = "names no class";
+    }
     if (!entity) {
-        std::cerr << "zedsh: bad entity \"" << words[0] << "\": " << error << "\n";
+        std::cerr << "zedsh: bad entity " << Shown(words[0]) << ": " << error << "\n";
         return kExitUsage;
     }
     const TDictClass* cls = dictionary.FindClass(entity->GetEntityClass());
     const TDictDirective* directive = cls ? cls->FindDirective(words[1]) : nullptr;
     if (!directive) {
-        std::cerr << "zedsh: " << (cls ? cls->GetName() + " has no directive \"" + words[1] + "\"" : "no such class")
+        std::cerr << "zedsh: " << (cls ? cls->GetName() + " has no directive " + Shown(words[1])
+                                       : "no class of the dictionary for " + Shown(words[0]))
                   << "\n";
         return kExitUsage;
     }
+    // A directive that takes attributes names them; any other its arguments.
+    const bool attributes = directive->TakesAttributes();
     TSyncCall call(*entity, directive->GetID());
     for (std::size_t i = 2; i < words.size(); ++i) {
         const auto equals = words[i].find('=');
-        const TDictArgument* argument =
-            equals == std::string::npos ? nullptr : directive->FindRequestArgument(words[i].substr(0, equals));
-        if (!argument) {
-            std::cerr << "zedsh: \"" << words[i] << "\" is not ARGUMENT=VALUE for an argument of "
-                      << directive->GetName() << "\n";
+        const std::string name = equals == std::string::npos ? std::string() : words[i].substr(0, equals);
+        const TDictValue* element = nullptr;
+        if (equals != std::string::npos)
+            element = attributes ? static_cast<const TDictValue*>(cls->FindAttribute(name))
+                                 : directive->FindRequestArgument(name);
+        if (!element) {
+            std::cerr << "zedsh: " << Shown(words[i]) << " is not " << (attributes ? "ATTRIBUTE" : "ARGUMENT")
+                      << "=VALUE for " << (attributes ? "an attribute of " + cls->GetName() : "an argument of " + directive->GetName())
+                      << "\n";
             return kExitUsage;
         }
         const std::string text = words[i].substr(equals + 1);
         TValuePtr value;
         if (text == "@default") {
-            value = ZEDMakeValue(argument->GetType(), argument->GetID());
+            value = ZEDMakeValue(element->GetType(), element->GetID());
             if (value)
                 value->SetDefault();
         } else {
-            value = ZEDParseValue(argument->GetType(), text, argument->GetID(), {&dictionary, cls}, &error);
+            value = ZEDParseValue(element->GetType(), text, element->GetID(), {&dictionary, cls}, &error);
         }
         if (!value) {
-            std::cerr << "zedsh: " << argument->GetName() << ": \"" << text << "\": " << error << "\n";
+            std::cerr << "zedsh: " << element->GetName() << ": " << Shown(text) << ": " << error << "\n";
             return kExitUsage;
         }
         call.GetRequest().Add(std::move(value));
@@ -228,7 +251,7 @@ int Call(const TDictionary& dictionary, TSimulatedNetwork& network, const std::v
         PrintResult(dictionary, call, directive->GetID());
         exception = exception || call.GetReply().GetReplyType() != ZED_REPLY_RESPONSE;
     }
-    for (const TCallResult& event : network.TakeEvents())
+    for (const TCallResult& event : ZEDGetApplication()->TakeEvents())
         PrintEvent(dictionary, event);
     return exception ? kExitException : 0;
 }
@@ -286,7 +309,8 @@ int main(int argc, char** argv)
             if (!cls)
                 return kExitUsage;
             for (const TDictDirective& d : cls->GetDirectives()) {
-                std::cout << d.GetName() << " (" << d.GetID() << ")\n";
+                std::cout << d.GetName() << " (" << d.GetID() << ")"
+                          << (d.TakesAttributes() ? ": takes attribute values" : "") << "\n";
                 PrintArguments(d.GetRequestArguments(), "    ");
                 for (const auto* replies : {&d.GetResponses(), &d.GetExceptions()})
                     for (const TDictReply& r : *replies) {
@@ -298,7 +322,7 @@ int main(int argc, char** argv)
             return 0;
         }
         if (command == "call" && words.size() >= 3)
-            return Call(dictionary, *network, std::vector<std::string>(words.begin() + 1, words.end()));
+            return Call(dictionary, std::vector<std::string>(words.begin() + 1, words.end()));
     } catch (const TException& e) {
         std::cerr << "zedsh: " << e.what() << "\n";
         return kExitUsage;

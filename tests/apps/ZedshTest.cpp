@@ -28,9 +28,11 @@ TEST(Zedsh, CallsPrintRepliesAndEvents)
     EXPECT_EQ(test.exitCode, 0) << test.err;
     EXPECT_THAT(test.out, HasSubstr("response Success (1): Test completed\n    Sent = 2 packets\n"));
 
-    const ProgramRun set = Zedsh("call 'Network core Router r2' Set 'Attributes={\"Priority\": 3}'");
+    const ProgramRun set = Zedsh("call 'Network core Router r2' Set Priority=3 'Location={\"Site\": \"Hall C\"}'");
     EXPECT_EQ(set.exitCode, 0) << set.err;
     EXPECT_THAT(set.out, HasSubstr("event ConfigurationChanged from Network core Router r2\n"));
+    EXPECT_THAT(set.out, HasSubstr("      Priority = 3\n      Location = { Site = Hall C }\n"));
+    EXPECT_THAT(Zedsh("directives 'Network Router'").out, HasSubstr("Set (2): takes attribute values\n"));
 
     const ProgramRun missing = Zedsh("call 'Network core Router r9' Show");
     EXPECT_EQ(missing.exitCode, 1);
@@ -44,9 +46,24 @@ TEST(Zedsh, BadInputExplainsItself)
     EXPECT_THAT(Zedsh("call 'Network core Router r1 Interface eth0' Test Count=lots").err,
                 HasSubstr("Count: \"lots\": not a whole number"));
     EXPECT_THAT(Zedsh("call 'Network core' Show Colour=red").err, HasSubstr("is not ARGUMENT=VALUE"));
+    EXPECT_THAT(Zedsh("call 'Network core' Set Colour=red").err, HasSubstr("is not ATTRIBUTE=VALUE for an attribute of Network"));
+    EXPECT_THAT(Zedsh("call '' Show").err, HasSubstr("bad entity \"\": names no class"));
     const ProgramRun load = Zedsh("--dictionary /nonexistent.json classes");
     EXPECT_EQ(load.exitCode, 3);
-    EXPECT_THAT(load.err, HasSubstr("/nonexistent.json: cannot open the dictionary file"));
+    EXPECT_THAT(load.err, HasSubstr("/nonexistent.json: cannot read the dictionary file: No such file or directory"));
+    EXPECT_THAT(Zedsh("--dictionary /tmp classes").err, HasSubstr("/tmp: cannot read the dictionary file: Is a directory"));
+    EXPECT_THAT(Zedsh("--dictionary /dev/zero classes").err, HasSubstr("larger than 64 MiB"));
+    // A pasted argument of any length is cut in the message.
+    const ProgramRun pasted = Zedsh("call 'Network core' Show Partition=" + std::string(5000, 'x'));
+    EXPECT_EQ(pasted.exitCode, 2);
+    EXPECT_LT(pasted.err.size(), 300u);
+    EXPECT_THAT(pasted.err, HasSubstr("(5000 characters)"));
+    std::string deep = "true";
+    for (int i = 0; i < 3500; ++i)
+        deep = R"({"attribute": "Watch", "value": )" + deep + "}";
+    const ProgramRun nested = Zedsh("call 'Network core Router r1 Interface eth0' Set 'Watch=" + deep + "'");
+    EXPECT_EQ(nested.exitCode, 2);
+    EXPECT_THAT(nested.err, HasSubstr("values nest deeper than 96 levels"));
     EXPECT_EQ(Zedsh("").exitCode, 2);
     EXPECT_EQ(Zedsh("help").exitCode, 0);
 }

@@ -6,6 +6,10 @@
 
 TManagementModule::~TManagementModule() = default;
 
+std::vector<TCallResult> TManagementModule::TakeEvents() { return {}; }
+
+void TManagementModule::SetEventListener(EventListener) {}
+
 TCall::TCall(TEntitySpec entity, unsigned int directive, TRequest request)
     : m_entity(std::move(entity)), m_directive(directive), m_request(std::move(request))
 {

@@ -26,7 +26,7 @@ public:
     const std::string& GetPresentationName() const { return m_presentationName; }
     const TDictType& GetType() const { return *m_type; }
     const TDictTypePtr& GetTypePtr() const { return m_type; }
-    ZED_T_DATATYPE GetValueDataType() const { return m_type->GetValueDatatype(); }
+    ZED_T_DATATYPE GetDatatype() const { return m_type->GetDatatype(); }
     const std::string& GetUnits() const { return m_units; }
     bool IsDisplayed() const { return m_displayed; }
     ZED_T_DICT_DEFAULT DefaultAllowed() const { return m_defaultPolicy; }
@@ -111,6 +111,10 @@ public:
     const std::string& GetName() const { return m_name; }
     const std::string& GetPresentationName() const { return m_presentationName; }
     const std::vector<TDictArgument>& GetRequestArguments() const { return m_request; }
+    // True for a directive whose request carries attribute values of the
+    // entity's class (Set, Create): each value is identified by its
+    // attribute's code, and the directive has no request arguments of its own.
+    bool TakesAttributes() const { return m_takesAttributes; }
     const std::vector<TDictReply>& GetResponses() const { return m_responses; }
     const std::vector<TDictReply>& GetExceptions() const { return m_exceptions; }
     // The response (8) or exception (9) of that code, or null.
@@ -124,6 +128,7 @@ private:
     std::string m_name;
     std::string m_presentationName;
     std::vector<TDictArgument> m_request;
+    bool m_takesAttributes = false;
     std::vector<TDictReply> m_responses;
     std::vector<TDictReply> m_exceptions;
 };

@@ -22,8 +22,8 @@ public:
     unsigned int GetID() const { return m_id; }
     const std::string& GetName() const { return m_name; }
     const std::string& GetPresentationName() const { return m_presentationName; }
-    // The data-type code of values of this type.
-    ZED_T_DATATYPE GetValueDatatype() const { return m_valueDatatype; }
+    // The data-type code of values of this type (spelt as TValue spells it).
+    ZED_T_DATATYPE GetDatatype() const { return m_valueDatatype; }
     virtual ZED_T_DICT_OBJECT_TYPE GetDictObjectType() const { return ZED_DICT_TYPE; }
 
     // A copy of the most derived class.
@@ -84,7 +84,7 @@ public:
     std::unique_ptr<TDictType> Clone() const override;
     std::string ToString() const override;
 
-    bool IsSequence() const { return GetValueDatatype() == ZED_DT_SEQUENCEOF; }
+    bool IsSequence() const { return GetDatatype() == ZED_DT_SEQUENCEOF; }
     const TDictTypePtr& GetElementType() const { return m_elementType; }
 
 private:

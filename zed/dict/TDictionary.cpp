@@ -1,24 +1,18 @@
 #include "zed/dict/TDictionary.h"
 
 #include "zed/TException.h"
+#include "zed/ZedFile.h"
 #include "zed/ZedText.h"
 #include "zed/dict/TDictionaryLoader.h"
 #include "zed/value/TEntitySpec.h"
 
-#include <fstream>
-#include <sstream>
 
 TDictionary::TDictionary() = default;
 TDictionary::~TDictionary() = default;
 
 std::shared_ptr<const TDictionary> TDictionary::Load(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        throw TException(path + ": cannot open the dictionary file");
-    std::stringstream text;
-    text << in.rdbuf();
-    return Parse(text.str(), path);
+    return Parse(ZedReadFile(path, "dictionary file"), path);
 }
 
 std::shared_ptr<const TDictionary> TDictionary::Parse(std::string_view json, const std::string& sourceName)

@@ -2,6 +2,7 @@
 
 #include "zed/dict/ZedJsonReader.h"
 
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -9,8 +10,8 @@ namespace {
 
 constexpr const char* kFormat = "zed-dictionary 1";
 // Deeper nesting than this is refused, so nothing above walks without bound.
-constexpr int kMaxTypeDepth = 32;
-constexpr int kMaxClassDepth = 32;
+constexpr int kMaxTypeDepth = ZED_MAX_TYPE_DEPTH;
+constexpr int kMaxClassDepth = ZED_MAX_CLASS_DEPTH;
 
 struct Builtin {
     const char* name;
@@ -119,28 +120,48 @@ private:
             m_dictionary.m_types.push_back(ResolveType(name, list.At(m_pendingTypes.at(name)).Key("name"), 0));
     }
 
-    TDictTypePtr ResolveType(const std::string& name, const ZedJsonNode& where, int depth)
+    // `height` receives how many declared types nest in the type, itself
+    // included: a chain declared bottom-up reuses types resolved earlier, and
+    // their height still counts against the limit.
+    TDictTypePtr ResolveType(const std::string& name, const ZedJsonNode& where, int depth, int* height = nullptr)
     {
-        if (auto builtin = BuiltinType(name))
-            return builtin;
-        if (auto done = m_resolved.find(name); done != m_resolved.end())
-            return done->second;
-        const auto pending = m_pendingTypes.find(name);
-        if (pending == m_pendingTypes.end())
-            where.Fail("unknown type \"" + name + "\"");
-        if (m_resolving.count(name))
-            where.Fail("type \"" + name + "\" refers to itself");
-        if (depth >= kMaxTypeDepth)
+        int own = 0;
+        TDictTypePtr type = BuiltinType(name);
+        if (!type) {
+            if (auto done = m_resolved.find(name); done != m_resolved.end()) {
+                type = done->second;
+                own = m_heights.at(name);
+            } else {
+                const auto pending = m_pendingTypes.find(name);
+                if (pending == m_pendingTypes.end())
+                    where.Fail("unknown type \"" + name + "\"");
+                if (m_resolving.count(name))
+                    where.Fail("type \"" + name + "\" refers to itself");
+                if (depth >= kMaxTypeDepth)
+                    where.Fail("types nest deeper than " + std::to_string(kMaxTypeDepth) + " levels");
+                m_resolving.insert(name);
+                type = BuildType(m_typeList->At(pending->second), depth, own);
+                m_resolving.erase(name);
+                m_resolved.emplace(name, type);
+                m_heights.emplace(name, own);
+            }
+        }
+        if (depth + own > kMaxTypeDepth)
             where.Fail("types nest deeper than " + std::to_string(kMaxTypeDepth) + " levels");
-        m_resolving.insert(name);
-        TDictTypePtr type = BuildType(m_typeList->At(pending->second), depth);
-        m_resolving.erase(name);
-        m_resolved.emplace(name, type);
+        if (height)
+            *height = own;
         return type;
     }
 
-    TDictTypePtr BuildType(const ZedJsonNode& node, int depth)
+    TDictTypePtr BuildType(const ZedJsonNode& node, int depth, int& height)
     {
+        height = 1;
+        const auto refer = [&](const std::string& name, const ZedJsonNode& where) {
+            int below = 0;
+            TDictTypePtr type = ResolveType(name, where, depth + 1, &below);
+            height = std::max(height, below + 1);
+            return type;
+        };
         const unsigned int id = node.Key("id").Unsigned();
         const std::string name = node.Key("name").String();
         const std::string presentation = node.StringOr("presentation", name);
@@ -176,7 +197,7 @@ private:
                 m.id = member.Key("id").Unsigned();
                 m.name = member.Key("name").NonEmptyString();
                 m.presentationName = member.StringOr("presentation", m.name);
-                m.type = ResolveType(member.Key("type").NonEmptyString(), member.Key("type"), depth + 1);
+                m.type = refer(member.Key("type").NonEmptyString(), member.Key("type"));
                 unique.Code(member.Key("id"), m.id);
                 unique.Name(member.Key("name"), m.name);
                 members.push_back(std::move(m));
@@ -185,18 +206,18 @@ private:
         }
         if (kind == "set" || kind == "sequence") {
             refuse({"items", "members", "base"});
-            TDictTypePtr element = ResolveType(node.Key("element").NonEmptyString(), node.Key("element"), depth + 1);
+            TDictTypePtr element = refer(node.Key("element").NonEmptyString(), node.Key("element"));
             return std::make_shared<const TDictTypeConstructorOf>(id, name, presentation, kind == "sequence",
                                                                   std::move(element));
         }
         if (kind == "user") {
             refuse({"items", "members", "element"});
-            TDictTypePtr base = ResolveType(node.Key("base").NonEmptyString(), node.Key("base"), depth + 1);
-            if (base->GetValueDatatype() == ZED_DT_USERDEFINED)
+            TDictTypePtr base = refer(node.Key("base").NonEmptyString(), node.Key("base"));
+            if (base->GetDatatype() == ZED_DT_USERDEFINED)
                 node.Key("base").Fail("a user type cannot stand on another user type");
             // The wrapped values' definition: the base's kind under the user type's name.
             std::unique_ptr<TDictType> named = base->Clone();
-            static_cast<TDictType&>(*named) = TDictType(id, name, presentation, base->GetValueDatatype());
+            static_cast<TDictType&>(*named) = TDictType(id, name, presentation, base->GetDatatype());
             return std::make_shared<const TDictTypeUserDefined>(id, name, presentation, TDictTypePtr(std::move(named)));
         }
         node.Key("kind").Fail("expected \"enumeration\", \"record\", \"set\", \"sequence\" or \"user\"");
@@ -264,7 +285,7 @@ private:
 
     TDictDirective ReadDirective(const ZedJsonNode& node, UniqueCheck& unique)
     {
-        node.ExpectObject({"id", "name", "presentation", "request", "responses", "exceptions"});
+        node.ExpectObject({"id", "name", "presentation", "request", "takesAttributes", "responses", "exceptions"});
         TDictDirective directive;
         directive.m_id = node.Key("id").Unsigned();
         if (directive.m_id == ZED_COMMON_EXCEPTION_DIRECTIVE)
@@ -274,6 +295,10 @@ private:
         unique.Code(node.Key("id"), directive.m_id);
         unique.Name(node.Key("name"), directive.m_name);
         directive.m_request = ReadArguments(node.Key("request"));
+        directive.m_takesAttributes = node.BoolOr("takesAttributes", false);
+        // Attribute codes and argument identifiers would share one request: one or the other.
+        if (directive.m_takesAttributes && node.Has("request"))
+            node.Key("request").Fail("a directive that takes attributes has no request arguments");
         UniqueCheck uniqueResponse("response"), uniqueException("exception");
         const ZedJsonNode responses = node.Key("responses"), exceptions = node.Key("exceptions");
         for (std::size_t i = 0, n = responses.ArraySize(false); i < n; ++i)
@@ -370,6 +395,7 @@ private:
     std::map<std::string, std::size_t> m_pendingTypes;
     std::vector<std::string> m_typeOrder;
     std::map<std::string, TDictTypePtr> m_resolved;
+    std::map<std::string, int> m_heights;  // of the resolved types
     std::set<std::string> m_resolving;
     std::vector<TDictReply> m_commonExceptions;
 };

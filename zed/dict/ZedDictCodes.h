@@ -16,6 +16,15 @@ inline constexpr ZED_T_DICT_OBJECT_TYPE ZED_DICT_TYPE_USERDEFINED = 17;
 inline constexpr ZED_T_DICT_OBJECT_TYPE ZED_DICT_TYPE_CONSTRUCTOR = 18;  // set-of and sequence-of
 inline constexpr ZED_T_DICT_OBJECT_TYPE ZED_DICT_TYPE_ENUMERATION = 19;
 
+// How deep a dictionary may nest its classes and its types, and so how deep
+// entity specifications and values can ever be: deeper input is refused
+// everywhere, so that nothing walks without bound.
+inline constexpr int ZED_MAX_CLASS_DEPTH = 32;
+inline constexpr int ZED_MAX_TYPE_DEPTH = 32;
+// Values nest through types, and attributes and attribute lists through
+// attributes of their own class; JSON places deeper than this are refused.
+inline constexpr int ZED_MAX_VALUE_DEPTH = 96;
+
 // Default policy of an argument or attribute.
 using ZED_T_DICT_DEFAULT = unsigned int;
 inline constexpr ZED_T_DICT_DEFAULT ZED_DEFAULT_NONE = 0;

@@ -12,14 +12,16 @@
 
 #include <cstdint>
 #include <initializer_list>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 class ZedJsonNode {
 public:
-    ZedJsonNode(const nlohmann::json& value, std::string path, const std::string& source)
-        : m_value(value), m_path(std::move(path)), m_source(source)
+    ZedJsonNode(const nlohmann::json& value, std::string root, const std::string& source)
+        : m_value(value), m_link(std::make_shared<const Link>(Link{nullptr, std::move(root), 0, 0})), m_source(source)
     {
     }
 
@@ -33,10 +35,34 @@ public:
         }
     }
 
-    [[noreturn]] void Fail(const std::string& what) const { throw TException(m_source + ": " + m_path + ": " + what); }
+    [[noreturn]] void Fail(const std::string& what) const { throw TException(m_source + ": " + Path() + ": " + what); }
 
     const nlohmann::json& Json() const { return m_value; }
-    const std::string& Path() const { return m_path; }
+    // "$.classes[0].attributes[3].type": made only when asked for, so that a
+    // deep walk costs the same at every level.
+    std::string Path() const
+    {
+        std::vector<const Link*> links;
+        for (const Link* link = m_link.get(); link; link = link->parent.get())
+            links.push_back(link);
+        // A path through values nested a hundred deep would bury the fault: its
+        // middle is counted rather than spelt out.
+        constexpr std::size_t kHead = 12, kTail = 6;
+        const std::size_t count = links.size();
+        std::string path;
+        for (std::size_t i = 0; i < count; ++i) {
+            if (count > kHead + kTail + 1 && i == kHead) {
+                path += "...(" + std::to_string(count - kHead - kTail) + " levels)...";
+                i = count - kTail - 1;
+                continue;
+            }
+            const Link& link = *links[count - 1 - i];
+            path += link.key.empty() && i != 0 ? "[" + std::to_string(link.index) + "]" : (i == 0 ? "" : ".") + link.key;
+        }
+        return path;
+    }
+    // How many keys and indexes lead here from the root.
+    int Depth() const { return m_link->depth; }
 
     ZedJsonNode ExpectObject(std::initializer_list<std::string_view> allowed) const
     {
@@ -58,7 +84,7 @@ public:
     {
         static const nlohmann::json null;
         const auto found = m_value.find(key);
-        return ZedJsonNode(found == m_value.end() ? null : *found, m_path + "." + std::string(key), m_source);
+        return ZedJsonNode(found == m_value.end() ? null : *found, Child(std::string(key), 0), m_source);
     }
 
     // The members of an array (an absent optional array is empty).
@@ -72,7 +98,7 @@ public:
     }
     ZedJsonNode At(std::size_t index) const
     {
-        return ZedJsonNode(m_value[index], m_path + "[" + std::to_string(index) + "]", m_source);
+        return ZedJsonNode(m_value[index], Child(std::string(), index), m_source);
     }
 
     std::string String() const
@@ -124,7 +150,25 @@ public:
     bool BoolOr(std::string_view key, bool fallback) const { return Has(key) ? Key(key).Bool() : fallback; }
 
 private:
+    // One step of the path: a key, or (with an empty key) an index. Links are
+    // shared, so a child node costs one small allocation whatever its depth.
+    struct Link {
+        std::shared_ptr<const Link> parent;
+        std::string key;
+        std::size_t index;
+        int depth;
+    };
+
+    ZedJsonNode(const nlohmann::json& value, std::shared_ptr<const Link> link, const std::string& source)
+        : m_value(value), m_link(std::move(link)), m_source(source)
+    {
+    }
+    std::shared_ptr<const Link> Child(std::string key, std::size_t index) const
+    {
+        return std::make_shared<const Link>(Link{m_link, std::move(key), index, m_link->depth + 1});
+    }
+
     const nlohmann::json& m_value;
-    std::string m_path;
+    std::shared_ptr<const Link> m_link;
     const std::string& m_source;
 };

@@ -1,11 +1,10 @@
 #include "zed/sim/TSimInstanceStore.h"
 
 #include "zed/TException.h"
+#include "zed/ZedFile.h"
 #include "zed/dict/ZedJsonReader.h"
 #include "zed/value/ZedValueJson.h"
 
-#include <fstream>
-#include <sstream>
 
 namespace {
 constexpr const char* kFormat = "zed-instances 1";
@@ -30,12 +29,7 @@ TSimInstanceStore::~TSimInstanceStore() = default;
 
 void TSimInstanceStore::Load(const std::string& path)
 {
-    std::ifstream in(path, std::ios::binary);
-    if (!in)
-        throw TException(path + ": cannot open the instance file");
-    std::stringstream text;
-    text << in.rdbuf();
-    Parse(text.str(), path);
+    Parse(ZedReadFile(path, "instance file"), path);
 }
 
 void TSimInstanceStore::Parse(std::string_view json, const std::string& source)

@@ -68,6 +68,7 @@ struct TSimulatedNetwork::Impl {
     TSimInstanceStore store;
     std::mutex mutex;
     std::vector<TCallResult> events;
+    EventListener listener;
 
     // ---- replies -----------------------------------------------------------
 
@@ -111,15 +112,25 @@ struct TSimulatedNetwork::Impl {
 
     // ---- requests ----------------------------------------------------------
 
-    static void Check(const TDictDirective& directive, const TRequest& request)
+    // Every request value must be something the directive takes (one of its
+    // arguments, or an attribute of the class for a directive that takes
+    // attributes) and of its type; required arguments must be given.
+    static void Check(const TDictDirective& directive, const TDictClass& cls, const TRequest& request)
     {
+        const bool attributes = directive.TakesAttributes();
         for (std::size_t i = 0; i < request.Size(); ++i) {
             const TValue& value = request.At(i);
-            const TDictArgument* argument = directive.FindRequestArgument(value.GetID());
-            if (!argument)
-                throw RequestFault{std::to_string(value.GetID()), "not an argument of " + directive.GetName()};
-            if (value.GetDatatype() != argument->GetValueDataType())
-                throw RequestFault{argument->GetName(), "expected a value of type " + argument->GetType().GetName()};
+            const TDictValue* definition = attributes
+                                               ? static_cast<const TDictValue*>(cls.FindAttribute(value.GetID()))
+                                               : directive.FindRequestArgument(value.GetID());
+            if (!definition)
+                throw RequestFault{std::to_string(value.GetID()), attributes ? "not an attribute of " + cls.GetName()
+                                                                             : "not an argument of " + directive.GetName()};
+            const TDictType* made = value.GetDictType();
+            if (value.GetDatatype() != definition->GetDatatype() || (made && made->GetID() != definition->GetType().GetID()))
+                throw RequestFault{definition->GetName(), "expected a value of type " + definition->GetType().GetName()};
+            if (attributes && !value.IsPresent() && !value.IsDefault())
+                throw RequestFault{definition->GetName(), "no value given"};
         }
         for (const TDictArgument& argument : directive.GetRequestArguments()) {
             const TValue* value = request.Find(argument.GetID());
@@ -172,55 +183,50 @@ struct TSimulatedNetwork::Impl {
         return Response(entity, directive, std::move(values));
     }
 
-    // Applies an attribute list; writable says whether read-only attributes are refused.
-    std::optional<TCallResult> Apply(const TEntitySpec& entity, const TDictDirective& directive,
-                                     const TAttributeList& list, TSimInstanceStore::Instance& instance,
-                                     bool creating, TAttributeList& applied) const
+    // Applies the attribute values of a request that Check accepted: Set
+    // refuses read-only attributes, Create takes them as initial values. A
+    // value marked default puts the attribute back to its dictionary default
+    // (or leaves it without a value). What was applied is added to `applied`.
+    std::optional<TCallResult> Apply(const TEntitySpec& entity, const TDictDirective& directive, const TRequest& request,
+                                     TSimInstanceStore::Instance& instance, bool creating, TAttributeList& applied) const
     {
-        for (std::size_t i = 0; i < list.Size(); ++i) {
-            const TAttribute& given = list.At(i);
-            const unsigned int code = given.GetAttributeID().GetValue();
-            const TDictAttribute* attribute = instance.cls->FindAttribute(code);
-            std::vector<std::pair<std::string, TValuePtr>> values;
-            if (!attribute || (!creating && attribute->GetAccess() == ZED_ACCESS_READ_ONLY)) {
-                values.emplace_back("Attribute", std::make_unique<TAttributeID>(
-                                                     code, attribute ? attribute->GetName() : std::string()));
-                return Exception(entity, directive, attribute ? "NotWritable" : "InvalidArgument", std::move(values));
-            }
-            if (!given.HasValue() || given.GetValue().GetDatatype() != attribute->GetValueDataType()) {
-                values.emplace_back("Argument", std::make_unique<TSimpleName>(attribute->GetName()));
-                values.emplace_back("Reason", std::make_unique<TLatin1String>("expected a value of type "
-                                                                              + attribute->GetType().GetName()));
-                return Exception(entity, directive, "InvalidArgument", std::move(values));
+        if (!directive.TakesAttributes())
+            return std::nullopt;
+        const TDictClass& cls = *instance.cls;
+        for (std::size_t i = 0; i < request.Size(); ++i) {
+            const TDictAttribute* attribute = cls.FindAttribute(request.At(i).GetID());
+            if (!creating && attribute->GetAccess() == ZED_ACCESS_READ_ONLY) {
+                std::vector<std::pair<std::string, TValuePtr>> values;
+                values.emplace_back("Attribute", std::make_unique<TAttributeID>(attribute->GetID(), attribute->GetName()));
+                return Exception(entity, directive, "NotWritable", std::move(values));
             }
         }
-        for (std::size_t i = 0; i < list.Size(); ++i) {
-            const TAttribute& given = list.At(i);
-            TValuePtr value = given.GetValue().Clone();
-            value->SetID(given.GetAttributeID().GetValue());
-            instance.attributes.Put(std::move(value));
-            applied.Add(given);
+        for (std::size_t i = 0; i < request.Size(); ++i) {
+            const TValue& given = request.At(i);
+            const TDictAttribute& attribute = *cls.FindAttribute(given.GetID());
+            if (!given.IsDefault())
+                instance.attributes.Put(given.Clone());
+            else if (attribute.DefaultAllowed() == ZED_DEFAULT_DICTIONARY)
+                instance.attributes.Put(ZEDParseValue(attribute.GetType(), attribute.GetDefaultValue(), attribute.GetID(),
+                                                      {dictionary.get(), &cls}));
+            else
+                instance.attributes.Remove(attribute.GetID());
+            auto done = std::make_unique<TAttribute>(TAttributeID(attribute.GetID(), attribute.GetName()));
+            if (const TValue* now = instance.attributes.Find(attribute.GetID()))
+                done->SetValue(now->Clone());
+            applied.Add(std::move(done));
         }
         return std::nullopt;
-    }
-
-    const TAttributeList* AttributesArgument(const TDictDirective& directive, const TRequest& request) const
-    {
-        const TDictArgument* argument = directive.FindRequestArgument(std::string("Attributes"));
-        const TValue* value = argument ? request.Find(argument->GetID()) : nullptr;
-        return value && value->IsPresent() && value->GetDatatype() == ZED_DT_ATTRIBUTELIST
-                   ? static_cast<const TAttributeList*>(value)
-                   : nullptr;
     }
 
     TCallResult Set(const TEntitySpec& entity, const TDictDirective& directive, const TRequest& request,
                     TSimInstanceStore::Instance& instance)
     {
         auto applied = std::make_unique<TAttributeList>();
-        if (const TAttributeList* list = AttributesArgument(directive, request))
-            if (auto fault = Apply(entity, directive, *list, instance, false, *applied))
-                return std::move(*fault);
+        if (auto fault = Apply(entity, directive, request, instance, false, *applied))
+            return std::move(*fault);
         Report(entity, *instance.cls, directive, *applied, &instance);
+        ReportLinkState(entity, instance, *applied);
         std::vector<std::pair<std::string, TValuePtr>> values;
         values.emplace_back("Attributes", std::move(applied));
         return Response(entity, directive, std::move(values));
@@ -243,12 +249,11 @@ struct TSimulatedNetwork::Impl {
                 scratch.attributes.Put(ZEDParseValue(attribute.GetType(), attribute.GetDefaultValue(),
                                                      attribute.GetID(), {dictionary.get(), &cls}));
         if (const TDictAttribute* name = cls.FindAttribute(std::string("Name"));
-            name && name->GetValueDataType() == ZED_DT_SIMPLENAME)
+            name && name->GetDatatype() == ZED_DT_SIMPLENAME)
             scratch.attributes.Put(std::make_unique<TSimpleName>(last.name, name->GetID()));
         TAttributeList applied;
-        if (const TAttributeList* list = AttributesArgument(directive, request))
-            if (auto fault = Apply(entity, directive, *list, scratch, true, applied))
-                return std::move(*fault);
+        if (auto fault = Apply(entity, directive, request, scratch, true, applied))
+            return std::move(*fault);
         TSimInstanceStore::Instance* created = store.Add(parent, cls, last.name);
         created->attributes = std::move(scratch.attributes);
         Report(entity, cls, directive, applied, created);
@@ -292,22 +297,92 @@ struct TSimulatedNetwork::Impl {
         return Response(entity, directive, std::move(values));
     }
 
+    // Gives the arguments back: response Mirrored copies each one given (or
+    // its dictionary default) into the response argument of the same name;
+    // Summary, chosen by the Outcome argument, counts the arguments given.
+    TCallResult Echo(const TEntitySpec& entity, const TDictDirective& directive, const TRequest& request,
+                     const TDictClass& cls) const
+    {
+        int outcome = 1;
+        if (TValuePtr chosen = Argument(directive, request, "Outcome", cls); chosen && chosen->GetDatatype() == ZED_DT_ENUMERATION)
+            outcome = static_cast<const TEnumeration&>(*chosen).GetCode();
+        const TDictReply* definition = directive.FindReply(ZED_DICT_RESPONSE, static_cast<unsigned int>(outcome));
+        if (!definition)
+            return Response(entity, directive, {});
+        ReplyBuilder builder(*definition, ZED_REPLY_RESPONSE);
+        for (const TDictArgument& argument : definition->GetArguments()) {
+            if (argument.GetName() == "Received") {
+                std::uint16_t given = 0;
+                for (std::size_t i = 0; i < request.Size(); ++i)
+                    given = static_cast<std::uint16_t>(given + (request.At(i).IsPresent() ? 1 : 0));
+                builder.Put(argument.GetName(), std::make_unique<TUnsigned16>(given));
+            } else if (TValuePtr value = Argument(directive, request, argument.GetName(), cls)) {
+                builder.Put(argument.GetName(), std::move(value));
+            }
+        }
+        return Result(entity, builder.Take(), ZED_STATUS_RESPONSE);
+    }
+
     // ---- events ------------------------------------------------------------
+
+    static const TDictEvent* EventNamed(const TDictClass& cls, const std::string& name)
+    {
+        for (const TDictEvent& event : cls.GetEvents())
+            if (event.GetName() == name)
+                return &event;
+        return nullptr;
+    }
+
+    std::unique_ptr<TEventReport> NewReport(const TEntitySpec& entity, const TDictEvent& event) const
+    {
+        auto report = std::make_unique<TEventReport>(event.GetID());
+        report->SetEntity(entity);
+        report->SetTime(TAbsTime::Now().GetMilliseconds());
+        return report;
+    }
+
+    void Queue(const TEntitySpec& entity, std::unique_ptr<TEventReport> report)
+    {
+        TReply reply(ZED_REPLY_RESPONSE, report->GetEventID());
+        reply.Add(std::move(report));
+        events.push_back(Result(entity, std::move(reply), ZED_STATUS_RESPONSE));
+    }
+
+    // An AdminState that was set moves the operational state with it: Locked
+    // takes the link down (with a reason), anything else brings it up (the
+    // report then has no reason).
+    void ReportLinkState(const TEntitySpec& entity, TSimInstanceStore::Instance& instance, const TAttributeList& changed)
+    {
+        const TDictClass& cls = *instance.cls;
+        const TDictAttribute* admin = cls.FindAttribute(std::string("AdminState"));
+        const TDictAttribute* state = cls.FindAttribute(std::string("State"));
+        const TDictEvent* event = EventNamed(cls, "LinkStateChanged");
+        if (!admin || !state || !event || !changed.FindAttribute(admin->GetID()))
+            return;
+        const bool locked = changed[admin->GetID()].ToString() == "Locked";
+        TValuePtr now = ZEDParseValue(state->GetType(), locked ? "Down" : "Up", state->GetID(), {dictionary.get(), &cls});
+        if (!now)
+            return;
+        instance.attributes.Put(now->Clone());
+        auto report = NewReport(entity, *event);
+        if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "State")) {
+            now->SetID(a->GetID());
+            report->Add(std::move(now));
+        }
+        if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "Reason"); a && locked)
+            report->Add(std::make_unique<TLatin1String>("administratively locked", a->GetID()));
+        Queue(entity, std::move(report));
+    }
 
     // Queues the class's ConfigurationChanged event, and keeps it in the
     // instance's LastEvent attribute when it has one.
     void Report(const TEntitySpec& entity, const TDictClass& cls, const TDictDirective& directive,
                 const TAttributeList& changed, TSimInstanceStore::Instance* instance)
     {
-        const TDictEvent* event = nullptr;
-        for (const TDictEvent& e : cls.GetEvents())
-            if (e.GetName() == "ConfigurationChanged")
-                event = &e;
+        const TDictEvent* event = EventNamed(cls, "ConfigurationChanged");
         if (!event)
             return;
-        auto report = std::make_unique<TEventReport>(event->GetID());
-        report->SetEntity(entity);
-        report->SetTime(TAbsTime::Now().GetMilliseconds());
+        auto report = NewReport(entity, *event);
         if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "Directive"))
             report->Add(std::make_unique<TSimpleName>(directive.GetName(), a->GetID()));
         if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "Attributes")) {
@@ -316,14 +391,12 @@ struct TSimulatedNetwork::Impl {
             report->Add(std::move(list));
         }
         if (const TDictAttribute* last = cls.FindAttribute(std::string("LastEvent"));
-            instance && last && last->GetValueDataType() == ZED_DT_EVENTREPORT) {
+            instance && last && last->GetDatatype() == ZED_DT_EVENTREPORT) {
             TValuePtr kept = report->Clone();
             kept->SetID(last->GetID());
             instance->attributes.Put(std::move(kept));
         }
-        TReply reply(ZED_REPLY_RESPONSE, event->GetID());
-        reply.Add(std::move(report));
-        events.push_back(Result(entity, std::move(reply), ZED_STATUS_RESPONSE));
+        Queue(entity, std::move(report));
     }
 
     std::vector<TCallResult> Execute(const TEntitySpec& entity, unsigned int directiveId, const TRequest& request)
@@ -335,7 +408,7 @@ struct TSimulatedNetwork::Impl {
         if (!directive || directiveId == ZED_COMMON_EXCEPTION_DIRECTIVE)
             return {Common(entity, kDirectiveNotSupported)};
         try {
-            Check(*directive, request);
+            Check(*directive, *cls, request);
         } catch (const RequestFault& fault) {
             std::vector<std::pair<std::string, TValuePtr>> values;
             values.emplace_back("Argument", std::make_unique<TSimpleName>(fault.argument));
@@ -359,6 +432,8 @@ struct TSimulatedNetwork::Impl {
                 results.push_back(Set(answered, *directive, request, *instance));
             else if (name == "Test")
                 results.push_back(Test(answered, *directive, request, *instance));
+            else if (name == "Echo")
+                results.push_back(Echo(answered, *directive, request, *cls));
             else if (name == "Delete") {
                 Report(answered, *cls, *directive, TAttributeList(), nullptr);
                 store.Remove(instance);
@@ -389,14 +464,29 @@ void TSimulatedNetwork::ParseInstances(std::string_view json, const std::string&
 std::vector<TCallResult> TSimulatedNetwork::Execute(const TEntitySpec& entity, unsigned int directive,
                                                     const TRequest& request)
 {
-    std::lock_guard lock(m_pImpl->mutex);
-    return m_pImpl->Execute(entity, directive, request);
+    std::unique_lock lock(m_pImpl->mutex);
+    std::vector<TCallResult> results = m_pImpl->Execute(entity, directive, request);
+    if (!m_pImpl->listener)
+        return results;
+    // Delivered once the network is free again: the listener may call it.
+    std::vector<TCallResult> events = std::exchange(m_pImpl->events, {});
+    const EventListener listener = m_pImpl->listener;
+    lock.unlock();
+    for (const TCallResult& event : events)
+        listener(event);
+    return results;
 }
 
 std::vector<TCallResult> TSimulatedNetwork::TakeEvents()
 {
     std::lock_guard lock(m_pImpl->mutex);
     return std::exchange(m_pImpl->events, {});
+}
+
+void TSimulatedNetwork::SetEventListener(EventListener listener)
+{
+    std::lock_guard lock(m_pImpl->mutex);
+    m_pImpl->listener = std::move(listener);
 }
 
 const TSimInstanceStore& TSimulatedNetwork::GetStore() const { return m_pImpl->store; }

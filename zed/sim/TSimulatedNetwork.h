@@ -17,18 +17,24 @@ class TSimInstanceStore;
 // Directives are recognised by their dictionary names:
 //   Show    returns, per instance, the attribute list of the partition asked
 //           for by its "Partition" argument (0 or absent: every partition);
-//   Set     changes read-write attributes given in its "Attributes" list;
-//   Create  adds an instance (initial values from "Attributes" and the
+//   Set     changes the attributes whose values its request carries (a
+//           directive that takes attributes); a value marked default puts an
+//           attribute back to its default;
+//   Create  adds an instance (initial values from the request and the
 //           dictionary's defaults); Delete removes one with everything below;
 //   Test    (interfaces) a reachability test with required and optional
 //           arguments, local and server defaults, a response and exceptions;
+//   Echo    (interfaces) answers its arguments, one of each kind of value:
+//           response Mirrored gives them back, Summary (chosen by the
+//           Outcome argument) counts them;
 //   any other directive answers its first response.
 // An unknown instance or class answers common exception 1 (no such entity),
 // an unknown directive common exception 2; a request that does not fit the
 // directive answers its "InvalidArgument" exception (common exception 3 where
 // the directive has none). A wildcard instance answers once per instance.
 // Set, Create and Delete report a "ConfigurationChanged" event when the class
-// has one. docs/simulated-network.md has the details.
+// has one; a Set of "AdminState" reports "LinkStateChanged" where the class
+// has it. docs/simulated-network.md has the details.
 class ZED_EXPORT TSimulatedNetwork : public TManagementModule {
 public:
     static constexpr unsigned int kNoSuchEntity = 1;
@@ -47,7 +53,8 @@ public:
 
     // The event reports made since the last call, oldest first: each a
     // response whose one value is the TEventReport.
-    std::vector<TCallResult> TakeEvents();
+    std::vector<TCallResult> TakeEvents() override;
+    void SetEventListener(EventListener listener) override;
 
     const TSimInstanceStore& GetStore() const;
 

@@ -7,8 +7,23 @@ unsigned int AttributeCode(const TValue& value) { return static_cast<const TAttr
 TAttribute::TAttribute(TAttributeID attributeId, unsigned int id) : TValue(id), m_attributeId(std::move(attributeId)) {}
 
 TAttribute::TAttribute(TAttributeID attributeId, TValuePtr value, unsigned int id)
-    : TValue(id), m_attributeId(std::move(attributeId)), m_value(std::move(value))
+    : TValue(id), m_attributeId(std::move(attributeId))
 {
+    SetValue(std::move(value));
+}
+
+void TAttribute::SetValue(TValuePtr value)
+{
+    if (value)
+        value->SetID(m_attributeId.GetValue());
+    m_value = std::move(value);
+}
+
+void TAttribute::SetAttributeID(TAttributeID attributeId)
+{
+    m_attributeId = std::move(attributeId);
+    if (TValue* value = m_value.get())
+        value->SetID(m_attributeId.GetValue());
 }
 
 TAttribute::~TAttribute() = default;

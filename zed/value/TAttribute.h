@@ -8,6 +8,9 @@
 #include "zed/value/TValueHolder.h"
 #include "zed/value/TValueList.h"
 
+// The wrapped value's identifier is always the attribute's code: it is set
+// on construction, by SetValue and by SetAttributeID, so a value taken out of
+// an attribute is known by its attribute wherever it goes.
 class ZED_EXPORT TAttribute final : public TValue {
 public:
     // Present, with an identifier and no value yet.
@@ -18,12 +21,12 @@ public:
     ZED_T_DATATYPE GetDatatype() const override { return ZED_DT_ATTRIBUTE; }
 
     const TAttributeID& GetAttributeID() const { return m_attributeId; }
-    void SetAttributeID(TAttributeID attributeId) { m_attributeId = std::move(attributeId); }
+    void SetAttributeID(TAttributeID attributeId);
     bool HasValue() const { return static_cast<bool>(m_value); }
     // The attribute's value, or an absent value.
     const TValue& GetValue() const { return m_value.OrAbsent(); }
-    void SetValue(TValuePtr value) { m_value = std::move(value); }
-    void SetValue(const TValue& value) { m_value = value.Clone(); }
+    void SetValue(TValuePtr value);
+    void SetValue(const TValue& value) { SetValue(value.Clone()); }
 
 protected:
     std::unique_ptr<TValue> CloneValue() const override;
@@ -52,6 +55,7 @@ public:
     const TAttribute* FindAttribute(unsigned int attributeCode) const;
     // The value of the attribute of that code; absent when there is none.
     const TValue& operator[](unsigned int attributeCode) const;
+    bool Remove(unsigned int attributeCode) { return m_attributes.Remove(attributeCode); }
 
 protected:
     std::unique_ptr<TValue> CloneValue() const override;

@@ -1,5 +1,7 @@
 #include "zed/value/TEntitySpec.h"
 
+#include "zed/dict/ZedDictCodes.h"
+
 #include "zed/TApplication.h"
 #include "zed/TException.h"
 
@@ -145,6 +147,8 @@ bool ParseComponents(std::string_view text, const TDictionary* dictionary, bool 
             }
         }
         components.push_back(std::move(component));
+        if (components.size() > static_cast<std::size_t>(ZED_MAX_CLASS_DEPTH))
+            return Fail(error, "more than " + std::to_string(ZED_MAX_CLASS_DEPTH) + " class levels");
         cls = next;
     }
     return true;

@@ -15,6 +15,7 @@ public:
 
     ZED_T_DATATYPE GetDatatype() const override { return ZED_DT_ENUMERATION; }
     const Definition& GetDefinition() const { return m_definition; }
+    const TDictType* GetDictType() const override { return m_definition.get(); }
     int GetCode() const { return m_code; }
     void SetCode(int code);
 

@@ -15,6 +15,7 @@ public:
 
     ZED_T_DATATYPE GetDatatype() const override { return ZED_DT_RECORD; }
     const Definition& GetDefinition() const { return m_definition; }
+    const TDictType* GetDictType() const override { return m_definition.get(); }
 
     // Adds a copy, or takes the value; a member already held is replaced.
     void Add(const TValue& member) { m_members.Put(member); }

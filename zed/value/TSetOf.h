@@ -16,6 +16,7 @@ public:
     ~TConstructedOf() override;
 
     const Definition& GetDefinition() const { return m_definition; }
+    const TDictType* GetDictType() const override { return m_definition.get(); }
 
     // Adds a copy, or takes the value, at the end.
     void Add(const TValue& element) { m_elements.emplace_back(element.Clone()); }

@@ -13,6 +13,7 @@ public:
 
     ZED_T_DATATYPE GetDatatype() const override { return ZED_DT_USERDEFINED; }
     const TDictTypePtr& GetDefinition() const { return m_definition; }
+    const TDictType* GetDictType() const override { return m_definition.get(); }
     // The wrapped value; absent when there is none.
     const TValue& GetValue() const { return m_value.OrAbsent(); }
 

@@ -1,5 +1,7 @@
 #include "zed/value/TValue.h"
 
+#include "zed/trace/TTraceStream.h"
+
 #include <typeinfo>
 
 namespace {
@@ -56,4 +58,12 @@ const TValue& TValue::Absent()
 {
     static const TNoValue absent;
     return absent;
+}
+
+TTraceStream& operator<<(TTraceStream& stream, const TValue& value)
+{
+    // Text is built only for a line that is written.
+    if (stream.IsActive())
+        stream << value.ToString();
+    return stream;
 }

@@ -7,6 +7,9 @@
 #include <optional>
 #include <string>
 
+class TDictType;
+class TTraceStream;
+
 // A value of the management model: the argument of a request, a value of a
 // reply, a member of a record. Every value has
 //   - an identifier: the code of the argument, attribute or member it is;
@@ -20,6 +23,10 @@ public:
     virtual ~TValue();
 
     virtual ZED_T_DATATYPE GetDatatype() const = 0;
+    // The dictionary type that a composite value was made from (record,
+    // set-of, sequence-of, enumeration, user-defined), so that its parts can
+    // be named; null for scalars and for composites made without one.
+    virtual const TDictType* GetDictType() const { return nullptr; }
 
     unsigned int GetID() const { return m_id; }
     void SetID(unsigned int id) { m_id = id; }
@@ -71,6 +78,9 @@ private:
 };
 
 using TValuePtr = std::unique_ptr<TValue>;
+
+// Trace lines show a value by its text form (an entity specification too).
+ZED_EXPORT TTraceStream& operator<<(TTraceStream& stream, const TValue& value);
 
 // Reason codes that servers give instead of a value.
 inline constexpr unsigned int ZED_REASON_NOT_AVAILABLE = 1;

@@ -20,6 +20,7 @@ public:
 
     explicit operator bool() const { return m_value != nullptr; }
     const TValue* get() const { return m_value.get(); }
+    TValue* get() { return m_value.get(); }
     const TValue& operator*() const { return *m_value; }
     const TValue* operator->() const { return m_value.get(); }
     // The value, or the shared absent value.

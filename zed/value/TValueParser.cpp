@@ -92,7 +92,7 @@ TValuePtr ParseScalar(const TDictType& type, std::string_view text, unsigned int
 {
     const TDictionary* dictionary =
         context.dictionary ? context.dictionary : ZEDGetApplication()->GetDictionary().get();
-    switch (type.GetValueDatatype()) {
+    switch (type.GetDatatype()) {
     case ZED_DT_BOOLEAN: return std::make_unique<TBoolean>(ParseBoolean(text), id);
     case ZED_DT_LATIN1STRING: return std::make_unique<TLatin1String>(std::string(text), id);
     case ZED_DT_SIMPLENAME: return std::make_unique<TSimpleName>(std::string(text), id);
@@ -100,7 +100,7 @@ TValuePtr ParseScalar(const TDictType& type, std::string_view text, unsigned int
     case ZED_DT_OCTETSTRING: return std::make_unique<TOctetString>(std::string(text), id);
     case ZED_DT_RESERVED14:
     case ZED_DT_RESERVED15:
-    case ZED_DT_RESERVED16: return std::make_unique<TOpaque>(type.GetValueDatatype(), std::string(text), id);
+    case ZED_DT_RESERVED16: return std::make_unique<TOpaque>(type.GetDatatype(), std::string(text), id);
     case ZED_DT_INTEGER16: return std::make_unique<TInteger16>(ParseInteger<std::int16_t>(text), id);
     case ZED_DT_INTEGER32: return std::make_unique<TInteger32>(ParseInteger<std::int32_t>(text), id);
     case ZED_DT_UNSIGNED16: return std::make_unique<TUnsigned16>(ParseInteger<std::uint16_t>(text), id);
@@ -162,7 +162,7 @@ namespace {
 
 TValuePtr MakeEmpty(const TDictType& type)
 {
-    switch (type.GetValueDatatype()) {
+    switch (type.GetDatatype()) {
     case ZED_DT_BOOLEAN: return std::make_unique<TBoolean>();
     case ZED_DT_LATIN1STRING: return std::make_unique<TLatin1String>();
     case ZED_DT_SIMPLENAME: return std::make_unique<TSimpleName>();
@@ -170,7 +170,7 @@ TValuePtr MakeEmpty(const TDictType& type)
     case ZED_DT_OCTETSTRING: return std::make_unique<TOctetString>();
     case ZED_DT_RESERVED14:
     case ZED_DT_RESERVED15:
-    case ZED_DT_RESERVED16: return std::make_unique<TOpaque>(type.GetValueDatatype());
+    case ZED_DT_RESERVED16: return std::make_unique<TOpaque>(type.GetDatatype());
     case ZED_DT_INTEGER16: return std::make_unique<TInteger16>();
     case ZED_DT_INTEGER32: return std::make_unique<TInteger32>();
     case ZED_DT_UNSIGNED16: return std::make_unique<TUnsigned16>();
@@ -195,7 +195,7 @@ TValuePtr MakeEmpty(const TDictType& type)
     case ZED_DT_SEQUENCEOF: {
         auto definition =
             type.GetDictObjectType() == ZED_DICT_TYPE_CONSTRUCTOR ? type.ShareAs<TDictTypeConstructorOf>() : nullptr;
-        if (type.GetValueDatatype() == ZED_DT_SEQUENCEOF)
+        if (type.GetDatatype() == ZED_DT_SEQUENCEOF)
             return std::make_unique<TSequenceOf>(definition);
         return std::make_unique<TSetOf>(definition);
     }
@@ -213,6 +213,23 @@ TValuePtr MakeEmpty(const TDictType& type)
 }
 
 } // namespace
+
+std::unique_ptr<TAttributeID> ZEDParseAttributeID(std::string_view text, const TDictClass& entityClass,
+                                                  std::string* error)
+{
+    try {
+        std::string name;
+        const std::uint32_t code = ParseAttributeCode(text, {nullptr, &entityClass}, &name);
+        const TDictAttribute* attribute = entityClass.FindAttribute(code);
+        if (!attribute)
+            Fault("no attribute " + std::to_string(code) + " in " + entityClass.GetName());
+        return std::make_unique<TAttributeID>(code, attribute->GetName());
+    } catch (const ParseFault& fault) {
+        if (error)
+            *error = fault.reason;
+    }
+    return nullptr;
+}
 
 TValuePtr ZEDMakeValue(const TDictType& type, unsigned int id)
 {
@@ -243,8 +260,11 @@ TValuePtr ZEDParseValue(const TDictType& type, std::string_view text, unsigned i
 TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsigned int id,
                            const ZEDValueContext& context)
 {
+    // Attributes can hold attributes of their own class without end: bounded here.
+    if (node.Depth() > ZED_MAX_VALUE_DEPTH)
+        node.Fail("values nest deeper than " + std::to_string(ZED_MAX_VALUE_DEPTH) + " levels");
     const nlohmann::json& json = node.Json();
-    switch (type.GetValueDatatype()) {
+    switch (type.GetDatatype()) {
     case ZED_DT_RECORD: {
         if (type.GetDictObjectType() != ZED_DICT_TYPE_RECORD)
             node.Fail("record without members");
@@ -291,9 +311,9 @@ TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsig
         for (const TDictAttribute& attribute : context.entityClass->GetAttributes())
             for (const auto& item : json.items())
                 if (context.entityClass->FindAttribute(item.key()) == &attribute)
-                    list->Add(TAttribute(TAttributeID(attribute.GetID(), attribute.GetName()),
-                                         ZedValueFromJson(attribute.GetType(), node.Key(item.key()), attribute.GetID(),
-                                                          context)));
+                    list->Add(std::make_unique<TAttribute>(
+                        TAttributeID(attribute.GetID(), attribute.GetName()),
+                        ZedValueFromJson(attribute.GetType(), node.Key(item.key()), attribute.GetID(), context)));
         return list;
     }
     case ZED_DT_ATTRIBUTE: {
@@ -326,7 +346,7 @@ TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsig
     // Scalars: JSON strings hold the text form; numbers stand for numeric kinds
     // and true/false for booleans only, so a number where a name belongs is a fault.
     std::string text;
-    const ZED_T_DATATYPE dt = type.GetValueDatatype();
+    const ZED_T_DATATYPE dt = type.GetDatatype();
     const bool numeric = (dt >= ZED_DT_INTEGER16 && dt <= ZED_DT_COUNTER32) || dt == ZED_DT_FLOAT || dt == ZED_DT_REAL;
     if (json.is_string())
         text = json.get<std::string>();

@@ -18,8 +18,11 @@
 #include "zed/dict/TDictionary.h"
 #include "zed/value/TValue.h"
 
+#include <memory>
 #include <string>
 #include <string_view>
+
+class TAttributeID;
 
 struct ZEDValueContext {
     // Names classes in entity specifications; the current one when null.
@@ -32,6 +35,12 @@ struct ZEDValueContext {
 // field without content or a "use the default" argument sends. Container
 // kinds come back empty, and so present.
 ZED_EXPORT TValuePtr ZEDMakeValue(const TDictType& type, unsigned int id);
+
+// An attribute identifier from its code or its name (ignoring case) within a
+// class: what a person types to name an attribute. Null, with the reason,
+// when the text names no attribute of the class.
+ZED_EXPORT std::unique_ptr<TAttributeID> ZEDParseAttributeID(std::string_view text, const TDictClass& entityClass,
+                                                             std::string* error = nullptr);
 
 // Null, and error set to the reason, when the text is not a value of the type.
 ZED_EXPORT TValuePtr ZEDParseValue(const TDictType& type, std::string_view text, unsigned int id,

@@ -38,7 +38,7 @@ TEST(DictionaryLoad, ShippedDictionaryDescribesTheNetwork)
     const TDictAttribute* offset = router->FindAttribute(std::string("ClockOffset"));
     ASSERT_NE(offset, nullptr);
     EXPECT_EQ(offset->GetDictObjectType(), ZED_DICT_ATTRIBUTE);
-    EXPECT_EQ(offset->GetValueDataType(), ZED_DT_INTEGER32);
+    EXPECT_EQ(offset->GetDatatype(), ZED_DT_INTEGER32);
     EXPECT_EQ(offset->GetAccess(), ZED_ACCESS_READ_WRITE);
     EXPECT_EQ(offset->DefaultAllowed(), ZED_DEFAULT_SERVER);
     EXPECT_EQ(offset->GetDefaultValue(), ZED_NO_DEFAULT_TEXT);
@@ -67,7 +67,7 @@ TEST(DictionaryLoad, EveryDataTypeOfTheModelIsUsedByTheShippedNetwork)
     const TDictionaryPtr dictionary = TDictionary::Load(ShippedFile("dictionary.json"));
     std::set<ZED_T_DATATYPE> used;
     std::function<void(const TDictType&)> walk = [&](const TDictType& type) {
-        used.insert(type.GetValueDatatype());
+        used.insert(type.GetDatatype());
         if (type.GetDictObjectType() == ZED_DICT_TYPE_RECORD)
             for (const auto& m : static_cast<const TDictTypeRecord&>(type).GetMembers())
                 walk(*m.type);
@@ -107,6 +107,9 @@ TEST(DictionaryLoad, FaultsNameTheFileThePlaceAndTheFault)
                 HasSubstr("$.types[0].items: an enumeration needs at least one item"));
     EXPECT_THAT(LoadError(Minimal(R"({"id": 1, "name": "Boolean", "kind": "set", "element": "Real"})", "")),
                 HasSubstr("is a built-in type"));
+    EXPECT_THAT(LoadError(Minimal("", R"(, "directives": [{"id": 1, "name": "Set", "takesAttributes": true,
+                                                          "request": [{"id": 1, "name": "a", "type": "Boolean"}]}])")),
+                HasSubstr("$.classes[0].directives[0].request: a directive that takes attributes has no request arguments"));
 }
 
 TEST(DictionaryLoad, RecursiveAndOverDeepTypesAreRefused)
@@ -120,6 +123,13 @@ TEST(DictionaryLoad, RecursiveAndOverDeepTypesAreRefused)
                  + std::to_string(i) + R"(", "kind": "set", "element": ")" + (i == 39 ? "Real" : "T" + std::to_string(i + 1))
                  + "\"}";
     EXPECT_THAT(LoadError(Minimal(chain, "")), HasSubstr("nest deeper than 32"));
+    // The same chain written from the bottom up: each type refers to one already built.
+    std::string upward;
+    for (int i = 39; i >= 0; --i)
+        upward += (i != 39 ? "," : "") + std::string(R"({"id": )") + std::to_string(i + 1) + R"(, "name": "T)"
+                  + std::to_string(i) + R"(", "kind": "set", "element": ")" + (i == 39 ? "Real" : "T" + std::to_string(i + 1))
+                  + "\"}";
+    EXPECT_THAT(LoadError(Minimal(upward, "")), HasSubstr("nest deeper than 32"));
     std::string deep = "{\"code\": 1, \"name\": \"C\"}";
     for (int i = 0; i < 40; ++i)
         deep = "{\"code\": 1, \"name\": \"C\", \"children\": [" + deep + "]}";
@@ -163,7 +173,7 @@ TEST(DictionaryIterators, WalkArgumentsAttributesAndTypesInDictionaryOrder)
     std::size_t all = 0;
     for (TDictAttributeIterator it(interface); it.IsValid(); it.Next())
         ++all;
-    EXPECT_EQ(all, 12u);
+    EXPECT_EQ(all, 19u);
 
     EXPECT_FALSE(TDictArgumentIterator(interface, 99, ZED_DICT_REQUEST).IsValid());
     EXPECT_THROW(TDictAttributeIterator(TEntityClass(std::vector<unsigned int>{7})), TException);

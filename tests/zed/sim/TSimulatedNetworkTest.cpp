@@ -5,6 +5,7 @@
 #include "zed/value/TAttribute.h"
 #include "zed/value/TEventReport.h"
 #include "zed/value/TScalarValues.h"
+#include "zed/value/TSetOf.h"
 #include "zed/value/TValueParser.h"
 
 #include <gmock/gmock.h>
@@ -27,9 +28,18 @@ protected:
         const TDictDirective* directive = cls ? cls->FindDirective(directiveName) : nullptr;
         TSyncCall call(spec, directive ? directive->GetID() : 77);
         for (const auto& [name, text] : arguments) {
-            const TDictArgument* argument = directive->FindRequestArgument(name);
+            // As an input-output form fills its request: attribute values under their codes.
+            const TDictValue* element = directive->TakesAttributes()
+                                            ? static_cast<const TDictValue*>(cls->FindAttribute(name))
+                                            : directive->FindRequestArgument(name);
             std::string error;
-            TValuePtr value = ZEDParseValue(argument->GetType(), text, argument->GetID(), {&Dictionary(), cls}, &error);
+            TValuePtr value;
+            if (text == "@default") {
+                value = ZEDMakeValue(element->GetType(), element->GetID());
+                value->SetDefault();
+            } else {
+                value = ZEDParseValue(element->GetType(), text, element->GetID(), {&Dictionary(), cls}, &error);
+            }
             EXPECT_NE(value, nullptr) << name << ": " << error;
             call.GetRequest().Add(std::move(value));
         }
@@ -72,6 +82,7 @@ TEST_F(SimulatedNetworkTest, ShowAnswersThePartitionAskedFor)
     TSyncCall all = Call("Network core", "Show");
     const auto& everything = static_cast<const TAttributeList&>(all.GetReply().At(0));
     EXPECT_EQ(everything[17].ToString(), "(access denied)") << "write-only attributes come with a reason";
+    EXPECT_EQ(everything[17].GetID(), 17u) << "the placeholder is known by its attribute";
     EXPECT_EQ(everything[8].GetDatatype(), ZED_DT_MARKER) << "no event has been kept yet";
 }
 
@@ -157,38 +168,82 @@ TEST_F(SimulatedNetworkTest, WrongArgumentsGiveTheInvalidArgumentException)
     EXPECT_EQ(ReplyValue(marked, "Test", "Sent"), "4") << "the dictionary's local default";
 }
 
-TEST_F(SimulatedNetworkTest, SetChecksAccessAndTypesAndReportsAnEvent)
+TEST_F(SimulatedNetworkTest, SetChangesScalarRecordAndSetAttributesAndReportsThroughTheModule)
 {
-    TSyncCall set = Call("Network core Router r1", "Set", {{"Attributes", R"({"Priority": 9})"}});
-    EXPECT_EQ(set.GetStatus(), ZED_STATUS_RESPONSE);
-    TSyncCall show = Call("Network core Router r1", "Show", {{"Partition", "Characteristics"}});
-    EXPECT_EQ(static_cast<const TAttributeList&>(show.GetReply().At(0))[12].ToString(), "9");
+    TSyncCall set = Call("Network core Router r1", "Set",
+                         {{"Priority", "9"},
+                          {"ManagementAddress", R"({"Host": "r1-mgmt", "Port": 1161, "Transport": "TCP"})"},
+                          {"Peers", R"([{"Host": "r9", "Port": 179, "Transport": "TCP"}])"}});
+    ASSERT_EQ(set.GetStatus(), ZED_STATUS_RESPONSE) << ReplyValue(set, "Set", "Reason");
+    TSyncCall show = Call("Network core Router r1", "Show");
+    const auto& shown = static_cast<const TAttributeList&>(show.GetReply().At(0));
+    EXPECT_EQ(shown[12].ToString(), "9");
+    EXPECT_EQ(shown[5].ToString(), "{ Host = r1-mgmt, Port = 1161, Transport = TCP }");
+    EXPECT_EQ(shown[6].ToString(), "{ { Host = r9, Port = 179, Transport = TCP } }");
+    EXPECT_EQ(shown[12].GetID(), 12u) << "a value taken out of an attribute carries its code";
 
-    TSyncCall readOnly = Call("Network core Router r1", "Set", {{"Attributes", R"({"State": "Down"})"}});
-    EXPECT_EQ(readOnly.GetStatus(), ZED_STATUS_SPECIALISED_EXCEPTION);
-    EXPECT_EQ(ReplyValue(readOnly, "Set", "Attribute"), "State");
-
-    const auto events = network->TakeEvents();
-    ASSERT_EQ(events.size(), 1u) << "only the successful Set reports";
-    const TValue& value = events[0].reply.At(0);
-    ASSERT_EQ(value.GetDatatype(), ZED_DT_EVENTREPORT);
-    const auto& report = static_cast<const TEventReport&>(value);
-    EXPECT_EQ(report.GetEventID(), 1u);
+    // Events come through the module interface, gathered by the application object.
+    const auto events = ZEDGetApplication()->TakeEvents();
+    ASSERT_EQ(events.size(), 1u);
+    const auto& report = static_cast<const TEventReport&>(events[0].reply.At(0));
     EXPECT_EQ(report.GetEntity().ToString(), "Network core Router r1");
     EXPECT_EQ(report[1].ToString(), "Set");
-    EXPECT_EQ(report[2].ToString(), "{ Priority = 9 }");
+    EXPECT_THAT(report[2].ToString(), HasSubstr("Priority = 9"));
     EXPECT_TRUE(network->TakeEvents().empty());
 
-    Call("Network core", "Set", {{"Attributes", R"({"Description": "changed"})"}});
-    TSyncCall shown = Call("Network core", "Show", {{"Partition", "Status"}});
-    EXPECT_EQ(static_cast<const TAttributeList&>(shown.GetReply().At(0))[8].GetDatatype(), ZED_DT_EVENTREPORT)
+    Call("Network core", "Set", {{"Description", "changed"}});
+    TSyncCall status = Call("Network core", "Show", {{"Partition", "Status"}});
+    EXPECT_EQ(static_cast<const TAttributeList&>(status.GetReply().At(0))[8].GetDatatype(), ZED_DT_EVENTREPORT)
         << "the network keeps its last event";
 }
 
-TEST_F(SimulatedNetworkTest, CreateAndDeleteChangeTheInstances)
+TEST_F(SimulatedNetworkTest, SetRefusesReadOnlyAttributesWrongTypesAndStrangers)
 {
+    TSyncCall readOnly = Call("Network core Router r1", "Set", {{"State", "Down"}});
+    EXPECT_EQ(readOnly.GetStatus(), ZED_STATUS_SPECIALISED_EXCEPTION);
+    EXPECT_EQ(ReplyValue(readOnly, "Set", "Attribute"), "State");
+
+    // BootPath is a sequence: a set of the same elements is another type (52, not 53).
+    const TDictClass* router = Dictionary().FindClass(TEntitySpec("Network core Router r1").GetEntityClass());
+    const TDictAttribute* bootPath = router->FindAttribute(std::string("BootPath"));
+    auto elements = std::make_shared<TDictTypeConstructorOf>(
+        0, "Paths", "Paths", false, static_cast<const TDictTypeConstructorOf&>(bootPath->GetType()).GetElementType());
+    TSyncCall wrongType(TEntitySpec("Network core Router r1"), router->FindDirective(std::string("Set"))->GetID());
+    wrongType.GetRequest().Add(std::make_unique<TSetOf>(elements, bootPath->GetID()));
+    wrongType.Execute();
+    EXPECT_EQ(wrongType.GetStatus(), ZED_STATUS_SPECIALISED_EXCEPTION);
+    EXPECT_EQ(ReplyValue(wrongType, "Set", "Argument"), "BootPath");
+
+    // Attribute 1 is an attribute here, never the first argument of anything.
+    TSyncCall name(TEntitySpec("Network core Router r1"), router->FindDirective(std::string("Set"))->GetID());
+    name.GetRequest().Add(std::make_unique<TLatin1String>("new text", 99));
+    name.Execute();
+    EXPECT_EQ(ReplyValue(name, "Set", "Reason"), "not an attribute of Router");
+    EXPECT_TRUE(ZEDGetApplication()->TakeEvents().empty()) << "a refused Set changes nothing";
+}
+
+TEST_F(SimulatedNetworkTest, AValueMarkedDefaultResetsTheAttribute)
+{
+    ASSERT_EQ(Call("Network core Router r1 Interface eth0", "Set", {{"Threshold", "42"}}).GetStatus(), ZED_STATUS_RESPONSE);
+    TSyncCall reset = Call("Network core Router r1 Interface eth0", "Set", {{"Threshold", "@default"}, {"Duplex", "@default"}});
+    ASSERT_EQ(reset.GetStatus(), ZED_STATUS_RESPONSE);
+    TSyncCall show = Call("Network core Router r1 Interface eth0", "Show");
+    const auto& shown = static_cast<const TAttributeList&>(show.GetReply().At(0));
+    EXPECT_EQ(shown[14].ToString(), "5") << "the dictionary's default";
+    EXPECT_FALSE(shown.FindAttribute(19)) << "the server's default: no value of its own";
+}
+
+TEST_F(SimulatedNetworkTest, CreateAndDeleteChangeTheInstancesAndReportThroughAListener)
+{
+    std::vector<std::string> heard;
+    ZEDGetApplication()->SetEventListener([&](const TCallResult& event) {
+        heard.push_back(static_cast<const TEventReport&>(event.reply.At(0))[1].ToString());
+        // The network is free again when the listener runs.
+        TSyncCall again(event.outEntity, 1);
+        again.Execute();
+    });
     const std::size_t before = network->GetStore().Count();
-    TSyncCall create = Call("Network core Router r1 Interface eth7", "Create", {{"Attributes", R"({"Speed": 100})"}});
+    TSyncCall create = Call("Network core Router r1 Interface eth7", "Create", {{"Speed", "100"}});
     EXPECT_EQ(create.GetStatus(), ZED_STATUS_RESPONSE);
     EXPECT_EQ(network->GetStore().Count(), before + 1);
     TSyncCall show = Call("Network core Router r1 Interface eth7", "Show");
@@ -203,6 +258,54 @@ TEST_F(SimulatedNetworkTest, CreateAndDeleteChangeTheInstances)
     EXPECT_EQ(Call("Network core Router r1", "Delete").GetStatus(), ZED_STATUS_RESPONSE);
     EXPECT_EQ(network->GetStore().Count(), before - 3) << "an instance goes with everything below it";
     EXPECT_EQ(Call("Network core Router r1 Interface eth0", "Show").GetStatus(), ZED_STATUS_COMMON_EXCEPTION);
+    ZEDGetApplication()->SetEventListener(nullptr);
+    EXPECT_EQ(heard, (std::vector<std::string>{"Create", "Delete"}));
+    EXPECT_TRUE(ZEDGetApplication()->TakeEvents().empty()) << "a listener takes the reports as they come";
+}
+
+TEST_F(SimulatedNetworkTest, AdministrativeLockReportsALinkStateChangeWithAReasonOnlyWhenDown)
+{
+    Call("Network core Router r1 Interface eth0", "Set", {{"AdminState", "Locked"}});
+    Call("Network core Router r1 Interface eth0", "Set", {{"AdminState", "Unlocked"}});
+    std::vector<const TEventReport*> links;
+    const auto events = ZEDGetApplication()->TakeEvents();
+    for (const TCallResult& event : events)
+        if (event.reply.GetReplyCode() == 2)
+            links.push_back(&static_cast<const TEventReport&>(event.reply.At(0)));
+    ASSERT_EQ(links.size(), 2u);
+    EXPECT_EQ((*links[0])[1].ToString(), "Down");
+    EXPECT_EQ((*links[0])[2].ToString(), "administratively locked");
+    EXPECT_EQ((*links[1])[1].ToString(), "Up");
+    EXPECT_FALSE((*links[1])[2].IsPresent()) << "the reason is sometimes absent";
+}
+
+TEST_F(SimulatedNetworkTest, EchoGivesEveryKindOfArgumentBackOrCountsThem)
+{
+    TSyncCall echo = Call("Network core Router r1 Interface eth0", "Echo",
+                          {{"Confirm", "TRUE"},
+                           {"When", "2026-11-22 09:10:00"},
+                           {"Place", R"({"Site": "A", "Position": {"Latitude": 1.5, "Longitude": 2}})"},
+                           {"Peers", R"([{"Host": "p", "Port": 1, "Transport": "UDP"}])"},
+                           {"States", R"(["Locked", "Unlocked"])"},
+                           {"Setting", R"({"attribute": "Mtu", "value": 1500})"},
+                           {"Watched", "Speed"},
+                           {"Gateway", R"({"Host": "gw", "Port": 2})"},
+                           {"Target", "Network core Router r2"},
+                           {"Tag", "hidden"}});
+    ASSERT_EQ(echo.GetStatus(), ZED_STATUS_RESPONSE);
+    EXPECT_EQ(echo.GetReply().GetReplyCode(), 1u);
+    EXPECT_EQ(ReplyValue(echo, "Echo", "Place"), "{ Site = A, Position = { Latitude = 1.5, Longitude = 2 } }");
+    EXPECT_EQ(ReplyValue(echo, "Echo", "States"), "{ Locked, Unlocked }");
+    EXPECT_EQ(ReplyValue(echo, "Echo", "Weight"), "1.5") << "a dictionary default comes back too";
+    EXPECT_EQ(echo.GetReply()[7].GetDatatype(), ZED_DT_SEQUENCEOF);
+    EXPECT_EQ(echo.GetReply()[10].GetDatatype(), ZED_DT_USERDEFINED);
+
+    TSyncCall summary = Call("Network core Router r1 Interface eth0", "Echo",
+                             {{"Confirm", "FALSE"}, {"Outcome", "Summary"}, {"Comment", "x"}});
+    EXPECT_EQ(summary.GetReply().GetReplyCode(), 2u);
+    EXPECT_EQ(ReplyValue(summary, "Echo", "Received"), "3");
+    EXPECT_EQ(Call("Network core Router r1 Interface eth0", "Echo").GetStatus(), ZED_STATUS_SPECIALISED_EXCEPTION)
+        << "Confirm is required";
 }
 
 TEST_F(SimulatedNetworkTest, CallsWithoutAModuleAndBadInstanceFilesThrow)
@@ -233,6 +336,15 @@ TEST_F(SimulatedNetworkTest, CallsWithoutAModuleAndBadInstanceFilesThrow)
                 HasSubstr("$.instances[0].attributes.Uptime: expected a duration"));
     EXPECT_THAT(fault(R"({"format": "zed-instances 1", "instances": [{"entity": "Network n"}, {"entity": "Network n"}]})"),
                 HasSubstr("declared twice"));
+    std::string deep = "true";
+    for (int i = 0; i < 16000; ++i)
+        deep = R"({"attribute": "Watch", "value": )" + deep + "}";
+    const std::string nested = fault(R"({"format": "zed-instances 1", "instances": [{"entity": "Network n"},
+        {"entity": "Network n Router r"}, {"entity": "Network n Router r Interface i", "attributes": {"Watch": )"
+                                     + deep + "}}]}");
+    EXPECT_THAT(nested, HasSubstr("i.json: $.instances[2].attributes.Watch.value.value."));
+    EXPECT_THAT(nested, HasSubstr(".value: values nest deeper than 96 levels"));
+    EXPECT_LT(nested.size(), 300u) << "the middle of a deep path is counted, not spelt out";
     EXPECT_EQ(network->GetStore().Count(), before) << "a bad file keeps the old instances";
 }
 

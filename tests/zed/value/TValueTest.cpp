@@ -7,6 +7,8 @@
 #include "zed/value/TTimeValues.h"
 #include "zed/value/TUserDefined.h"
 #include "zed/value/TValueParser.h"
+#include "zed/trace/TTraceProvider.h"
+#include "zed/trace/TTraceStream.h"
 
 #include <gtest/gtest.h>
 
@@ -133,7 +135,7 @@ TEST_F(ValueTest, CompositesFromJsonKeepDictionaryOrderAndCopyDeeply)
     ASSERT_EQ(percent->GetDatatype(), ZED_DT_USERDEFINED);
     const auto& user = static_cast<const TUserDefined&>(*percent);
     EXPECT_EQ(user.GetDefinition()->GetName(), "Percentage");
-    EXPECT_EQ(user.GetDefinition()->GetValueDatatype(), ZED_DT_UNSIGNED16);
+    EXPECT_EQ(user.GetDefinition()->GetDatatype(), ZED_DT_UNSIGNED16);
     EXPECT_EQ(user.GetValue().GetDatatype(), ZED_DT_UNSIGNED16);
 }
 
@@ -142,7 +144,7 @@ TEST_F(ValueTest, EmptyValuesOfEveryTypeCarryTheirKindAndIdentifier)
     for (const TDictTypePtr& type : Dictionary().GetTypes()) {
         TValuePtr value = ZEDMakeValue(*type, 9);
         ASSERT_NE(value, nullptr) << type->GetName();
-        EXPECT_EQ(value->GetDatatype(), type->GetValueDatatype()) << type->GetName();
+        EXPECT_EQ(value->GetDatatype(), type->GetDatatype()) << type->GetName();
         EXPECT_EQ(value->GetID(), 9u);
     }
     EXPECT_FALSE(ZEDMakeValue(Type("Unsigned16"), 1)->IsPresent());
@@ -193,6 +195,77 @@ TEST_F(ValueTest, EqualityLooksAtKindIdentifierAndMarks)
     TEnumeration up(Type("OperState").ShareAs<TDictTypeEnumeration>(), 1);
     EXPECT_EQ(up.ToString(), "Up");
     EXPECT_EQ(TEnumeration(nullptr, 5).ToString(), "5") << "without a definition the code shows";
+}
+
+TEST_F(ValueTest, AnAttributesValueIsKnownByTheAttributesCode)
+{
+    TAttribute attribute(TAttributeID(12, "Priority"), std::make_unique<TUnsigned16>(3, 99), 4);
+    EXPECT_EQ(attribute.GetID(), 4u);
+    EXPECT_EQ(attribute.GetValue().GetID(), 12u) << "the wrapped value takes the attribute's code";
+    attribute.SetValue(TUnsigned16(5, 77));
+    EXPECT_EQ(attribute.GetValue().GetID(), 12u);
+    attribute.SetAttributeID(TAttributeID(13, "Other"));
+    EXPECT_EQ(attribute.GetValue().GetID(), 13u);
+    EXPECT_EQ(attribute.ToString(), "Other = 5");
+
+    TAttributeList list;
+    list.Add(attribute);
+    EXPECT_TRUE(list.Remove(13));
+    EXPECT_FALSE(list.Remove(13));
+    EXPECT_EQ(list.Size(), 0u);
+
+    std::string error;
+    const TDictClass& interface = Class({1, 2, 3});
+    auto byName = ZEDParseAttributeID("watch", interface, &error);
+    ASSERT_NE(byName, nullptr) << error;
+    EXPECT_EQ(byName->GetValue(), 16u);
+    auto byCode = ZEDParseAttributeID("16", interface);
+    ASSERT_NE(byCode, nullptr);
+    EXPECT_TRUE(*byCode == *byName);
+    EXPECT_EQ(ZEDParseAttributeID("Colour", interface, &error), nullptr);
+    EXPECT_NE(error.find("Colour"), std::string::npos);
+    EXPECT_EQ(ZEDParseAttributeID("999", interface), nullptr);
+}
+
+TEST_F(ValueTest, CompositesAndUserDefinedValuesKeepTheirDictionaryType)
+{
+    EXPECT_EQ(Parse("Location", R"({"Site": "x"})")->GetDictType(), &Type("Location"));
+    EXPECT_EQ(Parse("PeerSet", "[]")->GetDictType(), &Type("PeerSet"));
+    EXPECT_EQ(Parse("OperState", "Up")->GetDictType(), &Type("OperState"));
+    EXPECT_EQ(Parse("Percentage", "5")->GetDictType(),
+              static_cast<const TDictTypeUserDefined&>(Type("Percentage")).GetBase().get())
+        << "the base under the user type's name";
+    EXPECT_EQ(Parse("Unsigned16", "5")->GetDictType(), nullptr) << "a plain value needs none";
+
+    TTraceProvider& provider = *ZEDGetApplication()->GetTraceProvider();
+    provider.SetMask(1);
+    provider.StartCapture();
+    TTraceStream(1) << "value " << *Parse("Location", R"({"Site": "x"})") << endl;
+    EXPECT_EQ(provider.GetCapture(), "value { Site = x }\n");
+    provider.StopCapture();
+    provider.SetMask(0);
+}
+
+TEST_F(ValueTest, ValuesNestedWithoutEndAreRefusedWithTheirPlaceNotACrash)
+{
+    // An attribute may hold an attribute of its own class: nothing in the type stops the nesting.
+    std::string deep = "1";
+    for (int i = 0; i < 16000; ++i)
+        deep = R"({"attribute": "Watch", "value": )" + deep + "}";
+    std::string error;
+    EXPECT_EQ(ZEDParseValue(Type("Attribute"), deep, 1, {&Dictionary(), &Class({1, 2, 3})}, &error), nullptr);
+    EXPECT_NE(error.find("values nest deeper than 96 levels"), std::string::npos) << error;
+    EXPECT_NE(error.find("$.value.value.value"), std::string::npos) << error;
+
+    std::string fine = R"({"attribute": "LinkUp", "value": true})";
+    for (int i = 0; i < 90; ++i)
+        fine = R"({"attribute": "Watch", "value": )" + fine + "}";
+    EXPECT_NE(ZEDParseValue(Type("Attribute"), fine, 1, {&Dictionary(), &Class({1, 2, 3})}, &error), nullptr) << error;
+
+    std::string arrays(16000, '[');
+    arrays += std::string(16000, ']');
+    EXPECT_EQ(Parse("PeerSet", arrays, &error), nullptr);
+    EXPECT_FALSE(error.empty());
 }
 
 } // namespace
