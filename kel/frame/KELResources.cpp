@@ -1,5 +1,7 @@
 #include "kel/frame/KELResources.h"
 
+#include "kel/frame/KELModule.h"
+
 #include <cstdio>
 #include <cstdlib>
 #include <dlfcn.h>
@@ -37,28 +39,9 @@ bool LoadLocked(std::string* error, std::string* file)
     const std::string name = override && *override ? override : KELResources::kModuleFileName;
     if (file)
         *file = name;
-    void* handle = dlopen(name.c_str(), RTLD_NOW | RTLD_LOCAL);
-    if (!handle && name.find('/') == std::string::npos) {
-        // Beside this library, where the build and installation put it: the
-        // search path misses it when a tool (a sanitizer's interceptor) stands
-        // between this library and dlopen.
-        const std::string searchError = dlerror();
-        Dl_info self{};
-        if (dladdr(reinterpret_cast<const void*>(&LoadLocked), &self) && self.dli_fname) {
-            const std::string here = self.dli_fname;
-            handle = dlopen((here.substr(0, here.rfind('/') + 1) + name).c_str(), RTLD_NOW | RTLD_LOCAL);
-        }
-        if (!handle) {
-            if (error)
-                *error = searchError;
-            return false;
-        }
-    }
-    if (!handle) {
-        if (error)
-            *error = dlerror();
+    void* handle = KELOpenModule(name, error);
+    if (!handle)
         return false;
-    }
     Module loaded;
     loaded.handle = handle;
     loaded.string = reinterpret_cast<decltype(loaded.string)>(dlsym(handle, "KELResString"));

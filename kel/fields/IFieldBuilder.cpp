@@ -1,0 +1,81 @@
+#include "kel/fields/IFieldBuilder.h"
+
+#include "kel/fields/IContainer.h"
+#include "kel/fields/IFieldContainer.h"
+#include "kel/fields/IFieldDateTime.h"
+#include "kel/fields/IFieldLaunch.h"
+#include "kel/fields/IFieldNotSupported.h"
+#include "kel/fields/KELFormContext.h"
+#include "kel/frame/KELLaunch.h"
+#include "kel/model/IElementInfo.h"
+#include "zed/value/TEntitySpec.h"
+#include "zed/value/ZedDatatypes.h"
+
+#include <array>
+
+namespace {
+
+using Factory = std::unique_ptr<IField> (*)(IElementInfo&, IContainer*);
+
+template <class Kind>
+std::unique_ptr<IField> Make(IElementInfo& info, IContainer* container)
+{
+    return std::make_unique<Kind>(info, container);
+}
+
+// A time that cannot be changed is shown as text.
+std::unique_ptr<IField> MakeTime(IElementInfo& info, IContainer* container)
+{
+    if (info.GetAccess() == ZED_ACCESS_READ_ONLY)
+        return Make<IFieldNotSupported>(info, container);  // the text field's place until it lands
+    return Make<IFieldDateTime>(info, container);
+}
+
+struct Kind {
+    unsigned int dt;
+    Factory make;
+};
+
+// Data-type code to field kind. Codes not listed (and every code outside 1
+// to 83) get the placeholder. The text, numeric, enumeration, boolean,
+// record, set-of and attribute kinds take their places here as they land.
+constexpr std::array kKinds = {
+    Kind{ZED_DT_ABSTIME, &MakeTime},
+};
+
+Factory FactoryFor(unsigned int dt)
+{
+    for (const Kind& kind : kKinds)
+        if (kind.dt == dt)
+            return kind.make;
+    return &Make<IFieldNotSupported>;
+}
+
+// The first application registered for the element of a form line, if any.
+std::unique_ptr<IField> LaunchField(IContainer* container, IElementInfo& info)
+{
+    if (info.GetAccess() == ZED_ACCESS_READ_ONLY || !container || dynamic_cast<IFieldContainer*>(container))
+        return nullptr;
+    KELFormContext* form = container->GetFormContext();
+    if (!form)
+        return nullptr;
+    const unsigned int element = static_cast<unsigned int>(info.GetID());
+    const std::vector<std::string> names =
+        KELLaunch::GetApplications(form->GetCurrentEntity(), form->GetCurrentDirective(), element);
+    if (names.empty())
+        return nullptr;
+    return std::make_unique<IFieldLaunch>(info, container, names.front());
+}
+
+} // namespace
+
+IFieldBuilder::~IFieldBuilder() = default;
+
+std::unique_ptr<IField> IFieldBuilder::CreateField(IContainer* container, unsigned int& controlId, IElementInfo& info)
+{
+    std::unique_ptr<IField> field = LaunchField(container, info);
+    if (!field)
+        field = FactoryFor(info.GetDT())(info, container);
+    field->Create(controlId, info);
+    return field;
+}

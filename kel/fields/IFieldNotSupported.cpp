@@ -1,0 +1,33 @@
+#include "kel/fields/IFieldNotSupported.h"
+
+#include "kel/controls/KELControl.h"
+#include "kel/fields/IContainer.h"
+#include "kel/frame/KELResources.h"
+
+#include <QFontMetrics>
+#include <QLineEdit>
+
+IFieldNotSupported::IFieldNotSupported(IElementInfo& info, IContainer* container) : KELFieldWithoutValue(info, container)
+{
+}
+
+IFieldNotSupported::~IFieldNotSupported() = default;
+
+void IFieldNotSupported::Create(unsigned int& id, IElementInfo& info)
+{
+    auto* edit = new KELControl<QLineEdit>(this, GetContainer());
+    AdoptControl(edit, id, info);
+    edit->setReadOnly(true);
+    edit->setFrame(false);
+    edit->setBackgroundRole(QPalette::Window);
+    edit->setPlaceholderText(QString::fromStdString(KELResources::String(4032)));
+    m_pEdit = edit;
+    SetWindow(edit);
+    Resize(QSize(kWidth, QFontMetrics(edit->font()).height() + 3));
+}
+
+void IFieldNotSupported::Show(const QString& text)
+{
+    if (m_pEdit)
+        m_pEdit->setText(text);
+}
