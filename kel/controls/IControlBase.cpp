@@ -12,6 +12,7 @@
 #include <QContextMenuEvent>
 #include <QKeyEvent>
 #include <QMenu>
+#include <QPalette>
 #include <QPointer>
 #include <QWidget>
 
@@ -28,6 +29,15 @@ IField* IControlBase::OutermostField(IField* field)
         field = container->GetFieldParent();
     }
     return field;
+}
+
+void IControlBase::ShowAsReadOnly(QWidget* control)
+{
+    if (!control)
+        return;
+    QPalette palette = control->palette();
+    palette.setColor(QPalette::Base, palette.color(QPalette::Window));
+    control->setPalette(palette);
 }
 
 std::unique_ptr<QMenu> IControlBase::BuildFieldPopupMenu(QWidget* owner)

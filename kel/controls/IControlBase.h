@@ -43,6 +43,10 @@ public:
     int GetFlag() const { return m_flag; }
     void SetFlag(int flag) { m_flag = flag; }
 
+    // Gives a control that cannot be edited the window's background, so that an
+    // operator sees at a glance what is only shown.
+    static void ShowAsReadOnly(QWidget* control);
+
     // Climbs from the field through every field container to the field that
     // owns it, up to the field that stands on the form itself.
     static IField* OutermostField(IField* field);

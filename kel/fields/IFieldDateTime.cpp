@@ -16,6 +16,25 @@ const QDateTime kEmpty(QDate(100, 1, 1), QTime(0, 0), Qt::UTC);
 
 } // namespace
 
+QString IFieldDateTime::QtDisplayFormat(const char* format)
+{
+    // A run of exactly three y is the full year; other runs mean the same in both.
+    QString qt;
+    const QString given = QString::fromLatin1(format);
+    for (int i = 0; i < given.size();) {
+        int run = 0;
+        while (i + run < given.size() && given[i + run] == QLatin1Char('y'))
+            ++run;
+        if (run == 0) {
+            qt += given[i++];
+            continue;
+        }
+        qt += QString(run == 3 ? 4 : run, QLatin1Char('y'));
+        i += run;
+    }
+    return qt;
+}
+
 IFieldDateTime::IFieldDateTime(IElementInfo& info, IContainer* container) : IField(info, container) {}
 
 IFieldDateTime::~IFieldDateTime() = default;
@@ -25,7 +44,9 @@ void IFieldDateTime::Create(unsigned int& id, IElementInfo& info)
     auto* edit = new KELControl<QDateTimeEdit>(this, GetContainer());
     AdoptControl(edit, id, info);
     edit->setTimeSpec(Qt::UTC);
-    edit->setDisplayFormat(QString::fromLatin1(kDisplayFormat));
+    edit->setDisplayFormat(QtDisplayFormat(kDisplayFormat));
+    if (IsReadOnly())
+        IControlBase::ShowAsReadOnly(edit);
     edit->setMinimumDateTime(kEmpty);
     edit->setCalendarPopup(true);
     edit->setReadOnly(IsReadOnly() != 0);

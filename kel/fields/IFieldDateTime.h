@@ -3,6 +3,7 @@
 #include "kel/fields/IField.h"
 
 class QDateTimeEdit;
+class QString;
 
 // An absolute time that may be changed: a date-time control showing
 // "MM/dd/yyy HH:mm:ss" in UTC, as the access library keeps times. A field
@@ -11,7 +12,10 @@ class QDateTimeEdit;
 // that its value goes marked default.
 class KEL_EXPORT IFieldDateTime : public IField {
 public:
+    // The format as operators know it, where "yyy" is the full year; Qt
+    // spells that "yyyy" (its "yyy" would show two digits and a letter y).
     static constexpr const char* kDisplayFormat = "MM/dd/yyy HH:mm:ss";
+    static QString QtDisplayFormat(const char* format);
 
     IFieldDateTime(IElementInfo& info, IContainer* container);
     ~IFieldDateTime() override;

@@ -19,7 +19,7 @@ void IFieldNotSupported::Create(unsigned int& id, IElementInfo& info)
     AdoptControl(edit, id, info);
     edit->setReadOnly(true);
     edit->setFrame(false);
-    edit->setBackgroundRole(QPalette::Window);
+    IControlBase::ShowAsReadOnly(edit);
     edit->setPlaceholderText(QString::fromStdString(KELResources::String(4032)));
     m_pEdit = edit;
     SetWindow(edit);

@@ -1,0 +1,76 @@
+#include "launch/GaLaunchRegistry.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+namespace {
+
+std::vector<std::string> Names(const GaLaunchRegistry& registry, std::vector<unsigned int> path, unsigned int directive,
+                               unsigned int element)
+{
+    const GaLaunchQuery query{path.data(), static_cast<unsigned int>(path.size()), directive, element};
+    std::vector<std::string> names;
+    for (const GaLaunchRegistration* found : registry.Find(query))
+        names.push_back(found->name);
+    return names;
+}
+
+TEST(LaunchRegistry, MatchesClassDirectiveAndElementWithWildcards)
+{
+    const GaLaunchRegistry registry = GaLaunchRegistry::FromText(
+        "[ Launch : Any ]\n    Command = a\n[ End Launch : Any ]\n"
+        "[ Launch : Routers ]\n    Class = 1.2\n    Directive = *\n    Command = b\n[ End Launch : Routers ]\n"
+        "[ Launch : Trace ]\n    Class = 1.2.3\n    Directive = 10\n    Element = 2\n    Command = c\n"
+        "[ End Launch : Trace ]\n"
+        "[ Display ]\n    Width = 3\n[ End Display ]\n");
+    EXPECT_EQ(registry.All().size(), 3u) << "other sections are not registrations";
+    EXPECT_THAT(Names(registry, {1, 2}, 5, 1), ElementsAre("Any", "Routers"));
+    EXPECT_THAT(Names(registry, {1, 2, 3}, 10, 2), ElementsAre("Any", "Trace"));
+    EXPECT_THAT(Names(registry, {1, 2, 3}, 10, 3), ElementsAre("Any"));
+    EXPECT_THAT(Names(registry, {1}, 10, 2), ElementsAre("Any"));
+}
+
+TEST(LaunchRegistry, LeavesOutWhatCannotBeUsedAndSaysWhy)
+{
+    std::vector<std::string> problems;
+    const GaLaunchRegistry registry = GaLaunchRegistry::FromText(
+        "[ Launch : NoCommand ]\n    Class = 1\n[ End Launch : NoCommand ]\n"
+        "[ Launch : BadClass ]\n    Class = 1..2\n    Command = x\n[ End Launch : BadClass ]\n"
+        "[ Launch : BadDirective ]\n    Directive = ten\n    Command = x\n[ End Launch : BadDirective ]\n"
+        "[ Launch : BadElement ]\n    Element = -1\n    Command = x\n[ End Launch : BadElement ]\n"
+        "[ Launch : ]\n    Command = x\n[ End Launch : ]\n"
+        "[ Launch : Good ]\n    Command = x\n[ End Launch : Good ]\n",
+        &problems);
+    ASSERT_EQ(registry.All().size(), 1u);
+    EXPECT_EQ(registry.All()[0].name, "Good");
+    EXPECT_THAT(problems, ElementsAre(HasSubstr("NoCommand ] has no Command"), HasSubstr("BadClass ] Class is not"),
+                                      HasSubstr("Directive is not a number"), HasSubstr("Element is not a number"),
+                                      HasSubstr("has no name")));
+    problems.clear();
+    EXPECT_TRUE(GaLaunchRegistry::FromFile("/nonexistent/launch.cfg", &problems).All().empty());
+    EXPECT_THAT(problems, ElementsAre(HasSubstr("/nonexistent/launch.cfg: ")));
+}
+
+TEST(LaunchRegistry, StartsTheCommandDetachedWithItsVariables)
+{
+    TempDir dir;
+    const std::string out = dir / "out.txt";
+    EXPECT_EQ(GaLaunchStartDetached("echo \"$ORVEX_LAUNCH_ENTITY $HOME_IS_KEPT\" > '" + out + "'",
+                                    {"ORVEX_LAUNCH_ENTITY=Network core", "HOME_IS_KEPT=yes"}),
+              0);
+    std::string text;
+    for (int i = 0; i < 100 && text.empty(); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        text = TempDir::Read(out);
+    }
+    EXPECT_EQ(text, "Network core yes\n");
+}
+
+} // namespace
