@@ -147,10 +147,15 @@ public:
         ++nulls;
         return true;
     }
-    bool SetToServerDefault() override { return false; }
+    bool SetToServerDefault() override
+    {
+        ++serverDefaults;
+        return true;
+    }
     std::unique_ptr<TValue> GetTValue(bool) override { return nullptr; }
 
     int nulls = 0;
+    int serverDefaults = 0;
     int sizeChanges = 0;
 
 private:

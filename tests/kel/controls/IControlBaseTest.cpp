@@ -143,6 +143,10 @@ TEST_F(ControlTest, RevertAndDefaultActOnTheWholeFieldOfTheLine)
     // The record's own container menu reaches it too.
     record.Container().OnCommand(KEL_ID_FIELD_REVERT);
     EXPECT_EQ(record.nulls, 2);
+
+    Control(*member).OnCommand(KEL_ID_FIELD_DEFAULT);
+    EXPECT_EQ(record.serverDefaults, 1) << "the record's policy, not the member's";
+    EXPECT_EQ(member->serverDefaults, 0);
 }
 
 TEST_F(ControlTest, HelpAndSetCommandsReachTheField)
