@@ -11,6 +11,7 @@
 #include <QAction>
 #include <QContextMenuEvent>
 #include <QKeyEvent>
+#include <QLineEdit>
 #include <QMenu>
 #include <QPalette>
 #include <QPointer>
@@ -38,6 +39,15 @@ void IControlBase::ShowAsReadOnly(QWidget* control)
     QPalette palette = control->palette();
     palette.setColor(QPalette::Base, palette.color(QPalette::Window));
     control->setPalette(palette);
+}
+
+void IControlBase::ShowAsReadOnly(QLineEdit* edit)
+{
+    if (!edit)
+        return;
+    edit->setReadOnly(true);
+    edit->setFrame(false);
+    ShowAsReadOnly(static_cast<QWidget*>(edit));
 }
 
 std::unique_ptr<QMenu> IControlBase::BuildFieldPopupMenu(QWidget* owner)

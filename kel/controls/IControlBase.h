@@ -7,6 +7,12 @@
 
 class IField;
 class QEvent;
+class QLineEdit;
+
+// What a control tells its field through IField::ControlCallback.
+inline constexpr int KEL_CONTROL_KILLFOCUS = 1;
+inline constexpr int KEL_CONTROL_CHANGED = 2;
+inline constexpr int KEL_CONTROL_CLICKED = 3;
 class QMenu;
 class QWidget;
 
@@ -46,6 +52,8 @@ public:
     // Gives a control that cannot be edited the window's background, so that an
     // operator sees at a glance what is only shown.
     static void ShowAsReadOnly(QWidget* control);
+    // A line edit that only shows: read-only, without a frame, with that background.
+    static void ShowAsReadOnly(QLineEdit* edit);
 
     // Climbs from the field through every field container to the field that
     // owns it, up to the field that stands on the form itself.

@@ -2,9 +2,14 @@
 
 #include "kel/fields/IContainer.h"
 #include "kel/fields/IFieldContainer.h"
+#include "kel/fields/IFieldCombo.h"
 #include "kel/fields/IFieldDateTime.h"
+#include "kel/fields/IFieldEdit.h"
+#include "kel/fields/IFieldEditMulti.h"
 #include "kel/fields/IFieldLaunch.h"
 #include "kel/fields/IFieldNotSupported.h"
+#include "kel/fields/IFieldNumeric.h"
+#include "kel/fields/IFieldToggle.h"
 #include "kel/fields/KELFormContext.h"
 #include "kel/frame/KELLaunch.h"
 #include "kel/model/IElementInfo.h"
@@ -27,7 +32,7 @@ std::unique_ptr<IField> Make(IElementInfo& info, IContainer* container)
 std::unique_ptr<IField> MakeTime(IElementInfo& info, IContainer* container)
 {
     if (info.GetAccess() == ZED_ACCESS_READ_ONLY)
-        return Make<IFieldNotSupported>(info, container);  // the text field's place until it lands
+        return Make<IFieldEdit>(info, container);
     return Make<IFieldDateTime>(info, container);
 }
 
@@ -37,10 +42,28 @@ struct Kind {
 };
 
 // Data-type code to field kind. Codes not listed (and every code outside 1
-// to 83) get the placeholder. The text, numeric, enumeration, boolean,
-// record, set-of and attribute kinds take their places here as they land.
+// to 83) get the placeholder. The record, set-of and attribute kinds take
+// their places here as they land.
 constexpr std::array kKinds = {
+    Kind{ZED_DT_BOOLEAN, &Make<IFieldToggle>},
+    Kind{ZED_DT_LATIN1STRING, &Make<IFieldEditMulti>},
+    Kind{ZED_DT_SIMPLENAME, &Make<IFieldEdit>},
+    Kind{ZED_DT_FULLNAME, &Make<IFieldEdit>},
+    Kind{ZED_DT_OCTETSTRING, &Make<IFieldEdit>},
+    Kind{ZED_DT_ENTITYSPEC, &Make<IFieldEdit>},
+    Kind{ZED_DT_ENTITYCLASS, &Make<IFieldEdit>},
+    Kind{ZED_DT_ATTRIBUTELIST, &Make<IFieldEdit>},
+    Kind{ZED_DT_EVENTREPORT, &Make<IFieldEdit>},
+    Kind{ZED_DT_ENUMERATION, &Make<IFieldCombo>},
+    Kind{ZED_DT_INTEGER16, &Make<IFieldInteger16>},
+    Kind{ZED_DT_INTEGER32, &Make<IFieldInteger32>},
+    Kind{ZED_DT_UNSIGNED16, &Make<IFieldUnsigned16>},
+    Kind{ZED_DT_UNSIGNED32, &Make<IFieldUnsigned32>},
+    Kind{ZED_DT_COUNTER16, &Make<IFieldCounter16>},
+    Kind{ZED_DT_COUNTER32, &Make<IFieldCounter32>},
     Kind{ZED_DT_ABSTIME, &MakeTime},
+    Kind{ZED_DT_FLOAT, &Make<IFieldFloat>},
+    Kind{ZED_DT_REAL, &Make<IFieldReal>},
 };
 
 Factory FactoryFor(unsigned int dt)

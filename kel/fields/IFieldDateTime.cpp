@@ -35,7 +35,7 @@ QString IFieldDateTime::QtDisplayFormat(const char* format)
     return qt;
 }
 
-IFieldDateTime::IFieldDateTime(IElementInfo& info, IContainer* container) : IField(info, container) {}
+IFieldDateTime::IFieldDateTime(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
 
 IFieldDateTime::~IFieldDateTime() = default;
 
@@ -121,33 +121,7 @@ void IFieldDateTime::SetValue(const TValue& value)
     ShowTime(static_cast<const TAbsTime&>(value).GetMilliseconds());
 }
 
-void IFieldDateTime::GetPartialRequest(std::string& request)
-{
-    std::string text;
-    GetValue(text);
-    request += text;
-}
-
-void IFieldDateTime::FillWithConfig(const std::string& key)
-{
-    std::string text;
-    if (ReadConfigText(key, text))
-        SetValue(text);
-}
-
-void IFieldDateTime::SaveContents(const std::string& key) const
-{
-    std::string text;
-    GetValue(text);
-    SaveConfigText(key, text, "IFieldDateTime");
-}
-
-void IFieldDateTime::Dump()
-{
-    std::string text;
-    GetValue(text);
-    KEL_TRACE(KEL_TRACE_INFO, "KELField", this) << "KEL : DateTime Value : " << text;
-}
+void IFieldDateTime::GetPartialRequest(std::string& request) { request += CurrentText(); }
 
 bool IFieldDateTime::SetToNullValue()
 {

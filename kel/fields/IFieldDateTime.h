@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kel/fields/IField.h"
+#include "kel/fields/KELTextField.h"
 
 class QDateTimeEdit;
 class QString;
@@ -10,7 +10,7 @@ class QString;
 // without a value shows nothing (or the not-returned text); one left to the
 // server's default shows string 4044 and reads back as the default's text, so
 // that its value goes marked default.
-class KEL_EXPORT IFieldDateTime : public IField {
+class KEL_EXPORT IFieldDateTime : public KELTextField {
 public:
     // The format as operators know it, where "yyy" is the full year; Qt
     // spells that "yyyy" (its "yyy" would show two digits and a letter y).
@@ -27,12 +27,13 @@ public:
     void SetValue(const std::string& text) override;
     void SetValue(const TValue& value) override;
     void GetPartialRequest(std::string& request) override;
-    void FillWithConfig(const std::string& key) override;
-    void SaveContents(const std::string& key) const override;
-    void Dump() override;
     bool SetToNullValue() override;
     bool SetToServerDefault() override;
     std::unique_ptr<TValue> GetTValue(bool always) override;
+
+protected:
+    const char* KindName() const override { return "IFieldDateTime"; }
+    const char* DumpName() const override { return "DateTime"; }
 
 private:
     void ShowEmpty(const QString& text);

@@ -17,8 +17,6 @@ void IFieldNotSupported::Create(unsigned int& id, IElementInfo& info)
 {
     auto* edit = new KELControl<QLineEdit>(this, GetContainer());
     AdoptControl(edit, id, info);
-    edit->setReadOnly(true);
-    edit->setFrame(false);
     IControlBase::ShowAsReadOnly(edit);
     edit->setPlaceholderText(QString::fromStdString(KELResources::String(4032)));
     m_pEdit = edit;

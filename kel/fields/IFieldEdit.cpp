@@ -1,0 +1,96 @@
+#include "kel/fields/IFieldEdit.h"
+
+#include "kel/controls/KELControl.h"
+#include "kel/fields/IContainer.h"
+#include "kel/frame/KELResources.h"
+#include "kel/frame/KELTrace.h"
+#include "kel/model/IElementInfo.h"
+#include "zed/TApplication.h"
+#include "zed/value/TEntitySpec.h"
+#include "zed/value/TScalarValues.h"
+
+#include <QFontMetrics>
+#include <QLineEdit>
+
+namespace {
+
+// What a text limit of 0 means to an edit control: no limit of its own.
+constexpr int kNoLimit = 32767;
+
+} // namespace
+
+IFieldEdit::IFieldEdit(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
+
+IFieldEdit::~IFieldEdit() = default;
+
+void IFieldEdit::Create(unsigned int& id, IElementInfo& info)
+{
+    auto* edit = new KELControl<QLineEdit>(this, GetContainer());
+    AdoptControl(edit, id, info);
+    if (IsReadOnly()) {
+        IControlBase::ShowAsReadOnly(edit);
+        edit->SetFlag(1);
+    }
+    const unsigned int limit = info.GetMaxSize();
+    edit->setMaxLength(limit == 0 || limit > static_cast<unsigned int>(kNoLimit) ? kNoLimit : static_cast<int>(limit));
+    m_pEdit = edit;
+    SetWindow(edit);
+    Resize(QSize(kWidth, QFontMetrics(edit->font()).boundingRect(QStringLiteral("Text")).height() + 3));
+}
+
+void IFieldEdit::GetValue(std::string& text) const { text = m_pEdit ? m_pEdit->text().toStdString() : std::string(); }
+
+void IFieldEdit::SetToNotReturned() { SetValue(KELResources::String(4025)); }
+
+void IFieldEdit::SetValue(const std::string& text)
+{
+    if (m_pEdit) {
+        m_pEdit->setText(QString::fromStdString(text));
+        m_pEdit->setCursorPosition(0);  // the start of a long text, not its end
+    }
+}
+
+// A value with a reason shows the reason's text: ToString gives it.
+void IFieldEdit::SetValue(const TValue& value) { SetValue(value.ToString()); }
+
+void IFieldEdit::GetPartialRequest(std::string& request) { GetValue(request); }
+
+std::unique_ptr<TValue> IFieldEdit::ValueOfText(unsigned int dt, const std::string& text)
+{
+    const TDictionary* dictionary = ZEDGetApplication()->GetDictionary().get();
+    switch (dt) {
+    case ZED_DT_SIMPLENAME: return text.empty() ? std::make_unique<TSimpleName>() : std::make_unique<TSimpleName>(text);
+    case ZED_DT_FULLNAME: return text.empty() ? std::make_unique<TFullName>() : std::make_unique<TFullName>(text);
+    case ZED_DT_ENTITYSPEC: {
+        if (text.empty())
+            return std::make_unique<TEntitySpec>();
+        std::optional<TEntitySpec> entity = TEntitySpec::Parse(text, dictionary);
+        return entity ? std::make_unique<TEntitySpec>(*entity) : nullptr;
+    }
+    case ZED_DT_ENTITYCLASS: {
+        if (text.empty())
+            return std::make_unique<TEntityClass>();
+        std::optional<TEntitySpec> entity = TEntitySpec::Parse(text, dictionary);
+        return entity ? std::make_unique<TEntityClass>(entity->GetEntityClass()) : nullptr;
+    }
+    // An identifier is chosen by name in the attribute field; as text it stays unread.
+    case ZED_DT_ATTRIBUTEID: return std::make_unique<TAttributeID>();
+    default: return nullptr;  // octets, times, lists and reports are shown, not returned
+    }
+}
+
+std::unique_ptr<TValue> IFieldEdit::GetTValue(bool always)
+{
+    const std::string text = CurrentText();
+    if (text.empty() && !always)
+        return nullptr;
+    if (GetDT() < ZED_DT_SIMPLENAME || GetDT() > ZED_DT_ATTRIBUTEID)
+        return nullptr;
+    std::unique_ptr<TValue> value = ValueOfText(GetDT(), text);
+    if (!value)
+        return nullptr;
+    value->SetID(GetID());
+    if (DefaultAllowed() == ZED_DEFAULT_SERVER && text == GetDefault())
+        value->SetDefault();
+    return value;
+}

@@ -1,0 +1,107 @@
+#include "kel/fields/IFieldEditNum.h"
+
+#include "kel/controls/IControlEditNum.h"
+#include "kel/fields/IContainer.h"
+#include "kel/frame/ICreationFailedException.h"
+#include "kel/frame/KELResources.h"
+#include "kel/frame/KELTrace.h"
+#include "kel/model/IElementInfo.h"
+
+#include <QFontMetrics>
+
+IFieldEditNum::IFieldEditNum(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
+
+IFieldEditNum::~IFieldEditNum() = default;
+
+void IFieldEditNum::Create(unsigned int& id, IElementInfo& info)
+{
+    auto* edit = new IControlEditNum(this, GetContainer());
+    try {
+        AdoptControl(edit, id, info);
+    } catch (const ICreationFailedException&) {
+        throw;
+    } catch (const std::exception& e) {
+        KEL_TRACE(KEL_TRACE_EXCP, "KELField", this)
+            << "KEL Exception catched : IFieldEditNum::Create Get Type Presentation Name : " << e.what();
+    } catch (...) {
+        KEL_TRACE(KEL_TRACE_EXCP, "KELField", this)
+            << "KEL Exception catched : IFieldEditNum::Create Get Type Presentation Name : Unknown exception ";
+    }
+    if (IsReadOnly()) {
+        IControlBase::ShowAsReadOnly(edit);
+        edit->SetFlag(1);
+    }
+    if (info.GetMaxSize() > 0 && info.GetMaxSize() < 32767)
+        edit->setMaxLength(static_cast<int>(info.GetMaxSize()));
+    m_pEdit = edit;
+    SetWindow(edit);
+    Resize(QSize(150, QFontMetrics(edit->font()).boundingRect(QStringLiteral("Text")).height() + 3));
+}
+
+void IFieldEditNum::GetValue(std::string& text) const
+{
+    text = m_pEdit ? m_pEdit->text().toStdString() : std::string();
+}
+
+void IFieldEditNum::SetToNotReturned() { SetValue(std::string()); }
+
+void IFieldEditNum::SetValue(const std::string& text)
+{
+    if (!m_pEdit)
+        return;
+    m_pEdit->setText(QString::fromStdString(text));
+    m_pEdit->MarkInvalid(QString());
+}
+
+void IFieldEditNum::SetValue(const TValue& value)
+{
+    RememberPutIn(value.ToString());
+    SetValue(value.ToString());
+    SetInitialValue(value.Clone());
+}
+
+void IFieldEditNum::GetPartialRequest(std::string& request)
+{
+    GetValue(request);
+    if (request.empty())
+        request = KELResources::String(4025);
+}
+
+bool IFieldEditNum::ValueChanged() const { return TextChangedSincePutIn(); }
+
+bool IFieldEditNum::CheckText(std::string* reason)
+{
+    const std::string text = CurrentText();
+    if (text.empty())
+        return true;
+    std::string normalised = text;
+    if (Valid(normalised))
+        return true;
+    if (reason)
+        *reason = KELResources::Format(4070, {text});
+    return false;
+}
+
+void IFieldEditNum::ControlCallback(int code, void*)
+{
+    if (!m_pEdit || IsReadOnly() || (code != KEL_CONTROL_KILLFOCUS && code != KEL_CONTROL_CHANGED))
+        return;
+    std::string reason;
+    if (!CheckText(&reason)) {
+        m_pEdit->MarkInvalid(QString::fromStdString(reason));
+        return;
+    }
+    m_pEdit->MarkInvalid(QString());
+    if (code == KEL_CONTROL_KILLFOCUS) {
+        // Leaving the field puts a valid text in the kind's own form.
+        std::string text = CurrentText();
+        if (!text.empty() && Valid(text))
+            m_pEdit->setText(QString::fromStdString(text));
+    }
+}
+
+std::unique_ptr<TValue> IFieldEditNum::GetTValue(bool always)
+{
+    return ScalarTValue(
+        always, [this] { return MakeEmpty(); }, [this](const std::string& text) { return MakeValue(text); });
+}
