@@ -2,6 +2,7 @@
 
 #include "kel/controls/KELFormLineLayout.h"
 #include "kel/fields/IField.h"
+#include "kel/fields/KELFormContext.h"
 
 #include <algorithm>
 
@@ -84,6 +85,10 @@ void IControlContainer::ComputeSize(QSize& size) { size = Layout(false); }
 
 void IControlContainer::SizeHasChanged()
 {
+    if (KELFormContext* form = GetFormContext()) {
+        form->OnNewSize();
+        return;
+    }
     PlaceElements();
     QSize size;
     ComputeSize(size);

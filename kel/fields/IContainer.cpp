@@ -5,6 +5,8 @@
 
 KELFormContext::~KELFormContext() = default;
 
+void KELFormContext::OnNewSize() {}
+
 IContainerWnd::IContainerWnd(QWidget* parent) : QWidget(parent) {}
 
 IContainerWnd::~IContainerWnd() = default;

@@ -55,6 +55,13 @@ IField& IField::operator=(const IField& other)
 
 IField::~IField() { delete m_pWnd.data(); }
 
+void IField::SetWindow(QWidget* window)
+{
+    m_pWnd = window;
+    if (window)
+        window->show();
+}
+
 void IField::HideWindow()
 {
     if (m_pWnd)

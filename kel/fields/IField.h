@@ -100,8 +100,9 @@ protected:
     // the identity or the initial value; for kinds that copy themselves.
     IField(const IField& other);
     IField& operator=(const IField& other);
-    // The kind's main control, made in Create.
-    void SetWindow(QWidget* window) { m_pWnd = window; }
+    // The kind's main control, made in Create; shown, as a control made after
+    // its container is shown would not be.
+    void SetWindow(QWidget* window);
     // Takes a control just made in Create into the form: a missing one is a
     // creation failure (thrown); otherwise it gets the running control id
     // (advanced by one), the application's regular font, the element's name

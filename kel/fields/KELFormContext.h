@@ -19,4 +19,6 @@ public:
     virtual KELConfigContext* GetFormConfigContext() const = 0;
     virtual const TEntitySpec& GetCurrentEntity() const = 0;
     virtual unsigned int GetCurrentDirective() const = 0;
+    // The form's lines need another size: the form follows them.
+    virtual void OnNewSize();
 };

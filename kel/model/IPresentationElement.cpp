@@ -5,3 +5,5 @@ IPresentationElement::IPresentationElement(unsigned int id) : m_key(static_cast<
 IPresentationElement::~IPresentationElement() = default;
 
 bool IPresentationElement::FillRequest(TRequest&) { return false; }
+
+void IPresentationElement::Dump() {}

@@ -20,6 +20,12 @@ public:
 
     // Adds this element's part of a request; the base adds nothing.
     virtual bool FillRequest(TRequest& request);
+    // Writes the element to the trace; the base writes nothing.
+    virtual void Dump();
+
+protected:
+    // For elements whose key follows a property of theirs (a form line's position).
+    void SetKey(int key) { m_key = key; }
 
 private:
     int m_key;

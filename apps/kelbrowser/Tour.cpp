@@ -1,0 +1,130 @@
+#include "Tour.h"
+
+#include "KelBrowserWindow.h"
+#include "kel/fields/IField.h"
+#include "kel/forms/IFormLine.h"
+#include "kel/forms/ILabel.h"
+#include "kel/forms/IInputForm.h"
+#include "kel/frame/KELPrompt.h"
+#include "kel/model/IPresentationContainer.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QPixmap>
+
+#include <fstream>
+#include <functional>
+#include <iostream>
+#include <map>
+#include <memory>
+
+namespace {
+
+// Message boxes of the tour go to its transcript instead of waiting for a person.
+class TranscriptPrompt : public KELPrompt {
+public:
+    explicit TranscriptPrompt(std::ostream& out) : m_out(out) {}
+    void Show(Icon, const std::string& caption, const std::string& text) override
+    {
+        m_out << "  message box \"" << caption << "\": " << text << "\n";
+        ++shown;
+    }
+    int shown = 0;
+
+private:
+    std::ostream& m_out;
+};
+
+struct Step {
+    const char* picture;
+    const char* entity;
+    const char* directive;
+    // Argument name to the text typed into its field; an empty text clears it.
+    std::map<std::string, std::string> typed;
+    bool sent;  // whether the form lets the request go
+};
+
+// Types a text into the field of the argument of that label, as an operator would.
+bool Type(IInputForm& form, const std::string& name, const std::string& text)
+{
+    bool found = false;
+    form.GetContainer()->ForEachElement([&](IPresentationElement& element) {
+        auto* line = dynamic_cast<IFormLine*>(&element);
+        if (found || !line || !line->GetField() || !line->GetLabel())
+            return;
+        if (line->GetLabel()->GetPresentationName() == name) {
+            // An empty text clears the field, as deleting its contents would.
+            if (text.empty())
+                line->GetField()->SetToNullValue();
+            else
+                line->GetField()->SetValue(text);
+            found = true;
+        }
+    });
+    return found;
+}
+
+} // namespace
+
+int RunTour(KelBrowserWindow& window, const std::string& folder)
+{
+    QDir().mkpath(QString::fromStdString(folder));
+    std::ofstream transcript(folder + "/transcript.txt");
+    auto* recorder = new TranscriptPrompt(transcript);
+    std::unique_ptr<KELPrompt> previous = KELPrompt::Install(std::unique_ptr<KELPrompt>(recorder));
+
+    const Step steps[] = {
+        {"01-test.png", "Network core Router r1 Interface eth0", "Test", {{"Count", "3"}, {"Size", "128"}}, true},
+        {"02-echo-every-kind.png",
+         "Network core Router r1 Interface eth0",
+         "Echo",
+         {{"Confirm", "1"},
+          {"At", "2026-03-01 12:30:05"},
+          {"Ratio", "12.5"},
+          {"Weight", "0.75"},
+          {"Target", "Network core Router r2"},
+          {"Comment", "Checked after the move\nto hall C"},
+          {"Outcome", "Mirrored"}},
+         true},
+        {"03-echo-required-missing.png", "Network core Router r1 Interface eth1", "Echo", {{"Confirm", ""}, {"Ratio", "3"}}, false},
+        {"04-show-router.png", "Network core Router r1", "Show", {{"Partition", "Status"}}, true},
+    };
+    int faults = 0;
+    window.resize(1000, 760);
+    window.show();
+    for (const Step& step : steps) {
+        transcript << "== " << step.directive << " on " << step.entity << "\n";
+        if (!window.OpenForm(step.entity, step.directive) || !window.GetForm()) {
+            transcript << "  the form could not be opened\n";
+            ++faults;
+            continue;
+        }
+        IInputForm& form = *window.GetForm();
+        for (const auto& [name, text] : step.typed)
+            if (!Type(form, name, text)) {
+                transcript << "  no field \"" << name << "\"\n";
+                ++faults;
+            }
+        QApplication::processEvents();
+        const bool sent = window.Send();
+        transcript << "  request: " << (window.GetRequestText().empty() ? "(nothing)" : window.GetRequestText()) << "\n";
+        transcript << (sent ? window.GetReplyText() : "  not sent\n");
+        if (sent != step.sent) {
+            transcript << "  expected the request " << (step.sent ? "to go" : "to be refused") << "\n";
+            ++faults;
+        }
+        QApplication::processEvents();
+        const std::string picture = folder + "/" + step.picture;
+        if (!window.grab().save(QString::fromStdString(picture))) {
+            transcript << "  " << picture << " could not be written\n";
+            ++faults;
+        }
+        transcript << "  picture: " << step.picture << "\n\n";
+    }
+    transcript << "== messages\n" << window.GetMessages() << "\n";
+    transcript << (faults ? std::to_string(faults) + " step(s) went wrong\n" : "every step went as expected\n");
+    KELPrompt::Install(std::move(previous));
+    std::cout << "kelbrowser: tour of " << std::size(steps) << " forms in " << folder << "/ ("
+              << (faults ? std::to_string(faults) + " fault(s)" : "all as expected") << ")\n";
+    return faults ? 1 : 0;
+}

@@ -1,0 +1,75 @@
+#pragma once
+
+#include "kel/KELExport.h"
+#include "kel/controls/KELFormLineLayout.h"
+#include "kel/model/IPresentationElement.h"
+
+#include <memory>
+#include <string>
+
+class IContainer;
+class IElementInfo;
+class IField;
+class IFieldUnit;
+class ILabel;
+class TValue;
+
+// One line of a form: the label, the field of the element and its units. It
+// forwards the form's operations to the field and turns the field's contents
+// into an argument of the directive's request. Its key is its position.
+class KEL_EXPORT IFormLine : public IPresentationElement, public KELFormLineLayout {
+public:
+    // Makes label, field and units on the container, their controls taking
+    // ids from the counter. A part that cannot be made throws
+    // ICreationFailedException, after what was made is gone again.
+    IFormLine(IElementInfo& info, IContainer* container, unsigned int& counter);
+    IFormLine(const IFormLine&) = delete;
+    IFormLine& operator=(const IFormLine&) = delete;
+    ~IFormLine() override;
+
+    virtual void SetToNotReturned();
+    // "Name = value" for a line with a value; out stays as it was otherwise.
+    virtual void GetPartialRequest(std::string& out);
+    virtual void FillWithConfig(const std::string& section);
+    virtual void SaveContents(const std::string& section) const;
+    virtual void SetValue(const TValue& value);
+    // Whether the field's text differs from the one it showed when first asked.
+    virtual bool ValueChanged();
+    void Dump() override;
+    // Adds the line's argument; false (after telling the operator) only when
+    // a required argument has no value, so the call must not be sent.
+    bool FillRequest(TRequest& request) override;
+    virtual void SetVisibility(int visibility) { m_visibility = visibility; }
+    virtual int GetVisibility() const { return m_visibility; }
+    // The position is also the line's key in its form.
+    virtual void SetPosition(unsigned int position);
+    virtual unsigned int GetPosition() const { return m_position; }
+
+    ILabel* GetLabel() const { return m_pLabel.get(); }
+    IField* GetField() const { return m_pField.get(); }
+    IFieldUnit* GetUnit() const { return m_pUnit.get(); }
+    void ShowLine();
+    void HideLine();
+    int IsHidden() const { return m_hidden; }
+    // The idle pass: the label shows whether the line changed.
+    int OnIdleUpdateCmdUI(unsigned long wParam, long lParam);
+
+    // What the control container lays out.
+    QWidget* GetLabelWindow() const override;
+    IField* GetLineField() const override { return m_pField.get(); }
+    IField* GetUnitField() const override;
+    unsigned int GetIndentLevel() const override { return 0; }
+
+private:
+    std::string m_initialText;
+    bool m_snapshotTaken = false;
+    bool m_changedState = false;
+    unsigned int m_position = 0;
+    int m_visibility = 1;
+    int m_hidden = 0;
+    std::unique_ptr<IFieldUnit> m_pUnit;
+    std::unique_ptr<ILabel> m_pLabel;
+    unsigned int m_counterAtConstruction;
+    std::unique_ptr<IField> m_pField;
+    IContainer* m_pContainer;  // the control container, the windows' parent; not owned
+};

@@ -1,0 +1,123 @@
+#include "kel/forms/IInputBase.h"
+
+#include "kel/config/IConfigList.h"
+#include "kel/fields/IField.h"
+#include "kel/forms/IFormLine.h"
+#include "kel/frame/ICreationFailedException.h"
+#include "kel/frame/KELResources.h"
+#include "kel/frame/KELTrace.h"
+#include "kel/model/IElementInfo.h"
+#include "kel/model/IPresentationContainer.h"
+#include "zed/TException.h"
+#include "zed/ZedAssert.h"
+#include "zed/dict/TDictIterators.h"
+
+IInputBase::IInputBase() = default;
+
+IInputBase::~IInputBase() = default;
+
+void IInputBase::CreatePresentation(const std::string& name, const TEntitySpec& entity, unsigned int directive)
+{
+    SetName(name);
+    SetEntity(entity);
+    m_directive = directive;
+    PreCreate();
+    SetContainer(CreateContainer());
+    CreateLines("", "");
+    PostCreate();
+}
+
+void IInputBase::CreateLines(const std::string& hidden, const std::string& positions)
+{
+    IPresentationContainer* container = GetContainer();
+    if (!container)
+        return;
+    const IConfigList hiddenList(hidden, ',');
+    const IConfigList positionList(positions, ',');
+    const std::string prefix = "Dir:" + std::to_string(m_directive);
+    try {
+        unsigned int counter = 0;
+        for (TDictArgumentIterator it(GetEntity().GetEntityClass(), m_directive, ZED_DICT_REQUEST); it.IsValid();
+             it.Next()) {
+            IElementInfo info(GetEntity(), GetName(), prefix);
+            InitArgElementInfo(it.Get(), info);
+            if (!info.IsDisplayed())
+                continue;
+            const std::string id = std::to_string(info.GetID());
+            if (!hidden.empty() && hiddenList.FindAndGetIndex(id.c_str()) >= 0)
+                continue;
+            const long index = positions.empty() ? -1 : positionList.FindAndGetIndex(id.c_str());
+            const unsigned int position = index >= 0 ? static_cast<unsigned int>(index) : counter;
+            ++counter;
+            std::unique_ptr<IPresentationElement> element = CreateElement(info);
+            auto* line = dynamic_cast<IFormLine*>(element.get());
+            if (!line)
+                continue;
+            line->SetPosition(position);
+            const bool taken = container->InsertElement(std::move(element));
+            ZEDAssertM(taken, KELResources::String(4028));
+        }
+    } catch (const TException& e) {
+        KEL_TRACE(KEL_TRACE_EXCP, "KELInputBase", this)
+            << "KEL Exception catched : IInputBase::CreatePresentation failed : " << e.what();
+    }
+}
+
+bool IInputBase::FillRequest(TRequest& request)
+{
+    IPresentationContainer* container = GetContainer();
+    if (!container)
+        return true;
+    bool filled = true;
+    container->ForEachElement([&](IPresentationElement& element) {
+        if (filled)
+            filled = element.FillRequest(request);
+    });
+    return filled;
+}
+
+void IInputBase::GetRequest(std::string& out)
+{
+    IPresentationContainer* container = GetContainer();
+    if (!container)
+        return;
+    container->ForEachElement([&](IPresentationElement& element) {
+        auto* line = dynamic_cast<IFormLine*>(&element);
+        if (!line)
+            return;
+        std::string part;
+        line->GetPartialRequest(part);
+        if (!part.empty())
+            out += part + ",";
+    });
+    if (!out.empty())
+        out.pop_back();
+}
+
+void IInputBase::FillWithDefaults()
+{
+    if (IPresentationContainer* container = GetContainer())
+        container->ForEachElement([](IPresentationElement& element) {
+            if (auto* line = dynamic_cast<IFormLine*>(&element); line && line->GetField())
+                line->GetField()->SetToDefault();
+        });
+}
+
+void IInputBase::FillWithCurrentConfig()
+{
+    if (IPresentationContainer* container = GetContainer())
+        container->ForEachElement([this](IPresentationElement& element) {
+            if (auto* line = dynamic_cast<IFormLine*>(&element))
+                line->FillWithConfig(m_fillSection);
+        });
+}
+
+void IInputBase::SaveContents(const std::string& section)
+{
+    const std::string& target = section.empty() ? m_fillSection : section;
+    if (IPresentationContainer* container = GetContainer())
+        container->ForEachElement([&target](IPresentationElement& element) {
+            if (auto* line = dynamic_cast<IFormLine*>(&element))
+                line->SaveContents(target);
+        });
+}

@@ -1,0 +1,132 @@
+#include "kel/forms/IPresentationForm.h"
+
+#include "kel/controls/IControlContainer.h"
+#include "kel/forms/IFormLine.h"
+#include "kel/forms/KELIdlePass.h"
+#include "kel/frame/ICreationFailedException.h"
+#include "kel/frame/KELResources.h"
+#include "zed/TApplication.h"
+
+#include <QPalette>
+#include <QResizeEvent>
+
+IPresentationForm::IPresentationForm(KELConfigContext* context, QWidget* parent)
+    : QScrollArea(parent), IPresentation(context)
+{
+    setWidgetResizable(false);
+    setFrameShape(QFrame::NoFrame);
+    // The window's own background, as dialogs have it, behind the lines.
+    setBackgroundRole(QPalette::Window);
+    viewport()->setBackgroundRole(QPalette::Window);
+    KELIdlePass::Register(this, [this] { OnIdleUpdateCmdUI(0, 0); });
+}
+
+IPresentationForm::~IPresentationForm() { KELIdlePass::Unregister(this); }
+
+IControlContainer* IPresentationForm::CreateControlContainer(QWidget* parent)
+{
+    auto* container = new IControlContainer(this, parent);
+    ZEDAssertCreationFailed(container != nullptr, KELResources::String(4033));
+    container->setObjectName(QStringLiteral("Control Container"));
+    container->setAutoFillBackground(false);
+    if (!parent && !m_pControlContainer)
+        setWidget(container);  // the scroll area owns and scrolls it
+    else if (!parent)
+        container->setParent(this);
+    if (!m_pControlContainer)
+        m_pControlContainer = container;
+    container->show();
+    return container;
+}
+
+IPresentationContainer* IPresentationForm::CreateContainer() { return CreateControlContainer(nullptr); }
+
+std::unique_ptr<IPresentationElement> IPresentationForm::CreateElement(IElementInfo& info)
+{
+    return CreateFormLine(info);
+}
+
+std::unique_ptr<IFormLine> IPresentationForm::CreateFormLine(IElementInfo& info)
+{
+    return std::make_unique<IFormLine>(info, m_pControlContainer, m_controlId);
+}
+
+void IPresentationForm::PreCreate() {}
+
+void IPresentationForm::PostCreate() { OnNewSize(); }
+
+void IPresentationForm::PostProcessReply() {}
+
+void IPresentationForm::OnNewSize()
+{
+    if (!m_pControlContainer)
+        return;
+    m_pControlContainer->PlaceElements();
+    QSize needed;
+    m_pControlContainer->ComputeSize(needed);
+    // Never smaller than it is: the view scrolls what does not fit.
+    m_pControlContainer->resize(m_pControlContainer->size().expandedTo(needed));
+    m_pControlContainer->update();
+}
+
+void IPresentationForm::resizeEvent(QResizeEvent* event)
+{
+    QScrollArea::resizeEvent(event);
+    if (m_pControlContainer)
+        m_pControlContainer->resize(m_pControlContainer->size().expandedTo(viewport()->size()));
+}
+
+int IPresentationForm::OnIdleUpdateCmdUI(unsigned long wParam, long lParam)
+{
+    if (!m_pControlContainer)
+        return 0;
+    m_pControlContainer->ForEachElement([&](IPresentationElement& element) {
+        if (auto* line = dynamic_cast<IFormLine*>(&element); line && !line->IsHidden())
+            line->OnIdleUpdateCmdUI(wParam, lParam);
+    });
+    return 0;
+}
+
+void IPresentationForm::SetCurrentState(const char* entity, unsigned int directive)
+{
+    m_currentEntity = entity ? entity : "";
+    m_currentDirective = directive;
+    std::optional<TEntitySpec> parsed =
+        TEntitySpec::Parse(m_currentEntity, ZEDGetApplication()->GetDictionary().get());
+    m_entity = parsed ? *parsed : TEntitySpec();
+}
+
+void IPresentationForm::GetSettingSectionName(std::string& out, long n) const
+{
+    std::string id;
+    GetEntityID(id, m_currentEntity.c_str());
+    GetSettingSectionName(out, id.c_str(), static_cast<long>(m_currentDirective), n);
+}
+
+void IPresentationForm::GetSettingSectionName(std::string& out, const char* entityId, long directive, long n)
+{
+    out = std::string(entityId ? entityId : "") + " - " + std::to_string(directive) + " - " + std::to_string(n);
+}
+
+void IPresentationForm::GetEntityID(std::string& out, const TEntityClass& entityClass)
+{
+    out.clear();
+    if (entityClass.GetDepth() == 0) {
+        out = "()";
+        return;
+    }
+    out = "(" + std::to_string(entityClass.GetCode(0));
+    for (std::size_t depth = 1; depth < entityClass.GetDepth(); ++depth) {
+        if (entityClass.GetCode(depth) == 0)
+            break;
+        out += "," + std::to_string(entityClass.GetCode(depth));
+    }
+    out += ")";
+}
+
+void IPresentationForm::GetEntityID(std::string& out, const char* entitySpec)
+{
+    std::optional<TEntitySpec> entity =
+        TEntitySpec::Parse(entitySpec ? entitySpec : "", ZEDGetApplication()->GetDictionary().get());
+    GetEntityID(out, entity ? entity->GetEntityClass() : TEntityClass());
+}

@@ -1,0 +1,18 @@
+#pragma once
+
+// Replies and event reports as an operator reads them: the entity and time,
+// the kind and name of the reply with the dictionary's text, then one value a
+// line, named by the dictionary and with units, attribute lists opened into
+// one attribute a line.
+
+#include "zed/ZedExport.h"
+#include "zed/call/TCall.h"
+#include "zed/dict/TDictionary.h"
+
+#include <iosfwd>
+
+// The call's current reply.
+ZED_EXPORT void ZEDWriteReply(std::ostream& out, const TDictionary& dictionary, const TCall& call,
+                              unsigned int directiveId);
+// The event reports a result carries ("event <name> from <entity>" and their arguments).
+ZED_EXPORT void ZEDWriteEvents(std::ostream& out, const TDictionary& dictionary, const TCallResult& result);
