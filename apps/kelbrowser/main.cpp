@@ -14,6 +14,7 @@
 
 #include "KelBrowserWindow.h"
 #include "Tour.h"
+#include "kel/config/KELConfigContext.h"
 #include "kel/frame/IApplication.h"
 #include "zed/TApplication.h"
 #include "zed/TException.h"
@@ -87,6 +88,9 @@ int main(int argc, char** argv)
     if (!kel)
         return 3;
     KELConfigContext* context = kel->DefineNewContext("kelbrowser");
+    // What was sent last time from each form; a first run has no files yet.
+    std::string missing;
+    context->LoadSystemAndUserConfig(missing);
     int status = 0;
     {
         KelBrowserWindow window(*ZEDGetApplication()->GetDictionary(), context);

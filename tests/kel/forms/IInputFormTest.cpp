@@ -1,0 +1,249 @@
+#include "kel/config/IConfiguration.h"
+#include "kel/config/KELConfigContext.h"
+#include "kel/fields/IFieldCombo.h"
+#include "kel/fields/IFieldDateTime.h"
+#include "kel/fields/IFieldEdit.h"
+#include "kel/fields/IFieldEditMulti.h"
+#include "kel/fields/IFieldNotSupported.h"
+#include "kel/fields/IFieldNumeric.h"
+#include "kel/fields/IFieldToggle.h"
+#include "kel/fields/IFieldUnit.h"
+#include "kel/forms/IFormLine.h"
+#include "kel/forms/IInputForm.h"
+#include "kel/forms/ILabel.h"
+#include "kel/frame/IApplication.h"
+#include "kel/frame/KELTrace.h"
+#include "kel/model/IPresentationContainer.h"
+#include "support/PromptRecorder.h"
+#include "support/ShippedNetwork.h"
+#include "support/TempDir.h"
+#include "support/TraceCapture.h"
+#include "zed/call/TCall.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+
+namespace {
+
+constexpr unsigned int kEcho = 11;
+constexpr unsigned int kTest = 10;
+const char* const kInterface = "Network core Router r1 Interface eth0";
+
+class InputFormTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        setenv("ORVEX_SYSTEM_PATH", system.Path().c_str(), 1);
+        setenv("ORVEX_USER_PATH", user.Path().c_str(), 1);
+        network = InstallShippedNetwork();
+        ASSERT_NE(InitializeKEL("form test"), nullptr);
+        context = GetKELapp()->DefineNewContext("TST");
+        prompts = PromptRecorder::Install();
+    }
+    void TearDown() override
+    {
+        DestroyKEL();
+        unsetenv("ORVEX_SYSTEM_PATH");
+        unsetenv("ORVEX_USER_PATH");
+    }
+    std::unique_ptr<IInputForm> Open(unsigned int directive, const char* entity = kInterface)
+    {
+        auto form = std::make_unique<IInputForm>(context);
+        form->resize(700, 500);
+        form->CreatePresentation(directive == kEcho ? "Echo" : "Test", TEntitySpec(entity), directive);
+        return form;
+    }
+    static std::vector<IFormLine*> Lines(IInputForm& form)
+    {
+        std::vector<IFormLine*> lines;
+        form.GetContainer()->ForEachElement([&](IPresentationElement& e) { lines.push_back(dynamic_cast<IFormLine*>(&e)); });
+        return lines;
+    }
+    static IFormLine* Line(IInputForm& form, unsigned int id)
+    {
+        for (IFormLine* line : Lines(form))
+            if (line->GetID() == id)
+                return line;
+        return nullptr;
+    }
+    static std::vector<unsigned int> Ids(IInputForm& form)
+    {
+        std::vector<unsigned int> ids;
+        for (IFormLine* line : Lines(form))
+            ids.push_back(line->GetID());
+        return ids;
+    }
+    void Setting(const std::string& key, const std::string& value)
+    {
+        if (!context->GetUserConfigFile())
+            context->SetUserConfigFile(std::make_unique<IConfiguration>());
+        context->GetUserConfigFile()->SetString("(1,2,3) - 11 - 0", key, value, 1);
+    }
+
+    TempDir system, user;
+    std::shared_ptr<TSimulatedNetwork> network;
+    KELConfigContext* context = nullptr;
+    std::shared_ptr<std::vector<PromptRecorder::Shown>> prompts;
+};
+
+TEST_F(InputFormTest, HasALineOfTheRightKindPerDisplayedArgumentInOrder)
+{
+    auto form = Open(kEcho);
+    // Tag (12) is not displayed: no line.
+    EXPECT_THAT(Ids(*form), ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 13, 14));
+    const auto kind = [&](unsigned int id) { return Line(*form, id)->GetField(); };
+    EXPECT_NE(dynamic_cast<IFieldToggle*>(kind(1)), nullptr);
+    EXPECT_NE(dynamic_cast<IFieldDateTime*>(kind(2)), nullptr);
+    EXPECT_NE(dynamic_cast<IFieldFloat*>(kind(3)), nullptr);
+    EXPECT_NE(dynamic_cast<IFieldReal*>(kind(4)), nullptr);
+    EXPECT_NE(dynamic_cast<IFieldEdit*>(kind(11)), nullptr);
+    EXPECT_NE(dynamic_cast<IFieldEditMulti*>(kind(13)), nullptr);
+    EXPECT_NE(dynamic_cast<IFieldCombo*>(kind(14)), nullptr);
+    EXPECT_EQ(Line(*form, 1)->GetLabel()->LabelText(), "*Confirm") << "required";
+    EXPECT_EQ(Line(*form, 1)->GetLabelWindow()->property("text").toString(), "*Confirm :");
+    EXPECT_EQ(Line(*form, 2)->GetLabel()->LabelText(), "At");
+    ASSERT_NE(Line(*form, 3)->GetUnit(), nullptr);
+    EXPECT_EQ(Line(*form, 3)->GetUnit()->GetUnits(), "%");
+    for (IFormLine* line : Lines(*form))
+        EXPECT_FALSE(line->GetField()->IsReadOnly()) << "arguments are never read-only";
+    EXPECT_EQ(Line(*form, 13)->GetField()->GetID(), 13u);
+    EXPECT_EQ(Line(*form, 13)->GetField()->GetCompleteID(), "Dir:11.Arg:13");
+}
+
+TEST_F(InputFormTest, HiddenAndPositionSettingsChooseTheLinesAndTheirOrder)
+{
+    Setting(".Hidden", "3,5");
+    Setting(".Position", "7,2,1,4,6,8,9,10,11,13,14");
+    auto form = Open(kEcho);
+    EXPECT_THAT(Ids(*form), ElementsAre(7, 2, 1, 4, 6, 8, 9, 10, 11, 13, 14)) << "hidden ones have no line";
+    EXPECT_EQ(Line(*form, 7)->GetPosition(), 0u);
+    EXPECT_EQ(Line(*form, 14)->GetPosition(), 10u);
+}
+
+TEST_F(InputFormTest, ALineRefusedForATakenPositionIsTracedAndTheFormGoesOn)
+{
+    Setting(".Position", "4");  // argument 4 asks for position 0, which argument 1 took first
+    TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_PBLM);
+    auto form = Open(kEcho);
+    EXPECT_THAT(capture.Text(), HasSubstr("KEL : assertion failed : an element with this identifier is already in the presentation"));
+    ASSERT_NE(Line(*form, 1), nullptr);
+    EXPECT_EQ(Line(*form, 1)->GetPosition(), 0u);
+    EXPECT_EQ(Line(*form, 4), nullptr) << "the refused line is gone";
+    EXPECT_NE(Line(*form, 2), nullptr);
+}
+
+TEST_F(InputFormTest, TypedValuesMakeTheRequestAndTheCallSucceeds)
+{
+    auto form = Open(kTest);
+    Line(*form, 1)->GetField()->SetValue(std::string("3"));
+    Line(*form, 2)->GetField()->SetValue(std::string("128"));
+    TSyncCall call(TEntitySpec(kInterface), kTest);
+    ASSERT_TRUE(form->FillRequest(call.GetRequest()));
+    EXPECT_EQ(call.GetRequest()[1].ToString(), "3");
+    EXPECT_EQ(call.GetRequest()[2].ToString(), "128");
+    std::string text;
+    form->GetRequest(text);
+    EXPECT_EQ(text, "Count = 3,Size = 128");
+    EXPECT_EQ(call.Execute(), ZED_STATUS_RESPONSE);
+    EXPECT_TRUE(prompts->empty());
+}
+
+TEST_F(InputFormTest, ARequiredArgumentLeftEmptyStopsTheRequestWithTheMessage)
+{
+    auto form = Open(kEcho);
+    TRequest request;
+    EXPECT_FALSE(form->FillRequest(request));
+    ASSERT_EQ(prompts->size(), 1u);
+    EXPECT_EQ(prompts->at(0).icon, KELPrompt::Icon::Stop);
+    EXPECT_EQ(prompts->at(0).text, "The required field *Confirm has no value.");
+
+    // A required argument with a default sends the default.
+    auto test = Open(kTest);
+    TRequest withDefault;
+    EXPECT_TRUE(test->FillRequest(withDefault));
+    EXPECT_EQ(withDefault[1].ToString(), "4") << "Count's dictionary default";
+    EXPECT_EQ(prompts->size(), 1u);
+}
+
+TEST_F(InputFormTest, ContentsSavedOnDiskRestoreIntoANewForm)
+{
+    {
+        auto form = Open(kEcho);
+        form->SetFillConfigSection("Echo contents");
+        Line(*form, 1)->GetField()->SetValue(std::string("1"));
+        Line(*form, 13)->GetField()->SetValue(std::string("two\nlines"));
+        Line(*form, 3)->GetField()->SetValue(std::string("2.5"));
+        form->SaveContents("");
+        ASSERT_NE(context->GetUserConfigFile(), nullptr);
+        ASSERT_EQ(context->GetUserConfigFile()->Save(), 1);
+    }
+    // A new application reads the user file from disk.
+    DestroyKEL();
+    ASSERT_NE(InitializeKEL("form test"), nullptr);
+    context = GetKELapp()->DefineNewContext("TST");
+    std::string errors;
+    context->LoadSystemAndUserConfig(errors);
+    auto form = Open(kEcho);
+    form->SetFillConfigSection("Echo contents");
+    form->FillWithCurrentConfig();
+    std::string text;
+    form->GetRequest(text);
+    EXPECT_EQ(text, "Confirm = True,Ratio = 2.5,Comment = two\nlines");
+}
+
+TEST_F(InputFormTest, ChangedLinesShowRaisedLabelsAllOfTheWidestWidth)
+{
+    auto form = Open(kTest);
+    form->show();
+    form->OnIdleUpdateCmdUI(0, 0);
+    IFormLine* count = Line(*form, 1);
+    EXPECT_FALSE(count->GetLabel()->GetControl()->IsRaised());
+    count->GetField()->SetValue(std::string("9"));
+    form->OnIdleUpdateCmdUI(0, 0);
+    EXPECT_TRUE(count->GetLabel()->GetControl()->IsRaised());
+    unsigned int widest = 0;
+    for (IFormLine* line : Lines(*form))
+        widest = std::max(widest, static_cast<unsigned int>(line->GetLabel()->GetSize().width()));
+    for (IFormLine* line : Lines(*form))
+        EXPECT_EQ(line->GetLabelWindow()->width(), static_cast<int>(widest)) << line->GetLabel()->LabelText();
+    count->GetField()->SetValue(std::string(""));
+    form->OnIdleUpdateCmdUI(0, 0);
+    EXPECT_FALSE(count->GetLabel()->GetControl()->IsRaised()) << "back to its first text: flat again";
+}
+
+TEST_F(InputFormTest, CleaningRemovesTheLinesAndANewPresentationFollows)
+{
+    auto form = Open(kEcho);
+    form->CleanPresentation();
+    EXPECT_EQ(form->GetContainer(), nullptr);
+    EXPECT_EQ(form->GetControlContainer(), nullptr);
+    TRequest request;
+    EXPECT_TRUE(form->FillRequest(request)) << "no lines: nothing to refuse";
+    form->CreatePresentation("Test", TEntitySpec(kInterface), kTest);
+    EXPECT_THAT(Ids(*form), ElementsAre(1, 2, 3, 4));
+}
+
+TEST_F(InputFormTest, SectionNamesAndEntityIdentifiers)
+{
+    std::string id;
+    IPresentationForm::GetEntityID(id, TEntityClass(std::vector<unsigned int>{12, 3, 5}));
+    EXPECT_EQ(id, "(12,3,5)");
+    IPresentationForm::GetEntityID(id, TEntityClass(std::vector<unsigned int>{12, 0, 5}));
+    EXPECT_EQ(id, "(12)");
+    IPresentationForm::GetEntityID(id, kInterface);
+    EXPECT_EQ(id, "(1,2,3)");
+    std::string section;
+    IPresentationForm::GetSettingSectionName(section, "(12,3,5)", 7, 0);
+    EXPECT_EQ(section, "(12,3,5) - 7 - 0");
+    auto form = Open(kTest);
+    form->GetSettingSectionName(section, 2);
+    EXPECT_EQ(section, "(1,2,3) - 10 - 2");
+    IControlContainer* first = form->GetControlContainer();
+    EXPECT_NE(form->CreateControlContainer(), first);
+    EXPECT_EQ(form->GetControlContainer(), first) << "the form keeps its first container";
+}
+
+} // namespace
