@@ -1,0 +1,43 @@
+// Runs the host application's tour as the main job does and checks what it leaves.
+
+#include "support/RunProgram.h"
+#include "support/TempDir.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using ::testing::HasSubstr;
+
+namespace {
+
+TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
+{
+    TempDir out, user;
+    const ProgramRun run = RunProgram("ORVEX_USER_PATH=" + user.Path() + " ORVEX_SYSTEM_PATH=" + user.Path()
+                                          + " QT_QPA_PLATFORM=offscreen " + KELBROWSER_PATH,
+                                      "--tour " + out.Path() + "tour");
+    EXPECT_EQ(run.exitCode, 0) << run.out << run.err;
+    EXPECT_THAT(run.out, HasSubstr("all as expected"));
+    for (const char* picture : {"01-test.png", "02-echo-every-kind.png", "03-echo-required-missing.png",
+                                "04-show-router.png"}) {
+        struct stat info {};
+        EXPECT_EQ(::stat((out.Path() + "tour/" + picture).c_str(), &info), 0) << picture;
+        EXPECT_GT(info.st_size, 5000) << picture;
+    }
+    const std::string transcript = TempDir::Read(out.Path() + "tour/transcript.txt");
+    EXPECT_THAT(transcript, HasSubstr("response Mirrored (1): The arguments came back"));
+    EXPECT_THAT(transcript, HasSubstr("message box \"Problem\": The required field *Confirm has no value."));
+    EXPECT_THAT(transcript, HasSubstr("every step went as expected"));
+}
+
+TEST(Kelbrowser, ABadCommandLineOrNetworkSaysSo)
+{
+    EXPECT_EQ(RunProgram(KELBROWSER_PATH, "--colour").exitCode, 2);
+    const ProgramRun missing = RunProgram("QT_QPA_PLATFORM=offscreen " KELBROWSER_PATH, "--dictionary /nonexistent.json");
+    EXPECT_EQ(missing.exitCode, 3);
+    EXPECT_THAT(missing.err, HasSubstr("/nonexistent.json"));
+}
+
+} // namespace
