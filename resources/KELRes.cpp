@@ -16,7 +16,7 @@ struct Entry {
     const char* text;
 };
 
-// Numbered strings 4004 to 4070. Formats keep their %s; the bool texts are
+// Numbered strings 4004 to 4071. Formats keep their %s; the bool texts are
 // ones the configuration reader accepts; 4045 is the dictionary's "no default"
 // text; 4069 is an upper-case fragment of attribute names that no field shows.
 constexpr Entry kStrings[] = {
@@ -88,6 +88,7 @@ constexpr Entry kStrings[] = {
     {4069, "SECRET"},
     // Texts of this library's own beyond the numbers above.
     {4070, "\"%s\" is not a number of this field's kind"},
+    {4071, "The field %s does not hold a valid value: %s"},
 };
 
 // Popup menu 4004: six sub-menus used by position.

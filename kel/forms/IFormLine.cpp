@@ -3,6 +3,7 @@
 #include "kel/controls/IControlContainer.h"
 #include "kel/fields/IContainer.h"
 #include "kel/fields/IFieldBuilder.h"
+#include "kel/fields/IFieldEditNum.h"
 #include "kel/fields/IFieldUnit.h"
 #include "kel/fields/KELFormContext.h"
 #include "kel/forms/ILabel.h"
@@ -195,6 +196,15 @@ bool IFormLine::FillRequest(TRequest& request)
 {
     if (!m_pField)
         return true;
+    // A number that is no number is not sent as 0: the operator hears which line holds it.
+    if (auto* number = dynamic_cast<IFieldEditNum*>(m_pField.get())) {
+        std::string reason;
+        if (!number->CheckText(&reason)) {
+            KELPrompt::Message(KELPrompt::Icon::Stop, KELResources::String(4011),
+                               KELResources::Format(4071, {m_pLabel ? m_pLabel->LabelText() : "", reason}));
+            return false;
+        }
+    }
     if (std::unique_ptr<TValue> value = m_pField->GetTValue(false)) {
         request.Add(std::move(value));
         return true;

@@ -160,6 +160,16 @@ TEST_F(InputFormTest, ARequiredArgumentLeftEmptyStopsTheRequestWithTheMessage)
     EXPECT_EQ(prompts->at(0).icon, KELPrompt::Icon::Stop);
     EXPECT_EQ(prompts->at(0).text, "The required field *Confirm has no value.");
 
+    // A number that is no number stops the request too, naming its line.
+    auto numbers = Open(kTest);
+    Line(*numbers, 2)->GetField()->SetValue(std::string("lots"));
+    TRequest invalid;
+    EXPECT_FALSE(numbers->FillRequest(invalid));
+    ASSERT_EQ(prompts->size(), 2u);
+    EXPECT_EQ(prompts->at(1).text,
+              "The field Size does not hold a valid value: \"lots\" is not a number of this field's kind");
+    prompts->pop_back();
+
     // A required argument with a default sends the default.
     auto test = Open(kTest);
     TRequest withDefault;
