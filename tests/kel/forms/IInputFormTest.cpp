@@ -13,12 +13,14 @@
 #include "kel/forms/ILabel.h"
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELTrace.h"
+#include "kel/model/IElementInfo.h"
 #include "kel/model/IPresentationContainer.h"
 #include "support/PromptRecorder.h"
 #include "support/ShippedNetwork.h"
 #include "support/TempDir.h"
 #include "support/TraceCapture.h"
 #include "zed/call/TCall.h"
+#include "zed/value/TUserDefined.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -222,6 +224,25 @@ TEST_F(InputFormTest, ChangedLinesShowRaisedLabelsAllOfTheWidestWidth)
     count->GetField()->SetValue(std::string(""));
     form->OnIdleUpdateCmdUI(0, 0);
     EXPECT_FALSE(count->GetLabel()->GetControl()->IsRaised()) << "back to its first text: flat again";
+}
+
+TEST_F(InputFormTest, AUserDefinedValueGetsAFieldOfItsOwnDefinition)
+{
+    auto form = Open(kTest);
+    IElementInfo info(TEntitySpec(kInterface), "Load", "Dir:10");
+    info.SetID(40);
+    info.SetDT(ZED_DT_USERDEFINED);
+    info.SetPresentationName("Load");
+    std::unique_ptr<IFormLine> line = form->CreateFormLine(info);
+    EXPECT_NE(dynamic_cast<IFieldNotSupported*>(line->GetField()), nullptr);
+    const TDictTypePtr percentage = static_cast<const TDictTypeUserDefined&>(*Dictionary().FindType("Percentage")).GetBase();
+    line->SetValue(TUserDefined(percentage, std::make_unique<TUnsigned16>(63), 40));
+    auto* field = dynamic_cast<IFieldUnsigned16*>(line->GetField());
+    ASSERT_NE(field, nullptr) << "a field of the definition's own kind";
+    EXPECT_TRUE(field->IsReadOnly());
+    std::string text;
+    field->GetValue(text);
+    EXPECT_EQ(text, "63");
 }
 
 TEST_F(InputFormTest, CleaningRemovesTheLinesAndANewPresentationFollows)
