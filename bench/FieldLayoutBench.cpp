@@ -6,6 +6,8 @@
 #include "kel/fields/IFieldContainer.h"
 #include "kel/model/IElementInfo.h"
 
+#include "BenchApplication.h"
+
 #include <QApplication>
 #include <QLineEdit>
 #include <QVBoxLayout>
@@ -13,18 +15,6 @@
 #include <benchmark/benchmark.h>
 
 namespace {
-
-void EnsureApplication()
-{
-    static int argc = 1;
-    static char name[] = "kel_bench";
-    static char* argv[] = {name, nullptr};
-    if (QApplication::instance())
-        return;
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QApplication application(argc, argv);
-}
 
 void BM_FieldContainerLayout(benchmark::State& state)
 {

@@ -8,6 +8,8 @@
 #include "zed/call/TRequest.h"
 #include "zed/dict/TDictionary.h"
 
+#include "BenchApplication.h"
+
 #include <QApplication>
 #include <QFormLayout>
 #include <QLabel>
@@ -22,18 +24,6 @@
 namespace {
 
 constexpr int kArguments = 1000;
-
-void EnsureApplication()
-{
-    static int argc = 1;
-    static char name[] = "kel_bench";
-    static char* argv[] = {name, nullptr};
-    if (QApplication::instance())
-        return;
-    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QApplication application(argc, argv);
-}
 
 // A dictionary with one class whose directive 1 takes 1,000 numbers, each with a default.
 void InstallWideDictionary()

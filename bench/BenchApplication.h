@@ -1,0 +1,18 @@
+#pragma once
+
+// The widget benchmarks need a QApplication; the benchmark's own main has
+// none. Made once, headless unless the environment says otherwise.
+
+#include <QApplication>
+
+inline void EnsureApplication()
+{
+    static int argc = 1;
+    static char name[] = "kel_bench";
+    static char* argv[] = {name, nullptr};
+    if (QApplication::instance())
+        return;
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    static QApplication application(argc, argv);
+}
