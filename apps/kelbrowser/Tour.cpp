@@ -3,7 +3,7 @@
 #include "KelBrowserWindow.h"
 #include "kel/fields/IField.h"
 #include "kel/forms/IFormLine.h"
-#include "kel/forms/ILabel.h"
+#include "kel/controls/ILabel.h"
 #include "kel/forms/IInputForm.h"
 #include "kel/frame/KELPrompt.h"
 #include "kel/model/IPresentationContainer.h"

@@ -9,6 +9,7 @@
 #include "kel/fields/IFieldLaunch.h"
 #include "kel/fields/IFieldNotSupported.h"
 #include "kel/fields/IFieldNumeric.h"
+#include "kel/fields/IFieldRecord.h"
 #include "kel/fields/IFieldToggle.h"
 #include "kel/fields/KELFormContext.h"
 #include "kel/frame/KELLaunch.h"
@@ -42,8 +43,8 @@ struct Kind {
 };
 
 // Data-type code to field kind. Codes not listed (and every code outside 1
-// to 83) get the placeholder. The record, set-of and attribute kinds take
-// their places here as they land.
+// to 83) get the placeholder. The set-of and attribute kinds take their
+// places here as they land.
 constexpr std::array kKinds = {
     Kind{ZED_DT_BOOLEAN, &Make<IFieldToggle>},
     Kind{ZED_DT_LATIN1STRING, &Make<IFieldEditMulti>},
@@ -55,6 +56,7 @@ constexpr std::array kKinds = {
     Kind{ZED_DT_ATTRIBUTELIST, &Make<IFieldEdit>},
     Kind{ZED_DT_EVENTREPORT, &Make<IFieldEdit>},
     Kind{ZED_DT_ENUMERATION, &Make<IFieldCombo>},
+    Kind{ZED_DT_RECORD, &Make<IFieldRecord>},
     Kind{ZED_DT_INTEGER16, &Make<IFieldInteger16>},
     Kind{ZED_DT_INTEGER32, &Make<IFieldInteger32>},
     Kind{ZED_DT_UNSIGNED16, &Make<IFieldUnsigned16>},

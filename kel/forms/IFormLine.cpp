@@ -6,7 +6,7 @@
 #include "kel/fields/IFieldEditNum.h"
 #include "kel/fields/IFieldUnit.h"
 #include "kel/fields/KELFormContext.h"
-#include "kel/forms/ILabel.h"
+#include "kel/controls/ILabel.h"
 #include "kel/frame/ICreationFailedException.h"
 #include "kel/frame/KELPrompt.h"
 #include "kel/frame/KELResources.h"

