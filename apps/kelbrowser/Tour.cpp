@@ -2,13 +2,20 @@
 
 #include "KelBrowserWindow.h"
 #include "kel/fields/IField.h"
+#include "kel/fields/IFieldContainer.h"
+#include "kel/fields/IFieldSetOf.h"
 #include "kel/forms/IFormLine.h"
 #include "kel/controls/ILabel.h"
 #include "kel/forms/IInputForm.h"
 #include "kel/frame/KELPrompt.h"
 #include "kel/model/IPresentationContainer.h"
 
+#include "zed/TApplication.h"
+#include "zed/value/TSetOf.h"
+#include "zed/value/TValueParser.h"
+
 #include <QApplication>
+#include <QToolButton>
 #include <QDir>
 #include <QPixmap>
 
@@ -42,7 +49,48 @@ struct Step {
     // Argument name to the text typed into its field; an empty text clears it.
     std::map<std::string, std::string> typed;
     bool sent;  // whether the form lets the request go
+    // Sets grown by their add button and filled: argument name to a JSON value of the set.
+    std::map<std::string, std::string> grown = {};
 };
+
+// The field of the argument of that label.
+IField* FieldOf(IInputForm& form, const std::string& name)
+{
+    IField* found = nullptr;
+    form.GetContainer()->ForEachElement([&](IPresentationElement& element) {
+        auto* line = dynamic_cast<IFormLine*>(&element);
+        if (!found && line && line->GetLabel() && line->GetLabel()->GetPresentationName() == name)
+            found = line->GetField();
+    });
+    return found;
+}
+
+// Grows a set as an operator would: the add button three times, the middle
+// element removed again, then each element given its part of the JSON value.
+bool Grow(IInputForm& form, const std::string& name, const std::string& json, std::ostream& out)
+{
+    auto* set = dynamic_cast<IFieldSetOf*>(FieldOf(form, name));
+    if (!set || !set->GetDictType())
+        return false;
+    for (int i = 0; i < 3; ++i)
+        set->GetAddButton()->click();
+    IFieldContainer* elements = set->GetFieldContainer();
+    long at = elements->GoFirst();
+    elements->GetNext(at);
+    set->RemoveField(static_cast<int>(elements->GetNext(at)->GetID()));
+    std::string error;
+    const TValuePtr whole = ZEDParseValue(*set->GetDictType(), json, 0, {ZEDGetApplication()->GetDictionary().get(), nullptr}, &error);
+    if (!whole) {
+        out << "  " << name << ": " << error << "\n";
+        return false;
+    }
+    const auto& values = static_cast<const TConstructedOf&>(*whole);
+    std::size_t index = 0;
+    for (long it = elements->GoFirst(); it >= 0 && index < values.Size();)
+        elements->GetNext(it)->SetValue(values.At(index++));
+    out << "  " << name << ": 3 added, 1 removed, " << elements->GetCount() << " filled\n";
+    return true;
+}
 
 // Types a text into the field of the argument of that label, as an operator would.
 bool Type(IInputForm& form, const std::string& name, const std::string& text)
@@ -85,7 +133,9 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
           {"Target", "Network core Router r2"},
           {"Comment", "Checked after the move\nto hall C"},
           {"Outcome", "Mirrored"}},
-         true},
+         true,
+         {{"Peers", R"([{"Host": "r2", "Port": 179, "Transport": "TCP"}, {"Host": "r3", "Port": 646}])"},
+          {"States", R"(["Unlocked", "ShuttingDown"])"}}},
         {"03-echo-required-missing.png", "Network core Router r1 Interface eth1", "Echo", {{"Confirm", ""}, {"Ratio", "3"}}, false},
         {"04-show-router.png", "Network core Router r1", "Show", {{"Partition", "Status"}}, true},
     };
@@ -103,6 +153,11 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
         for (const auto& [name, text] : step.typed)
             if (!Type(form, name, text)) {
                 transcript << "  no field \"" << name << "\"\n";
+                ++faults;
+            }
+        for (const auto& [name, json] : step.grown)
+            if (!Grow(form, name, json, transcript)) {
+                transcript << "  the set \"" << name << "\" could not be grown\n";
                 ++faults;
             }
         QApplication::processEvents();

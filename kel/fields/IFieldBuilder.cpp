@@ -10,6 +10,7 @@
 #include "kel/fields/IFieldNotSupported.h"
 #include "kel/fields/IFieldNumeric.h"
 #include "kel/fields/IFieldRecord.h"
+#include "kel/fields/IFieldSetOf.h"
 #include "kel/fields/IFieldToggle.h"
 #include "kel/fields/KELFormContext.h"
 #include "kel/frame/KELLaunch.h"
@@ -43,8 +44,8 @@ struct Kind {
 };
 
 // Data-type code to field kind. Codes not listed (and every code outside 1
-// to 83) get the placeholder. The set-of and attribute kinds take their
-// places here as they land.
+// to 83) get the placeholder. The attribute kinds take their places here
+// as they land.
 constexpr std::array kKinds = {
     Kind{ZED_DT_BOOLEAN, &Make<IFieldToggle>},
     Kind{ZED_DT_LATIN1STRING, &Make<IFieldEditMulti>},
@@ -57,6 +58,8 @@ constexpr std::array kKinds = {
     Kind{ZED_DT_EVENTREPORT, &Make<IFieldEdit>},
     Kind{ZED_DT_ENUMERATION, &Make<IFieldCombo>},
     Kind{ZED_DT_RECORD, &Make<IFieldRecord>},
+    Kind{ZED_DT_SETOF, &Make<IFieldSetOf>},
+    Kind{ZED_DT_SEQUENCEOF, &Make<IFieldSetOf>},
     Kind{ZED_DT_INTEGER16, &Make<IFieldInteger16>},
     Kind{ZED_DT_INTEGER32, &Make<IFieldInteger32>},
     Kind{ZED_DT_UNSIGNED16, &Make<IFieldUnsigned16>},
