@@ -29,6 +29,7 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
     const std::string transcript = TempDir::Read(out.Path() + "tour/transcript.txt");
     EXPECT_THAT(transcript, HasSubstr("response Mirrored (1): The arguments came back"));
     EXPECT_THAT(transcript, HasSubstr("message box \"Problem\": The required field *Confirm has no value."));
+    EXPECT_THAT(transcript, HasSubstr("Peers = { { Host = r2, Port = 179, Transport = TCP }, { Host = r3, Port = 646 } }"));
     EXPECT_THAT(transcript, HasSubstr("every step went as expected"));
 }
 
