@@ -2,6 +2,7 @@
 
 #include "kel/fields/IContainer.h"
 #include "kel/fields/IFieldContainer.h"
+#include "kel/fields/IFieldAttribute.h"
 #include "kel/fields/IFieldCombo.h"
 #include "kel/fields/IFieldDateTime.h"
 #include "kel/fields/IFieldEdit.h"
@@ -44,8 +45,7 @@ struct Kind {
 };
 
 // Data-type code to field kind. Codes not listed (and every code outside 1
-// to 83) get the placeholder. The attribute kinds take their places here
-// as they land.
+// to 83) get the placeholder.
 constexpr std::array kKinds = {
     Kind{ZED_DT_BOOLEAN, &Make<IFieldToggle>},
     Kind{ZED_DT_LATIN1STRING, &Make<IFieldEditMulti>},
@@ -54,12 +54,15 @@ constexpr std::array kKinds = {
     Kind{ZED_DT_OCTETSTRING, &Make<IFieldEdit>},
     Kind{ZED_DT_ENTITYSPEC, &Make<IFieldEdit>},
     Kind{ZED_DT_ENTITYCLASS, &Make<IFieldEdit>},
-    Kind{ZED_DT_ATTRIBUTELIST, &Make<IFieldEdit>},
+    // The design leaves the list's code open: an attribute list value is what it is for.
+    Kind{ZED_DT_ATTRIBUTELIST, &Make<IFieldAttrList>},
     Kind{ZED_DT_EVENTREPORT, &Make<IFieldEdit>},
     Kind{ZED_DT_ENUMERATION, &Make<IFieldCombo>},
     Kind{ZED_DT_RECORD, &Make<IFieldRecord>},
     Kind{ZED_DT_SETOF, &Make<IFieldSetOf>},
     Kind{ZED_DT_SEQUENCEOF, &Make<IFieldSetOf>},
+    Kind{ZED_DT_ATTRIBUTE, &Make<IFieldAttribute>},
+    Kind{ZED_DT_ATTRIBUTEID, &Make<IFieldAttributeID>},
     Kind{ZED_DT_INTEGER16, &Make<IFieldInteger16>},
     Kind{ZED_DT_INTEGER32, &Make<IFieldInteger32>},
     Kind{ZED_DT_UNSIGNED16, &Make<IFieldUnsigned16>},

@@ -203,8 +203,8 @@ TEST_F(InputFormTest, ContentsSavedOnDiskRestoreIntoANewForm)
     form->FillWithCurrentConfig();
     std::string text;
     form->GetRequest(text);
-    // A record line's text is ")", as designed.
-    EXPECT_EQ(text, "Confirm = True,Ratio = 2.5,Place = ),Comment = two\nlines");
+    // A record line's text is ")" and an empty attribute's " = ", as designed.
+    EXPECT_EQ(text, "Confirm = True,Ratio = 2.5,Place = ),Setting =  = ,Comment = two\nlines");
 }
 
 TEST_F(InputFormTest, ChangedLinesShowRaisedLabelsAllOfTheWidestWidth)

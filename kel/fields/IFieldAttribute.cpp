@@ -1,0 +1,456 @@
+#include "kel/fields/IFieldAttribute.h"
+
+#include "kel/fields/IFieldBuilder.h"
+#include "kel/fields/IFieldContainer.h"
+#include "kel/frame/KELTrace.h"
+#include "zed/TApplication.h"
+#include "zed/TException.h"
+#include "zed/value/TAttribute.h"
+#include "zed/value/TValueParser.h"
+
+#include <QTimer>
+
+#include <charconv>
+
+IFieldAttributeID::~IFieldAttributeID() = default;
+
+namespace {
+
+template <class Visit>
+void ForEachElement(IFieldContainer* container, Visit visit)
+{
+    if (!container)
+        return;
+    for (long at = container->GoFirst(); at >= 0;)
+        visit(*container->GetNext(at));
+}
+
+// An identifier from its text: a name of the class's attributes, or a code.
+TAttributeID IdentifierOf(const std::string& text, const TEntitySpec& entity)
+{
+    const TDictionary* dictionary = ZEDGetApplication()->GetDictionary().get();
+    const TDictClass* cls = dictionary && entity.GetDepth() ? dictionary->FindClass(entity.GetEntityClass()) : nullptr;
+    if (cls)
+        if (std::unique_ptr<TAttributeID> found = ZEDParseAttributeID(text, *cls))
+            return *found;
+    std::uint32_t code = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), code);
+    return error == std::errc() && end == text.data() + text.size() ? TAttributeID(code) : TAttributeID();
+}
+
+} // namespace
+
+// ---- one attribute ------------------------------------------------------------
+
+IFieldAttribute::IFieldAttribute(IElementInfo& info, IContainer* container)
+    : IField(info, container), m_entity(info.GetEntity())
+{
+}
+
+IFieldAttribute::~IFieldAttribute()
+{
+    if (m_pFieldContainer)
+        m_pFieldContainer->ClearAndDestroy();
+}
+
+void IFieldAttribute::Create(unsigned int& id, IElementInfo& info)
+{
+    auto* container = new IFieldContainer(this, GetContainer());
+    AdoptControl(container, id, info);
+    container->setObjectName(QStringLiteral("Field Container"));
+    m_pFieldContainer = container;
+    SetWindow(container);
+    CreateFields(info);
+}
+
+void IFieldAttribute::CreateFields(IElementInfo& info)
+{
+    if (!m_pFieldContainer) {
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
+            << "KEL : IFieldAttribute::CreateFields, m_pFieldContainer must be valid !";
+        return;
+    }
+    IElementInfo idInfo;
+    idInfo.SetCompleteID("");
+    idInfo.SetID(1);
+    idInfo.SetPresentationName("");
+    idInfo.SetName(info.GetName());
+    idInfo.SetDT(ZED_DT_ATTRIBUTEID);
+    idInfo.SetIsDisplayed(1);
+    idInfo.SetRequired(0);
+    idInfo.SetUnits("");
+    idInfo.SetAccess(info.GetAccess());
+    auto field = std::make_unique<IFieldAttributeID>(idInfo, m_pFieldContainer);
+    field->Create(m_controlId, idInfo);
+    m_pFieldAttributeID = field.get();
+    m_pFieldContainer->InsertField(std::move(field));
+    QSize size;
+    m_pFieldContainer->ComputeSize(size);
+    IField::Resize(size);
+    m_pFieldContainer->PlaceElements();
+}
+
+void IFieldAttribute::ConstructElementInfoFromValue(IElementInfo& info, const TValue& value)
+{
+    info.SetCompleteID("");
+    info.SetID(2);
+    info.SetPresentationName("");
+    info.SetDT(value.GetDatatype());
+    const ZED_T_DATATYPE dt = value.GetDatatype();
+    const TDictType* definition = value.GetDictType();
+    const bool typed = definition && (dt == ZED_DT_ENUMERATION || dt == ZED_DT_RECORD || dt == ZED_DT_SETOF
+                                      || dt == ZED_DT_SEQUENCEOF);
+    info.SetHasDictType(typed ? 1 : 0);
+    if (typed)
+        info.SetDictType(*definition);
+    info.SetIsDisplayed(1);
+    info.SetRequired(0);
+    info.SetUnits("");
+    info.SetAccess(ZED_ACCESS_READ_ONLY);
+}
+
+void IFieldAttribute::DropValueField()
+{
+    if (!m_pValueField || !m_pFieldContainer)
+        return;
+    std::unique_ptr<IField> old = m_pFieldContainer->RemoveField(static_cast<int>(m_pValueField->GetID()));
+    m_pValueField = nullptr;
+}
+
+void IFieldAttribute::SetValue(const TValue& value)
+{
+    if (!m_pFieldAttributeID) {
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
+            << "KEL : IFieldAttribute::SetValue, m_pFieldAttributeID must be valid !";
+        return;
+    }
+    if (value.GetDatatype() != ZED_DT_ATTRIBUTE) {
+        KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this)
+            << "KEL Exception catched : IFieldAttribute::SetValue failed : a value of data type "
+            << value.GetDatatype() << " is not an attribute";
+        return;
+    }
+    const auto& attribute = static_cast<const TAttribute&>(value);
+    try {
+        m_pFieldAttributeID->SetValue(attribute.GetAttributeID());
+        DropValueField();
+        if (attribute.HasValue()) {
+            IElementInfo info;
+            ConstructElementInfoFromValue(info, attribute.GetValue());
+            std::unique_ptr<IField> field = IFieldBuilder::CreateField(m_pFieldContainer, m_controlId, info);
+            field->SetValue(attribute.GetValue());
+            m_pValueField = field.get();
+            m_pFieldContainer->InsertField(std::move(field));
+        }
+        SizeHasChanged();
+        SetInitialValue(value.Clone());
+    } catch (const TException& e) {
+        KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this) << "KEL Exception catched : IFieldAttribute::SetValue failed : "
+                                                             << e.what();
+    }
+}
+
+std::unique_ptr<TValue> IFieldAttribute::GetTValue(bool partial)
+{
+    std::string text;
+    if (m_pFieldAttributeID)
+        m_pFieldAttributeID->GetValue(text);
+    auto attribute = std::make_unique<TAttribute>(IdentifierOf(text, m_entity), GetID());
+    if (m_pValueField)
+        if (std::unique_ptr<TValue> value = m_pValueField->GetTValue(partial))
+            attribute->SetValue(std::move(value));
+    return attribute;
+}
+
+void IFieldAttribute::GetValue(std::string& text) const
+{
+    if (!m_pFieldAttributeID) {
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
+            << "KEL : IFieldAttribute::GetValue, m_pFieldAttributeID must be valid !";
+        return;
+    }
+    std::string id, value;
+    m_pFieldAttributeID->GetValue(id);
+    if (m_pValueField)
+        m_pValueField->GetValue(value);
+    text = id + " = " + value;
+}
+
+void IFieldAttribute::GetPartialRequest(std::string& request) { GetValue(request); }
+
+void IFieldAttribute::SetToNotReturned()
+{
+    if (!m_pFieldAttributeID) {
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
+            << "KEL : IFieldAttribute::SetToNotReturned, m_pFieldAttributeID must be valid !";
+        return;
+    }
+    m_pFieldAttributeID->SetToNotReturned();
+}
+
+bool IFieldAttribute::SetToNullValue()
+{
+    DropValueField();
+    SizeHasChanged();
+    return true;
+}
+
+bool IFieldAttribute::SetToServerDefault()
+{
+    SetToNullValue();
+    return false;
+}
+
+void IFieldAttribute::SetValue(const std::string&)
+{
+    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttribute::SetValue string not supported";
+}
+
+void IFieldAttribute::FillWithConfig(const std::string&)
+{
+    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttribute::FillWithConfig not supported";
+}
+
+void IFieldAttribute::SaveContents(const std::string&) const
+{
+    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttribute::SaveContents not supported";
+}
+
+void IFieldAttribute::Dump()
+{
+    std::string text;
+    GetValue(text);
+    KEL_TRACE(KEL_TRACE_INFO, "KELFieldAttribute", this) << "KEL : Attribute Value : " << text;
+}
+
+void IFieldAttribute::SizeHasChanged()
+{
+    if (!m_pFieldContainer)
+        return;
+    m_pFieldContainer->PlaceElements();
+    QSize size;
+    m_pFieldContainer->ComputeSize(size);
+    IField::Resize(size);
+    if (GetContainer())
+        GetContainer()->SizeHasChanged();
+}
+
+QSize IFieldAttribute::Resize(const QSize& size)
+{
+    if (!m_pFieldContainer || !GetContainer())
+        return GetSize();
+    IField::MoveAndResize(GetCoordinates(), size);
+    m_pFieldContainer->PlaceElements();
+    return size;
+}
+
+void IFieldAttribute::MoveAndResize(const QPoint& position, const QSize& size)
+{
+    if (!m_pFieldContainer || !GetContainer())
+        return;
+    IField::MoveAndResize(position, size);
+    m_pFieldContainer->PlaceElements();
+}
+
+// ---- a list of attributes -------------------------------------------------------
+
+IFieldAttrList::IFieldAttrList(IElementInfo& info, IContainer* container) : IField(info, container)
+{
+    m_elementInfo.SetEntity(info.GetEntity());
+}
+
+IFieldAttrList::~IFieldAttrList()
+{
+    if (m_pFieldContainer)
+        m_pFieldContainer->ClearAndDestroy();
+}
+
+void IFieldAttrList::Create(unsigned int& id, IElementInfo& info)
+{
+    auto* container = new IFieldContainer(this, GetContainer());
+    AdoptControl(container, id, info);
+    container->setObjectName(QStringLiteral("Field Container"));
+    m_pFieldContainer = container;
+    m_access = info.GetAccess();
+    SetWindow(container);
+    IField::Resize(QSize(1, 1));
+}
+
+bool IFieldAttrList::InitElementInfo()
+{
+    if (m_elementInfoReady)
+        return true;
+    m_elementInfo.SetCompleteID("");
+    m_elementInfo.SetPresentationName("");
+    m_elementInfo.SetDT(ZED_DT_ATTRIBUTE);
+    m_elementInfo.SetHasDictType(0);
+    m_elementInfo.SetIsDisplayed(1);
+    m_elementInfo.SetRequired(0);
+    m_elementInfo.SetUnits("");
+    m_elementInfo.SetAccess(m_access);
+    m_elementInfo.SetIsSetOfElement(1);
+    m_elementInfoReady = 1;
+    return true;
+}
+
+IField* IFieldAttrList::CreateNewField()
+{
+    if (!m_pFieldContainer) {
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
+            << "KEL : IFieldAttrList::CreateNewField, m_pFieldContainer must be valid !";
+        return nullptr;
+    }
+    InitElementInfo();
+    m_elementInfo.SetID(static_cast<int>(m_nextElementId++));
+    auto field = std::make_unique<IFieldAttribute>(m_elementInfo, m_pFieldContainer);
+    field->Create(m_pFieldContainer->NextControlId(), m_elementInfo);
+    IField* made = field.get();
+    m_pFieldContainer->InsertField(std::move(field));
+    return made;
+}
+
+void IFieldAttrList::RemoveField(int id)
+{
+    std::unique_ptr<IField> removed = m_pFieldContainer ? m_pFieldContainer->RemoveField(id) : nullptr;
+    if (!removed) {
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::RemoveField, id not found";
+        return;
+    }
+    // It may be its own popup menu that removes it: deleted once that event is done.
+    removed->HideWindow();
+    QTimer::singleShot(0, m_pFieldContainer, [doomed = std::shared_ptr<IField>(std::move(removed))] {});
+    SizeHasChanged();
+}
+
+void IFieldAttrList::SetValue(const TValue& value)
+{
+    if (!m_pFieldContainer) {
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
+            << "KEL : IFieldAttrList::SetValue, m_pFieldContainer must be valid !";
+        return;
+    }
+    if (value.GetDatatype() != ZED_DT_ATTRIBUTELIST) {
+        KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this)
+            << "KEL Exception catched : IFieldAttrList::SetValue failed : a value of data type " << value.GetDatatype()
+            << " is not an attribute list";
+        return;
+    }
+    const auto& list = static_cast<const TAttributeList&>(value);
+    while (m_pFieldContainer->GetCount() > list.Size())
+        m_pFieldContainer->RemoveField().reset();
+    while (m_pFieldContainer->GetCount() < list.Size())
+        CreateNewField();
+    std::size_t index = 0;
+    ForEachElement(m_pFieldContainer, [&](IField& element) { element.SetValue(list.At(index++)); });
+    SetInitialValue(value.Clone());
+    SizeHasChanged();
+}
+
+std::unique_ptr<TValue> IFieldAttrList::GetTValue(bool partial)
+{
+    auto list = std::make_unique<TAttributeList>(GetID());
+    ForEachElement(m_pFieldContainer, [&](IField& element) {
+        std::unique_ptr<TValue> part = element.GetTValue(partial);
+        if (part && part->GetDatatype() == ZED_DT_ATTRIBUTE)
+            list->Add(std::unique_ptr<TAttribute>(static_cast<TAttribute*>(part.release())));
+    });
+    return list;
+}
+
+void IFieldAttrList::GetValue(std::string& text) const
+{
+    if (!m_pFieldContainer) {
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
+            << "KEL : IFieldAttrList::GetValue, m_pFieldContainer must be valid !";
+        return;
+    }
+    std::string joined;
+    ForEachElement(m_pFieldContainer, [&](IField& element) {
+        std::string part;
+        element.GetValue(part);
+        joined += (joined.empty() ? "" : ",") + part;
+    });
+    text = "{" + joined + "}";
+}
+
+void IFieldAttrList::GetPartialRequest(std::string& request)
+{
+    if (m_pFieldContainer && m_pFieldContainer->GetCount() > 0)
+        GetValue(request);
+}
+
+void IFieldAttrList::SetToNotReturned()
+{
+    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::SetToNotReturned, not supported";
+}
+
+void IFieldAttrList::SetValue(const std::string&)
+{
+    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::SetValue string not supported";
+}
+
+void IFieldAttrList::FillWithConfig(const std::string&)
+{
+    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::FillWithConfig not supported";
+}
+
+void IFieldAttrList::SaveContents(const std::string&) const
+{
+    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::SaveContents not supported";
+}
+
+bool IFieldAttrList::SetToNullValue()
+{
+    ForEachElement(m_pFieldContainer, [](IField& element) { element.SetToNullValue(); });
+    return true;
+}
+
+bool IFieldAttrList::SetToServerDefault()
+{
+    ForEachElement(m_pFieldContainer, [](IField& element) { element.SetToServerDefault(); });
+    return true;
+}
+
+void IFieldAttrList::Dump()
+{
+    std::string text;
+    GetValue(text);
+    KEL_TRACE(KEL_TRACE_INFO, "KELFieldAttribute", this) << "KEL : AttributeList Value : " << text;
+}
+
+bool IFieldAttrList::Placed(const char* operation) const
+{
+    if (m_pFieldContainer && GetContainer())
+        return true;
+    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
+        << "KEL : IFieldAttrList::" << operation << ", m_pFieldContainer or m_pParentWnd must be valid !";
+    return false;
+}
+
+void IFieldAttrList::SizeHasChanged()
+{
+    if (!Placed("SizeHasChanged"))
+        return;
+    m_pFieldContainer->PlaceElements();
+    QSize size;
+    m_pFieldContainer->ComputeSize(size);
+    IField::Resize(size.expandedTo(QSize(1, 1)));
+    GetContainer()->SizeHasChanged();
+}
+
+QSize IFieldAttrList::Resize(const QSize& size)
+{
+    if (!Placed("Resize"))
+        return GetSize();
+    IField::MoveAndResize(GetCoordinates(), size);
+    m_pFieldContainer->PlaceElements();
+    return size;
+}
+
+void IFieldAttrList::MoveAndResize(const QPoint& position, const QSize& size)
+{
+    if (!Placed("MoveAndResize"))
+        return;
+    IField::MoveAndResize(position, size);
+    m_pFieldContainer->PlaceElements();
+}

@@ -1,0 +1,108 @@
+#include "kel/fields/IFieldAttribute.h"
+#include "kel/fields/IFieldBuilder.h"
+#include "kel/fields/IFieldContainer.h"
+#include "kel/fields/IFieldNumeric.h"
+#include "kel/fields/IFieldRecord.h"
+#include "kel/frame/IApplication.h"
+#include "support/FieldDoubles.h"
+#include "support/ShippedNetwork.h"
+#include "zed/value/TAttribute.h"
+#include "zed/value/TValueParser.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+class AttributeFieldTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        network = InstallShippedNetwork();
+        ASSERT_NE(InitializeKEL("attribute test"), nullptr);
+        container = new IContainer(&form);
+    }
+    void TearDown() override { DestroyKEL(); }
+
+    template <class Kind>
+    std::unique_ptr<Kind> Make(unsigned int dt)
+    {
+        IElementInfo info(TEntitySpec("Network core Router r1"), "Watched", "");
+        info.SetID(5);
+        info.SetDT(dt);
+        unsigned int id = 1;
+        std::unique_ptr<IField> field = IFieldBuilder::CreateField(container, id, info);
+        auto* kind = dynamic_cast<Kind*>(field.get());
+        EXPECT_NE(kind, nullptr) << dt;
+        field.release();
+        return std::unique_ptr<Kind>(kind);
+    }
+    TValuePtr Parse(const char* type, const char* json)
+    {
+        std::string error;
+        TValuePtr value = ZEDParseValue(*Dictionary().FindType(type), json, 5,
+                                        {&Dictionary(), Dictionary().FindClass(std::vector<unsigned int>{1, 2})}, &error);
+        EXPECT_NE(value, nullptr) << error;
+        return value;
+    }
+
+    std::shared_ptr<TSimulatedNetwork> network;
+    FakeForm form;
+    IContainer* container = nullptr;
+};
+
+TEST_F(AttributeFieldTest, TheValueFieldFollowsTheTypeOfEachValue)
+{
+    auto attribute = Make<IFieldAttribute>(ZED_DT_ATTRIBUTE);
+    EXPECT_EQ(attribute->GetValueField(), nullptr);
+    std::unique_ptr<TValue> bare = attribute->GetTValue(false);
+    ASSERT_EQ(bare->GetDatatype(), ZED_DT_ATTRIBUTE);
+    EXPECT_FALSE(static_cast<TAttribute&>(*bare).HasValue()) << "an identifier and no value";
+
+    attribute->SetValue(*Parse("Attribute", R"({"attribute": "Priority", "value": 3})"));
+    EXPECT_NE(dynamic_cast<IFieldInteger16*>(attribute->GetValueField()), nullptr);
+    const int small = attribute->GetSize().height();
+    std::string text;
+    attribute->GetValue(text);
+    EXPECT_EQ(text, "Priority = 3");
+
+    attribute->SetValue(*Parse("Attribute", R"({"attribute": "Location", "value": {"Site": "Hall C"}})"));
+    EXPECT_NE(dynamic_cast<IFieldRecord*>(attribute->GetValueField()), nullptr) << "replaced by the new type's field";
+    EXPECT_GT(attribute->GetSize().height(), small) << "the field grows around it";
+    std::unique_ptr<TValue> back = attribute->GetTValue(false);
+    const auto& got = static_cast<TAttribute&>(*back);
+    EXPECT_EQ(got.GetAttributeID().GetValue(), 8u) << "the identifier is read by name within the entity's class";
+    EXPECT_EQ(got.GetID(), 5u);
+
+    EXPECT_FALSE(attribute->SetToServerDefault()) << "no server default of its own";
+    EXPECT_EQ(attribute->GetValueField(), nullptr) << "only the identifier is left";
+    EXPECT_EQ(attribute->GetSize().height(), attribute->GetIDField()->GetSize().height() + 3);
+}
+
+TEST_F(AttributeFieldTest, AListGrowsAndShrinksToItsValue)
+{
+    auto list = Make<IFieldAttrList>(ZED_DT_ATTRIBUTELIST);
+    list->SetValue(*Parse("AttributeList", R"({"Priority": 3, "AdminState": "Locked"})"));
+    EXPECT_EQ(list->GetFieldContainer()->GetCount(), 2u);
+    std::string text;
+    list->GetValue(text);
+    EXPECT_EQ(text, "{AdminState = Locked,Priority = 3}");
+    std::unique_ptr<TValue> back = list->GetTValue(false);
+    ASSERT_EQ(back->GetDatatype(), ZED_DT_ATTRIBUTELIST);
+    EXPECT_EQ(back->ToString(), "{ AdminState = Locked, Priority = 3 }");
+
+    list->SetValue(*Parse("AttributeList", R"({"Priority": 4})"));
+    EXPECT_EQ(list->GetFieldContainer()->GetCount(), 1u);
+    list->CreateNewField();
+    EXPECT_EQ(list->GetFieldContainer()->GetCount(), 2u);
+}
+
+TEST_F(AttributeFieldTest, AnIdentifierIsEnteredAsText)
+{
+    auto id = Make<IFieldAttributeID>(ZED_DT_ATTRIBUTEID);
+    id->SetValue(TAttributeID(12, "Priority"));
+    std::string text;
+    id->GetValue(text);
+    EXPECT_EQ(text, "Priority");
+}
+
+} // namespace
