@@ -8,22 +8,11 @@
 #include "zed/value/TAttribute.h"
 #include "zed/value/TValueParser.h"
 
-#include <QTimer>
-
 #include <charconv>
 
 IFieldAttributeID::~IFieldAttributeID() = default;
 
 namespace {
-
-template <class Visit>
-void ForEachElement(IFieldContainer* container, Visit visit)
-{
-    if (!container)
-        return;
-    for (long at = container->GoFirst(); at >= 0;)
-        visit(*container->GetNext(at));
-}
 
 // An identifier from its text: a name of the class's attributes, or a code.
 TAttributeID IdentifierOf(const std::string& text, const TEntitySpec& entity)
@@ -254,23 +243,19 @@ void IFieldAttribute::MoveAndResize(const QPoint& position, const QSize& size)
 
 // ---- a list of attributes -------------------------------------------------------
 
-IFieldAttrList::IFieldAttrList(IElementInfo& info, IContainer* container) : IField(info, container)
+IFieldAttrList::IFieldAttrList(IElementInfo& info, IContainer* container) : KELElementsField(info, container)
 {
     m_elementInfo.SetEntity(info.GetEntity());
 }
 
-IFieldAttrList::~IFieldAttrList()
-{
-    if (m_pFieldContainer)
-        m_pFieldContainer->ClearAndDestroy();
-}
+IFieldAttrList::~IFieldAttrList() = default;
 
 void IFieldAttrList::Create(unsigned int& id, IElementInfo& info)
 {
     auto* container = new IFieldContainer(this, GetContainer());
     AdoptControl(container, id, info);
     container->setObjectName(QStringLiteral("Field Container"));
-    m_pFieldContainer = container;
+    SetFieldContainer(container);
     m_access = info.GetAccess();
     SetWindow(container);
     IField::Resize(QSize(1, 1));
@@ -295,38 +280,25 @@ bool IFieldAttrList::InitElementInfo()
 
 IField* IFieldAttrList::CreateNewField()
 {
-    if (!m_pFieldContainer) {
+    if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttrList::CreateNewField, m_pFieldContainer must be valid !";
+            << "KEL : IFieldAttrList::CreateNewField, GetFieldContainer() must be valid !";
         return nullptr;
     }
     InitElementInfo();
     m_elementInfo.SetID(static_cast<int>(m_nextElementId++));
-    auto field = std::make_unique<IFieldAttribute>(m_elementInfo, m_pFieldContainer);
-    field->Create(m_pFieldContainer->NextControlId(), m_elementInfo);
+    auto field = std::make_unique<IFieldAttribute>(m_elementInfo, GetFieldContainer());
+    field->Create(GetFieldContainer()->NextControlId(), m_elementInfo);
     IField* made = field.get();
-    m_pFieldContainer->InsertField(std::move(field));
+    GetFieldContainer()->InsertField(std::move(field));
     return made;
-}
-
-void IFieldAttrList::RemoveField(int id)
-{
-    std::unique_ptr<IField> removed = m_pFieldContainer ? m_pFieldContainer->RemoveField(id) : nullptr;
-    if (!removed) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::RemoveField, id not found";
-        return;
-    }
-    // It may be its own popup menu that removes it: deleted once that event is done.
-    removed->HideWindow();
-    QTimer::singleShot(0, m_pFieldContainer, [doomed = std::shared_ptr<IField>(std::move(removed))] {});
-    SizeHasChanged();
 }
 
 void IFieldAttrList::SetValue(const TValue& value)
 {
-    if (!m_pFieldContainer) {
+    if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttrList::SetValue, m_pFieldContainer must be valid !";
+            << "KEL : IFieldAttrList::SetValue, GetFieldContainer() must be valid !";
         return;
     }
     if (value.GetDatatype() != ZED_DT_ATTRIBUTELIST) {
@@ -336,12 +308,9 @@ void IFieldAttrList::SetValue(const TValue& value)
         return;
     }
     const auto& list = static_cast<const TAttributeList&>(value);
-    while (m_pFieldContainer->GetCount() > list.Size())
-        m_pFieldContainer->RemoveField().reset();
-    while (m_pFieldContainer->GetCount() < list.Size())
-        CreateNewField();
+    ResizeTo(list.Size());
     std::size_t index = 0;
-    ForEachElement(m_pFieldContainer, [&](IField& element) { element.SetValue(list.At(index++)); });
+    ForEachElement([&](IField& element) { element.SetValue(list.At(index++)); });
     SetInitialValue(value.Clone());
     SizeHasChanged();
 }
@@ -349,34 +318,12 @@ void IFieldAttrList::SetValue(const TValue& value)
 std::unique_ptr<TValue> IFieldAttrList::GetTValue(bool partial)
 {
     auto list = std::make_unique<TAttributeList>(GetID());
-    ForEachElement(m_pFieldContainer, [&](IField& element) {
+    ForEachElement([&](IField& element) {
         std::unique_ptr<TValue> part = element.GetTValue(partial);
         if (part && part->GetDatatype() == ZED_DT_ATTRIBUTE)
             list->Add(std::unique_ptr<TAttribute>(static_cast<TAttribute*>(part.release())));
     });
     return list;
-}
-
-void IFieldAttrList::GetValue(std::string& text) const
-{
-    if (!m_pFieldContainer) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttrList::GetValue, m_pFieldContainer must be valid !";
-        return;
-    }
-    std::string joined;
-    ForEachElement(m_pFieldContainer, [&](IField& element) {
-        std::string part;
-        element.GetValue(part);
-        joined += (joined.empty() ? "" : ",") + part;
-    });
-    text = "{" + joined + "}";
-}
-
-void IFieldAttrList::GetPartialRequest(std::string& request)
-{
-    if (m_pFieldContainer && m_pFieldContainer->GetCount() > 0)
-        GetValue(request);
 }
 
 void IFieldAttrList::SetToNotReturned()
@@ -399,18 +346,6 @@ void IFieldAttrList::SaveContents(const std::string&) const
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::SaveContents not supported";
 }
 
-bool IFieldAttrList::SetToNullValue()
-{
-    ForEachElement(m_pFieldContainer, [](IField& element) { element.SetToNullValue(); });
-    return true;
-}
-
-bool IFieldAttrList::SetToServerDefault()
-{
-    ForEachElement(m_pFieldContainer, [](IField& element) { element.SetToServerDefault(); });
-    return true;
-}
-
 void IFieldAttrList::Dump()
 {
     std::string text;
@@ -420,10 +355,10 @@ void IFieldAttrList::Dump()
 
 bool IFieldAttrList::Placed(const char* operation) const
 {
-    if (m_pFieldContainer && GetContainer())
+    if (GetFieldContainer() && GetContainer())
         return true;
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-        << "KEL : IFieldAttrList::" << operation << ", m_pFieldContainer or m_pParentWnd must be valid !";
+        << "KEL : IFieldAttrList::" << operation << ", GetFieldContainer() or m_pParentWnd must be valid !";
     return false;
 }
 
@@ -431,9 +366,9 @@ void IFieldAttrList::SizeHasChanged()
 {
     if (!Placed("SizeHasChanged"))
         return;
-    m_pFieldContainer->PlaceElements();
+    GetFieldContainer()->PlaceElements();
     QSize size;
-    m_pFieldContainer->ComputeSize(size);
+    GetFieldContainer()->ComputeSize(size);
     IField::Resize(size.expandedTo(QSize(1, 1)));
     GetContainer()->SizeHasChanged();
 }
@@ -443,7 +378,7 @@ QSize IFieldAttrList::Resize(const QSize& size)
     if (!Placed("Resize"))
         return GetSize();
     IField::MoveAndResize(GetCoordinates(), size);
-    m_pFieldContainer->PlaceElements();
+    GetFieldContainer()->PlaceElements();
     return size;
 }
 
@@ -452,5 +387,5 @@ void IFieldAttrList::MoveAndResize(const QPoint& position, const QSize& size)
     if (!Placed("MoveAndResize"))
         return;
     IField::MoveAndResize(position, size);
-    m_pFieldContainer->PlaceElements();
+    GetFieldContainer()->PlaceElements();
 }

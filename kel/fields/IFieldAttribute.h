@@ -1,7 +1,7 @@
 #pragma once
 
 #include "kel/fields/IFieldEdit.h"
-#include "kel/fields/KELSetOfOwner.h"
+#include "kel/fields/KELElementsField.h"
 #include "kel/model/IElementInfo.h"
 
 class IFieldContainer;
@@ -59,42 +59,32 @@ private:
 
 // A list of attributes: attribute fields grown and shrunk to the list's size
 // like a set's elements; an element's menu adds and removes attributes.
-class KEL_EXPORT IFieldAttrList : public IField, public KELSetOfOwner {
+class KEL_EXPORT IFieldAttrList : public KELElementsField {
 public:
     IFieldAttrList(IElementInfo& info, IContainer* container);
     ~IFieldAttrList() override;
 
     void Create(unsigned int& id, IElementInfo& info) override;
-    // "{a = 1,b = 2}"
-    void GetValue(std::string& text) const override;
     void SetToNotReturned() override;
     void SetValue(const std::string& text) override;
     void SetValue(const TValue& value) override;
-    void GetPartialRequest(std::string& request) override;
     void FillWithConfig(const std::string& key) override;
     void SaveContents(const std::string& key) const override;
     void Dump() override;
     void SizeHasChanged() override;
     void MoveAndResize(const QPoint& position, const QSize& size) override;
     QSize Resize(const QSize& size) override;
-    bool SetToNullValue() override;
-    bool SetToServerDefault() override;
     std::unique_ptr<TValue> GetTValue(bool partial) override;
 
-    IField* CreateNewField();
-    void RemoveField(int id);
-    IFieldContainer* GetFieldContainer() const { return m_pFieldContainer; }
-
-    void AddNewElement() override { CreateNewField(); }
-    void RemoveElement(unsigned int id) override { RemoveField(static_cast<int>(id)); }
+    IField* CreateNewField() override;
 
 protected:
     bool InitElementInfo();
+    const char* KindName() const override { return "IFieldAttrList"; }
 
 private:
     bool Placed(const char* operation) const;
 
-    IFieldContainer* m_pFieldContainer = nullptr;  // the window
     int m_elementInfoReady = 0;
     unsigned int m_nextElementId = 1;
     IElementInfo m_elementInfo;

@@ -14,7 +14,6 @@
 #include <QPixmap>
 #include <QStyle>
 #include <QStyleOptionButton>
-#include <QTimer>
 #include <QToolButton>
 
 #include <algorithm>
@@ -135,13 +134,9 @@ void IFieldSetOfButtonMap::keyPressEvent(QKeyEvent* event)
 
 // ---- the set ----------------------------------------------------------------
 
-IFieldSetOf::IFieldSetOf(IElementInfo& info, IContainer* container) : IField(info, container) {}
+IFieldSetOf::IFieldSetOf(IElementInfo& info, IContainer* container) : KELElementsField(info, container) {}
 
-IFieldSetOf::~IFieldSetOf()
-{
-    if (m_pFieldContainer)
-        m_pFieldContainer->ClearAndDestroy();
-}
+IFieldSetOf::~IFieldSetOf() = default;
 
 void IFieldSetOf::SetDictType(const TDictType* type)
 {
@@ -153,8 +148,8 @@ void IFieldSetOf::SetDictType(const TDictType* type)
 void IFieldSetOf::Create(unsigned int& id, IElementInfo& info)
 {
     m_pFrame = new QWidget(GetContainer());
-    m_pFieldContainer = new IFieldContainer(this, m_pFrame);
-    m_pFieldContainer->setObjectName(QStringLiteral("Field Container"));
+    SetFieldContainer(new IFieldContainer(this, m_pFrame));
+    GetFieldContainer()->setObjectName(QStringLiteral("Field Container"));
     auto* add = new KELControl<QToolButton>(this, m_pFrame);
     AdoptControl(add, id, info);
     const QString addText = QString::fromStdString(KELResources::String(4007));
@@ -170,7 +165,7 @@ void IFieldSetOf::Create(unsigned int& id, IElementInfo& info)
     add->setFocusPolicy(Qt::TabFocus);
     QObject::connect(add, &QToolButton::clicked, add, [this] { OnClicked(); });
     m_pAdd = add;
-    m_pStrip = new IFieldSetOfButtonMap(*this, *m_pFieldContainer, m_pFrame);
+    m_pStrip = new IFieldSetOfButtonMap(*this, *GetFieldContainer(), m_pFrame);
     if (const IApplication* app = GetKELapp())
         m_pStrip->setFont(*app->GetBoldFont());
     m_access = info.GetAccess();
@@ -217,50 +212,36 @@ void IFieldSetOf::OnClicked()
 
 IField* IFieldSetOf::CreateNewField()
 {
-    if (!m_pFieldContainer) {
+    if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this)
-            << "KEL : IFieldSetOf::CreateNewField, m_pFieldContainer must be valid !";
+            << "KEL : IFieldSetOf::CreateNewField, GetFieldContainer() must be valid !";
         return nullptr;
     }
     if (!InitElementInfo())
         return nullptr;
     m_elementInfo.SetID(static_cast<int>(m_nextElementId++));
-    IField* field = m_pFieldContainer->InsertField(m_elementInfo);
+    IField* field = GetFieldContainer()->InsertField(m_elementInfo);
     m_pStrip->update();
     return field;
 }
 
-void IFieldSetOf::RemoveField(int id)
-{
-    std::unique_ptr<IField> removed = m_pFieldContainer ? m_pFieldContainer->RemoveField(id) : nullptr;
-    if (!removed) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::RemoveField, id not found";
-        return;
-    }
-    // The element may be removed from inside its own control's event (its popup
-    // menu): its windows go out of sight now and are deleted once that event is done.
-    removed->HideWindow();
-    QTimer::singleShot(0, m_pFrame, [doomed = std::shared_ptr<IField>(std::move(removed))] {});
-    SizeHasChanged();
-}
-
 bool IFieldSetOf::Placed(const char* operation) const
 {
-    if (m_pFieldContainer && GetContainer())
+    if (GetFieldContainer() && GetContainer())
         return true;
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this)
-        << "KEL : IFieldSetOf::" << operation << ", m_pFieldContainer or m_pParentWnd must be valid !";
+        << "KEL : IFieldSetOf::" << operation << ", GetFieldContainer() or m_pParentWnd must be valid !";
     return false;
 }
 
 // Strip on the left, elements right of it, the add button under them.
 void IFieldSetOf::Arrange()
 {
-    m_pFieldContainer->PlaceElements();
+    GetFieldContainer()->PlaceElements();
     QSize elements;
-    m_pFieldContainer->ComputeSize(elements);
+    GetFieldContainer()->ComputeSize(elements);
     const int left = IFieldSetOfButtonMap::kButton + kStripGap;
-    m_pFieldContainer->setGeometry(left, 0, std::max(elements.width(), 1), std::max(elements.height(), 1));
+    GetFieldContainer()->setGeometry(left, 0, std::max(elements.width(), 1), std::max(elements.height(), 1));
     m_pStrip->setGeometry(0, 0, IFieldSetOfButtonMap::kButton + 2, std::max(elements.height(), 1));
     const QSize button = m_pAdd->sizeHint();
     m_pAdd->setGeometry(left, elements.height() + 2, button.width(), button.height());
@@ -310,8 +291,8 @@ void IFieldSetOf::SetValue(const std::string&)
 
 void IFieldSetOf::SetValue(const TValue& value)
 {
-    if (!m_pFieldContainer) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SetValue, m_pFieldContainer must be valid !";
+    if (!GetFieldContainer()) {
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SetValue, GetFieldContainer() must be valid !";
         return;
     }
     if (value.GetDatatype() != ZED_DT_SETOF && value.GetDatatype() != ZED_DT_SEQUENCEOF) {
@@ -320,13 +301,9 @@ void IFieldSetOf::SetValue(const TValue& value)
         return;
     }
     const auto& set = static_cast<const TConstructedOf&>(value);
-    while (m_pFieldContainer->GetCount() > set.Size())
-        m_pFieldContainer->RemoveField().reset();
-    while (m_pFieldContainer->GetCount() < set.Size())
-        if (!CreateNewField())
-            break;
+    ResizeTo(set.Size());
     std::size_t index = 0;
-    ForEachElement(m_pFieldContainer, [&](IField& element) {
+    ForEachElement([&](IField& element) {
         if (index < set.Size())
             element.SetValue(set.At(index++));
     });
@@ -342,49 +319,16 @@ std::unique_ptr<TValue> IFieldSetOf::GetTValue(bool partial)
         set = std::make_unique<TSequenceOf>(m_pElementType, GetID());
     else
         set = std::make_unique<TSetOf>(m_pElementType, GetID());
-    ForEachElement(m_pFieldContainer, [&](IField& element) {
+    ForEachElement([&](IField& element) {
         if (std::unique_ptr<TValue> part = element.GetTValue(partial))
             set->Add(std::move(part));
     });
     return set;
 }
 
-void IFieldSetOf::GetValue(std::string& text) const
-{
-    if (!m_pFieldContainer) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::GetValue, m_pFieldContainer must be valid !";
-        return;
-    }
-    std::string joined;
-    ForEachElement(m_pFieldContainer, [&](IField& element) {
-        std::string part;
-        element.GetValue(part);
-        joined += (joined.empty() ? "" : ",") + part;
-    });
-    text = "{" + joined + "}";
-}
-
-void IFieldSetOf::GetPartialRequest(std::string& request)
-{
-    if (m_pFieldContainer && m_pFieldContainer->GetCount() > 0)
-        GetValue(request);
-}
-
 void IFieldSetOf::SetToNotReturned()
 {
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SetToNotReturned, not supported";
-}
-
-bool IFieldSetOf::SetToNullValue()
-{
-    ForEachElement(m_pFieldContainer, [](IField& element) { element.SetToNullValue(); });
-    return true;
-}
-
-bool IFieldSetOf::SetToServerDefault()
-{
-    ForEachElement(m_pFieldContainer, [](IField& element) { element.SetToServerDefault(); });
-    return true;
 }
 
 void IFieldSetOf::FillWithConfig(const std::string&)

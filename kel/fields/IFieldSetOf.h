@@ -1,7 +1,6 @@
 #pragma once
 
-#include "kel/fields/IField.h"
-#include "kel/fields/KELSetOfOwner.h"
+#include "kel/fields/KELElementsField.h"
 #include "kel/model/IElementInfo.h"
 #include "zed/dict/TDictType.h"
 
@@ -49,7 +48,7 @@ private:
 // the element type), the strip of remove buttons on its left and the add
 // button below. Element ids are never reused. A reply's value grows or
 // shrinks the set to its size.
-class KEL_EXPORT IFieldSetOf : public IField, public KELSetOfOwner {
+class KEL_EXPORT IFieldSetOf : public KELElementsField {
 public:
     static constexpr int kStripGap = 3;
 
@@ -57,12 +56,9 @@ public:
     ~IFieldSetOf() override;
 
     void Create(unsigned int& id, IElementInfo& info) override;
-    // "{a,b}"
-    void GetValue(std::string& text) const override;
     void SetToNotReturned() override;
     void SetValue(const std::string& text) override;
     void SetValue(const TValue& value) override;
-    void GetPartialRequest(std::string& request) override;
     void FillWithConfig(const std::string& key) override;
     void SaveContents(const std::string& key) const override;
     void Dump() override;
@@ -71,32 +67,24 @@ public:
     QSize GetSize() override;
     QPoint Move(const QPoint& position) override;
     QSize Resize(const QSize& size) override;
-    bool SetToNullValue() override;
-    bool SetToServerDefault() override;
     std::unique_ptr<TValue> GetTValue(bool partial) override;
 
     // The add button: a new element, unless the set is read-only.
     void OnClicked();
-    IField* CreateNewField();
-    void RemoveField(int id);
+    IField* CreateNewField() override;
     const TDictTypeConstructorOf* GetDictType() const { return m_pElementType.get(); }
     void SetDictType(const TDictType* type);
-    IFieldContainer* GetFieldContainer() const { return m_pFieldContainer; }
     QToolButton* GetAddButton() const { return m_pAdd; }
     IFieldSetOfButtonMap* GetButtonMap() const { return m_pStrip; }
 
-    // As the set that holds element fields.
-    void AddNewElement() override { CreateNewField(); }
-    void RemoveElement(unsigned int id) override { RemoveField(static_cast<int>(id)); }
-
 protected:
     bool InitElementInfo();
+    const char* KindName() const override { return "IFieldSetOf"; }
 
 private:
     bool Placed(const char* operation) const;
     void Arrange();
 
-    IFieldContainer* m_pFieldContainer = nullptr;  // in the frame; Qt owns the windows
     int m_elementInfoReady = 0;
     IElementInfo m_elementInfo;
     unsigned int m_nextElementId = 1;
