@@ -3,6 +3,7 @@
 #include "KelBrowserWindow.h"
 #include "kel/fields/IField.h"
 #include "kel/fields/IFieldContainer.h"
+#include "kel/fields/IFieldRecord.h"
 #include "kel/fields/IFieldSetOf.h"
 #include "kel/forms/IFormLine.h"
 #include "kel/controls/ILabel.h"
@@ -49,7 +50,7 @@ struct Step {
     // Argument name to the text typed into its field; an empty text clears it.
     std::map<std::string, std::string> typed;
     bool sent;  // whether the form lets the request go
-    // Sets grown by their add button and filled: argument name to a JSON value of the set.
+    // Sets grown by their add button and filled, records filled: argument name to a JSON value.
     std::map<std::string, std::string> grown = {};
 };
 
@@ -69,6 +70,16 @@ IField* FieldOf(IInputForm& form, const std::string& name)
 // element removed again, then each element given its part of the JSON value.
 bool Grow(IInputForm& form, const std::string& name, const std::string& json, std::ostream& out)
 {
+    // A record's members are filled directly, nested ones too.
+    if (auto* record = dynamic_cast<IFieldRecord*>(FieldOf(form, name)); record && record->GetDictType()) {
+        std::string error;
+        const TValuePtr value = ZEDParseValue(*record->GetDictType(), json, record->GetID(),
+                                              {ZEDGetApplication()->GetDictionary().get(), nullptr}, &error);
+        if (value)
+            record->SetValue(*value);
+        out << "  " << name << ": " << (value ? "members filled" : error) << "\n";
+        return value != nullptr;
+    }
     auto* set = dynamic_cast<IFieldSetOf*>(FieldOf(form, name));
     if (!set || !set->GetDictType())
         return false;
@@ -134,7 +145,8 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
           {"Comment", "Checked after the move\nto hall C"},
           {"Outcome", "Mirrored"}},
          true,
-         {{"Peers", R"([{"Host": "r2", "Port": 179, "Transport": "TCP"}, {"Host": "r3", "Port": 646}])"},
+         {{"Place", R"({"Site": "Hall C", "Rack": 12, "Position": {"Latitude": 48.85, "Longitude": 2.35}})"},
+          {"Peers", R"([{"Host": "r2", "Port": 179, "Transport": "TCP"}, {"Host": "r3", "Port": 646}])"},
           {"States", R"(["Unlocked", "ShuttingDown"])"}}},
         {"03-echo-required-missing.png", "Network core Router r1 Interface eth1", "Echo", {{"Confirm", ""}, {"Ratio", "3"}}, false},
         {"04-show-router.png", "Network core Router r1", "Show", {{"Partition", "Status"}}, true},
