@@ -32,31 +32,27 @@ TAttributeID IdentifierOf(const std::string& text, const TEntitySpec& entity)
 // ---- one attribute ------------------------------------------------------------
 
 IFieldAttribute::IFieldAttribute(IElementInfo& info, IContainer* container)
-    : IField(info, container), m_entity(info.GetEntity())
+    : KELCompositeField(info, container), m_entity(info.GetEntity())
 {
 }
 
-IFieldAttribute::~IFieldAttribute()
-{
-    if (m_pFieldContainer)
-        m_pFieldContainer->ClearAndDestroy();
-}
+IFieldAttribute::~IFieldAttribute() = default;
 
 void IFieldAttribute::Create(unsigned int& id, IElementInfo& info)
 {
     auto* container = new IFieldContainer(this, GetContainer());
     AdoptControl(container, id, info);
     container->setObjectName(QStringLiteral("Field Container"));
-    m_pFieldContainer = container;
+    SetFieldContainer(container);
     SetWindow(container);
     CreateFields(info);
 }
 
 void IFieldAttribute::CreateFields(IElementInfo& info)
 {
-    if (!m_pFieldContainer) {
+    if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttribute::CreateFields, m_pFieldContainer must be valid !";
+            << "KEL : IFieldAttribute::CreateFields, GetFieldContainer() must be valid !";
         return;
     }
     IElementInfo idInfo;
@@ -69,14 +65,14 @@ void IFieldAttribute::CreateFields(IElementInfo& info)
     idInfo.SetRequired(0);
     idInfo.SetUnits("");
     idInfo.SetAccess(info.GetAccess());
-    auto field = std::make_unique<IFieldAttributeID>(idInfo, m_pFieldContainer);
+    auto field = std::make_unique<IFieldAttributeID>(idInfo, GetFieldContainer());
     field->Create(m_controlId, idInfo);
     m_pFieldAttributeID = field.get();
-    m_pFieldContainer->InsertField(std::move(field));
+    GetFieldContainer()->InsertField(std::move(field));
     QSize size;
-    m_pFieldContainer->ComputeSize(size);
+    GetFieldContainer()->ComputeSize(size);
     IField::Resize(size);
-    m_pFieldContainer->PlaceElements();
+    GetFieldContainer()->PlaceElements();
 }
 
 void IFieldAttribute::ConstructElementInfoFromValue(IElementInfo& info, const TValue& value)
@@ -100,9 +96,9 @@ void IFieldAttribute::ConstructElementInfoFromValue(IElementInfo& info, const TV
 
 void IFieldAttribute::DropValueField()
 {
-    if (!m_pValueField || !m_pFieldContainer)
+    if (!m_pValueField || !GetFieldContainer())
         return;
-    std::unique_ptr<IField> old = m_pFieldContainer->RemoveField(static_cast<int>(m_pValueField->GetID()));
+    std::unique_ptr<IField> old = GetFieldContainer()->RemoveField(static_cast<int>(m_pValueField->GetID()));
     m_pValueField = nullptr;
 }
 
@@ -126,10 +122,10 @@ void IFieldAttribute::SetValue(const TValue& value)
         if (attribute.HasValue()) {
             IElementInfo info;
             ConstructElementInfoFromValue(info, attribute.GetValue());
-            std::unique_ptr<IField> field = IFieldBuilder::CreateField(m_pFieldContainer, m_controlId, info);
+            std::unique_ptr<IField> field = IFieldBuilder::CreateField(GetFieldContainer(), m_controlId, info);
             field->SetValue(attribute.GetValue());
             m_pValueField = field.get();
-            m_pFieldContainer->InsertField(std::move(field));
+            GetFieldContainer()->InsertField(std::move(field));
         }
         SizeHasChanged();
         SetInitialValue(value.Clone());
@@ -188,57 +184,6 @@ bool IFieldAttribute::SetToServerDefault()
 {
     SetToNullValue();
     return false;
-}
-
-void IFieldAttribute::SetValue(const std::string&)
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttribute::SetValue string not supported";
-}
-
-void IFieldAttribute::FillWithConfig(const std::string&)
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttribute::FillWithConfig not supported";
-}
-
-void IFieldAttribute::SaveContents(const std::string&) const
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttribute::SaveContents not supported";
-}
-
-void IFieldAttribute::Dump()
-{
-    std::string text;
-    GetValue(text);
-    KEL_TRACE(KEL_TRACE_INFO, "KELFieldAttribute", this) << "KEL : Attribute Value : " << text;
-}
-
-void IFieldAttribute::SizeHasChanged()
-{
-    if (!m_pFieldContainer)
-        return;
-    m_pFieldContainer->PlaceElements();
-    QSize size;
-    m_pFieldContainer->ComputeSize(size);
-    IField::Resize(size);
-    if (GetContainer())
-        GetContainer()->SizeHasChanged();
-}
-
-QSize IFieldAttribute::Resize(const QSize& size)
-{
-    if (!m_pFieldContainer || !GetContainer())
-        return GetSize();
-    IField::MoveAndResize(GetCoordinates(), size);
-    m_pFieldContainer->PlaceElements();
-    return size;
-}
-
-void IFieldAttribute::MoveAndResize(const QPoint& position, const QSize& size)
-{
-    if (!m_pFieldContainer || !GetContainer())
-        return;
-    IField::MoveAndResize(position, size);
-    m_pFieldContainer->PlaceElements();
 }
 
 // ---- a list of attributes -------------------------------------------------------
@@ -331,28 +276,6 @@ void IFieldAttrList::SetToNotReturned()
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::SetToNotReturned, not supported";
 }
 
-void IFieldAttrList::SetValue(const std::string&)
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::SetValue string not supported";
-}
-
-void IFieldAttrList::FillWithConfig(const std::string&)
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::FillWithConfig not supported";
-}
-
-void IFieldAttrList::SaveContents(const std::string&) const
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::SaveContents not supported";
-}
-
-void IFieldAttrList::Dump()
-{
-    std::string text;
-    GetValue(text);
-    KEL_TRACE(KEL_TRACE_INFO, "KELFieldAttribute", this) << "KEL : AttributeList Value : " << text;
-}
-
 bool IFieldAttrList::Placed(const char* operation) const
 {
     if (GetFieldContainer() && GetContainer())
@@ -362,30 +285,3 @@ bool IFieldAttrList::Placed(const char* operation) const
     return false;
 }
 
-void IFieldAttrList::SizeHasChanged()
-{
-    if (!Placed("SizeHasChanged"))
-        return;
-    GetFieldContainer()->PlaceElements();
-    QSize size;
-    GetFieldContainer()->ComputeSize(size);
-    IField::Resize(size.expandedTo(QSize(1, 1)));
-    GetContainer()->SizeHasChanged();
-}
-
-QSize IFieldAttrList::Resize(const QSize& size)
-{
-    if (!Placed("Resize"))
-        return GetSize();
-    IField::MoveAndResize(GetCoordinates(), size);
-    GetFieldContainer()->PlaceElements();
-    return size;
-}
-
-void IFieldAttrList::MoveAndResize(const QPoint& position, const QSize& size)
-{
-    if (!Placed("MoveAndResize"))
-        return;
-    IField::MoveAndResize(position, size);
-    GetFieldContainer()->PlaceElements();
-}

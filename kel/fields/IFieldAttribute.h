@@ -17,7 +17,7 @@ public:
 // An attribute: a field container with the identifier field and, once a value
 // has come, a value field of the value's own type, replaced when a value of
 // another type arrives (the form grows or shrinks around it).
-class KEL_EXPORT IFieldAttribute : public IField {
+class KEL_EXPORT IFieldAttribute : public KELCompositeField {
 public:
     IFieldAttribute(IElementInfo& info, IContainer* container);
     ~IFieldAttribute() override;
@@ -26,15 +26,9 @@ public:
     // "<identifier> = <value>"
     void GetValue(std::string& text) const override;
     void SetToNotReturned() override;
-    void SetValue(const std::string& text) override;
     void SetValue(const TValue& value) override;
+    using KELCompositeField::SetValue;
     void GetPartialRequest(std::string& request) override;
-    void FillWithConfig(const std::string& key) override;
-    void SaveContents(const std::string& key) const override;
-    void Dump() override;
-    void SizeHasChanged() override;
-    void MoveAndResize(const QPoint& position, const QSize& size) override;
-    QSize Resize(const QSize& size) override;
     // Leaves only the identifier field.
     bool SetToNullValue() override;
     // The same, and false: an attribute has no server default of its own.
@@ -46,14 +40,17 @@ public:
     // The element info of a value field: id 2, the value's type, read-only.
     static void ConstructElementInfoFromValue(IElementInfo& info, const TValue& value);
 
+protected:
+    const char* KindName() const override { return "IFieldAttribute"; }
+    const char* DumpName() const override { return "Attribute"; }
+
 private:
     void CreateFields(IElementInfo& info);
     void DropValueField();
 
-    IField* m_pValueField = nullptr;               // owned by the container
+    IField* m_pValueField = nullptr;                   // owned by the container
     IFieldAttributeID* m_pFieldAttributeID = nullptr;  // owned by the container
     unsigned int m_controlId = 1;
-    IFieldContainer* m_pFieldContainer = nullptr;  // the window
     TEntitySpec m_entity;                          // whose class names the attributes
 };
 
@@ -66,14 +63,8 @@ public:
 
     void Create(unsigned int& id, IElementInfo& info) override;
     void SetToNotReturned() override;
-    void SetValue(const std::string& text) override;
     void SetValue(const TValue& value) override;
-    void FillWithConfig(const std::string& key) override;
-    void SaveContents(const std::string& key) const override;
-    void Dump() override;
-    void SizeHasChanged() override;
-    void MoveAndResize(const QPoint& position, const QSize& size) override;
-    QSize Resize(const QSize& size) override;
+    using KELCompositeField::SetValue;
     std::unique_ptr<TValue> GetTValue(bool partial) override;
 
     IField* CreateNewField() override;
@@ -81,9 +72,10 @@ public:
 protected:
     bool InitElementInfo();
     const char* KindName() const override { return "IFieldAttrList"; }
+    const char* DumpName() const override { return "AttributeList"; }
+    bool Placed(const char* operation) const override;
 
 private:
-    bool Placed(const char* operation) const;
 
     int m_elementInfoReady = 0;
     unsigned int m_nextElementId = 1;

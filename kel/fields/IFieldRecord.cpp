@@ -12,14 +12,9 @@
 
 // ---- the record -----------------------------------------------------------
 
-IFieldRecord::IFieldRecord(IElementInfo& info, IContainer* container) : IField(info, container) {}
+IFieldRecord::IFieldRecord(IElementInfo& info, IContainer* container) : KELCompositeField(info, container) {}
 
-IFieldRecord::~IFieldRecord()
-{
-    // Members go before their container window (which the base deletes).
-    if (m_pFieldContainer)
-        m_pFieldContainer->ClearAndDestroy();
-}
+IFieldRecord::~IFieldRecord() = default;
 
 void IFieldRecord::SetDictType(const TDictType& type)
 {
@@ -33,7 +28,7 @@ void IFieldRecord::Create(unsigned int& id, IElementInfo& info)
     auto* container = new IFieldContainer(this, GetContainer());
     AdoptControl(container, id, info);
     container->setObjectName(QStringLiteral("Field Container"));
-    m_pFieldContainer = container;
+    SetFieldContainer(container);
     SetWindow(container);
     m_access = static_cast<int>(info.GetAccess());
     try {
@@ -52,9 +47,9 @@ void IFieldRecord::Create(unsigned int& id, IElementInfo& info)
 
 void IFieldRecord::CreateFields()
 {
-    if (!m_pFieldContainer) {
+    if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldRecord", this)
-            << "KEL : IFieldRecord::CreateFields, m_pFieldContainer must be valid !";
+            << "KEL : IFieldRecord::CreateFields, GetFieldContainer() must be valid !";
         return;
     }
     unsigned int own = 1;
@@ -73,19 +68,19 @@ void IFieldRecord::CreateFields()
             info.SetRequired(0);
             info.SetUnits("");
             info.SetAccess(static_cast<ZED_T_DICT_ACCESS>(m_access));
-            auto field = std::make_unique<IFieldRecordMember>(info, m_pFieldContainer);
+            auto field = std::make_unique<IFieldRecordMember>(info, GetFieldContainer());
             field->Create(counter, info);
             m_labelSize = std::max(m_labelSize, field->GetLabel() ? field->GetLabel()->GetSize().width() : 0);
-            m_pFieldContainer->InsertField(std::move(field));
+            GetFieldContainer()->InsertField(std::move(field));
         }
     // Every member's label takes the widest one's width, so the members' fields stand in one column.
-    for (long at = m_pFieldContainer->GoFirst(); at >= 0;)
-        if (auto* member = dynamic_cast<IFieldRecordMember*>(m_pFieldContainer->GetNext(at)); member && member->GetLabel())
+    for (long at = GetFieldContainer()->GoFirst(); at >= 0;)
+        if (auto* member = dynamic_cast<IFieldRecordMember*>(GetFieldContainer()->GetNext(at)); member && member->GetLabel())
             member->GetLabel()->ResetSize(m_labelSize);
     QSize size;
-    m_pFieldContainer->ComputeSize(size);
+    GetFieldContainer()->ComputeSize(size);
     IField::Resize(size);
-    m_pFieldContainer->PlaceElements();
+    GetFieldContainer()->PlaceElements();
 }
 
 // The members' texts joined in parentheses were always overwritten by ")" in
@@ -94,43 +89,25 @@ void IFieldRecord::GetValue(std::string& text) const { text = ")"; }
 
 void IFieldRecord::GetPartialRequest(std::string& request)
 {
-    if (m_pFieldContainer && m_pFieldContainer->GetCount() > 0)
+    if (GetFieldContainer() && GetFieldContainer()->GetCount() > 0)
         GetValue(request);
 }
 
-namespace {
-
-template <class Visit>
-void ForEachMember(IFieldContainer* container, Visit visit)
-{
-    if (!container)
-        return;
-    for (long at = container->GoFirst(); at >= 0;)
-        visit(*container->GetNext(at));
-}
-
-} // namespace
-
 void IFieldRecord::SetToNotReturned()
 {
-    ForEachMember(m_pFieldContainer, [](IField& member) { member.SetToNotReturned(); });
+    ForEachElement([](IField& member) { member.SetToNotReturned(); });
 }
 
 bool IFieldRecord::SetToNullValue()
 {
-    ForEachMember(m_pFieldContainer, [](IField& member) { member.SetToNullValue(); });
+    ForEachElement([](IField& member) { member.SetToNullValue(); });
     return true;
 }
 
 bool IFieldRecord::SetToServerDefault()
 {
-    ForEachMember(m_pFieldContainer, [](IField& member) { member.SetToServerDefault(); });
+    ForEachElement([](IField& member) { member.SetToServerDefault(); });
     return true;
-}
-
-void IFieldRecord::SetValue(const std::string&)
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldRecord", this) << "KEL : IFieldRecord::SetValue string not supported";
 }
 
 void IFieldRecord::SetValue(const TValue& value)
@@ -142,7 +119,7 @@ void IFieldRecord::SetValue(const TValue& value)
         return;
     }
     const auto& record = static_cast<const TRecord&>(value);
-    ForEachMember(m_pFieldContainer, [&](IField& member) {
+    ForEachElement([&](IField& member) {
         const TValue& part = record[member.GetID()];
         if (part.IsPresent())
             member.SetValue(part);
@@ -155,7 +132,7 @@ void IFieldRecord::SetValue(const TValue& value)
 std::unique_ptr<TValue> IFieldRecord::GetTValue(bool partial)
 {
     std::unique_ptr<TRecord> record;
-    ForEachMember(m_pFieldContainer, [&](IField& member) {
+    ForEachElement([&](IField& member) {
         if (!record)
             record = std::make_unique<TRecord>(m_pRecordType, GetID());
         if (std::unique_ptr<TValue> part = member.GetTValue(partial))
@@ -164,54 +141,6 @@ std::unique_ptr<TValue> IFieldRecord::GetTValue(bool partial)
     if (!record && partial)
         record = std::make_unique<TRecord>(m_pRecordType, GetID());
     return record;
-}
-
-void IFieldRecord::FillWithConfig(const std::string&)
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldRecord", this) << "KEL : IFieldRecord::FillWithConfig not supported";
-}
-
-void IFieldRecord::SaveContents(const std::string&) const
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldRecord", this) << "KEL : IFieldRecord::SaveContents not supported";
-}
-
-void IFieldRecord::Dump()
-{
-    std::string text;
-    GetValue(text);
-    KEL_TRACE(KEL_TRACE_INFO, "KELFieldRecord", this) << "KEL : Record Value : " << text;
-}
-
-void IFieldRecord::SizeHasChanged()
-{
-    if (!m_pFieldContainer)
-        return;
-    QSize size;
-    m_pFieldContainer->ComputeSize(size);
-    IField::Resize(size);
-    if (GetContainer())
-        GetContainer()->SizeHasChanged();
-}
-
-QSize IFieldRecord::GetSize() { return IField::GetSize(); }
-
-QSize IFieldRecord::Resize(const QSize& size)
-{
-    if (!m_pFieldContainer || !GetContainer())
-        return IField::GetSize();
-    IField::MoveAndResize(GetCoordinates(), size);
-    m_pFieldContainer->PlaceElements();
-    return size;
-}
-
-void IFieldRecord::MoveAndResize(const QPoint& position, const QSize& size)
-{
-    if (!m_pFieldContainer || !GetContainer())
-        return;
-    IField::MoveAndResize(position, size);
-    m_pFieldContainer->setGeometry(QRect(position, size));
-    m_pFieldContainer->PlaceElements();
 }
 
 // ---- a member --------------------------------------------------------------

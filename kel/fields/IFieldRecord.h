@@ -1,6 +1,6 @@
 #pragma once
 
-#include "kel/fields/IField.h"
+#include "kel/fields/KELCompositeField.h"
 #include "zed/dict/TDictType.h"
 
 #include <memory>
@@ -11,7 +11,7 @@ class ILabel;
 // A record: a field container holding one member (a label and the field of
 // the member's type) per member of the record type, in the type's order. A
 // member of record type is a record field again, so records nest to any depth.
-class KEL_EXPORT IFieldRecord : public IField {
+class KEL_EXPORT IFieldRecord : public KELCompositeField {
 public:
     IFieldRecord(IElementInfo& info, IContainer* container);
     ~IFieldRecord() override;
@@ -20,17 +20,9 @@ public:
     // ")" whatever the members hold, as designed.
     void GetValue(std::string& text) const override;
     void SetToNotReturned() override;
-    // Not supported: traced.
-    void SetValue(const std::string& text) override;
     void SetValue(const TValue& value) override;
+    using KELCompositeField::SetValue;
     void GetPartialRequest(std::string& request) override;
-    void FillWithConfig(const std::string& key) override;
-    void SaveContents(const std::string& key) const override;
-    void Dump() override;
-    void SizeHasChanged() override;
-    void MoveAndResize(const QPoint& position, const QSize& size) override;
-    QSize GetSize() override;
-    QSize Resize(const QSize& size) override;
     bool SetToNullValue() override;
     bool SetToServerDefault() override;
     std::unique_ptr<TValue> GetTValue(bool partial) override;
@@ -39,11 +31,13 @@ public:
     void SetDictType(const TDictType& type);
     void CreateFields();
     int GetLabelSize() const { return m_labelSize; }
-    IFieldContainer* GetFieldContainer() const { return m_pFieldContainer; }
+
+protected:
+    const char* KindName() const override { return "IFieldRecord"; }
+    const char* DumpName() const override { return "Record"; }
 
 private:
     int m_access = 1;
-    IFieldContainer* m_pFieldContainer = nullptr;  // the window; deleted with the field
     std::shared_ptr<const TDictTypeRecord> m_pRecordType;
     int m_labelSize = 0;
     unsigned int* m_pCounter = nullptr;  // the form's counter, during Create only

@@ -284,11 +284,6 @@ void IFieldSetOf::MoveAndResize(const QPoint& position, const QSize& size)
     IField::MoveAndResize(position, GetSize().expandedTo(QSize(size.width(), GetSize().height())));
 }
 
-void IFieldSetOf::SetValue(const std::string&)
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SetValue string not supported";
-}
-
 void IFieldSetOf::SetValue(const TValue& value)
 {
     if (!GetFieldContainer()) {
@@ -331,19 +326,3 @@ void IFieldSetOf::SetToNotReturned()
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SetToNotReturned, not supported";
 }
 
-void IFieldSetOf::FillWithConfig(const std::string&)
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::FillWithConfig not supported";
-}
-
-void IFieldSetOf::SaveContents(const std::string&) const
-{
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SaveContents not supported";
-}
-
-void IFieldSetOf::Dump()
-{
-    std::string text;
-    GetValue(text);
-    KEL_TRACE(KEL_TRACE_INFO, "KELFieldSetOf", this) << "KEL : SetOf Value : " << text;
-}

@@ -57,11 +57,8 @@ public:
 
     void Create(unsigned int& id, IElementInfo& info) override;
     void SetToNotReturned() override;
-    void SetValue(const std::string& text) override;
     void SetValue(const TValue& value) override;
-    void FillWithConfig(const std::string& key) override;
-    void SaveContents(const std::string& key) const override;
-    void Dump() override;
+    using KELCompositeField::SetValue;
     void SizeHasChanged() override;
     void MoveAndResize(const QPoint& position, const QSize& size) override;
     QSize GetSize() override;
@@ -80,9 +77,10 @@ public:
 protected:
     bool InitElementInfo();
     const char* KindName() const override { return "IFieldSetOf"; }
+    const char* DumpName() const override { return "SetOf"; }
+    bool Placed(const char* operation) const override;
 
 private:
-    bool Placed(const char* operation) const;
     void Arrange();
 
     int m_elementInfoReady = 0;

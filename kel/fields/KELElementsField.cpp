@@ -5,23 +5,16 @@
 
 #include <QTimer>
 
-long KELElementsField::FirstElement() const { return m_pFieldContainer->GoFirst(); }
 
-IField* KELElementsField::NextElement(long& position) const { return m_pFieldContainer->GetNext(position); }
+KELElementsField::KELElementsField(IElementInfo& info, IContainer* container) : KELCompositeField(info, container) {}
 
-KELElementsField::KELElementsField(IElementInfo& info, IContainer* container) : IField(info, container) {}
-
-KELElementsField::~KELElementsField()
-{
-    if (m_pFieldContainer)
-        m_pFieldContainer->ClearAndDestroy();
-}
+KELElementsField::~KELElementsField() = default;
 
 void KELElementsField::GetValue(std::string& text) const
 {
-    if (!m_pFieldContainer) {
+    if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELElements", this) << "KEL : " << KindName()
-                                                        << "::GetValue, m_pFieldContainer must be valid !";
+                                                        << "::GetValue, GetFieldContainer() must be valid !";
         return;
     }
     std::string joined;
@@ -35,7 +28,7 @@ void KELElementsField::GetValue(std::string& text) const
 
 void KELElementsField::GetPartialRequest(std::string& request)
 {
-    if (m_pFieldContainer && m_pFieldContainer->GetCount() > 0)
+    if (GetFieldContainer() && GetFieldContainer()->GetCount() > 0)
         GetValue(request);
 }
 
@@ -53,21 +46,21 @@ bool KELElementsField::SetToServerDefault()
 
 void KELElementsField::ResizeTo(std::size_t count)
 {
-    while (m_pFieldContainer->GetCount() > count)
-        m_pFieldContainer->RemoveField().reset();
-    while (m_pFieldContainer->GetCount() < count)
+    while (GetFieldContainer()->GetCount() > count)
+        GetFieldContainer()->RemoveField().reset();
+    while (GetFieldContainer()->GetCount() < count)
         if (!CreateNewField())
             break;
 }
 
 void KELElementsField::RemoveField(int id)
 {
-    std::unique_ptr<IField> removed = m_pFieldContainer ? m_pFieldContainer->RemoveField(id) : nullptr;
+    std::unique_ptr<IField> removed = GetFieldContainer() ? GetFieldContainer()->RemoveField(id) : nullptr;
     if (!removed) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELElements", this) << "KEL : " << KindName() << "::RemoveField, id not found";
         return;
     }
     removed->HideWindow();
-    QTimer::singleShot(0, m_pFieldContainer, [doomed = std::shared_ptr<IField>(std::move(removed))] {});
+    QTimer::singleShot(0, GetFieldContainer(), [doomed = std::shared_ptr<IField>(std::move(removed))] {});
     SizeHasChanged();
 }
