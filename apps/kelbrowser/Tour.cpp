@@ -2,6 +2,7 @@
 
 #include "KelBrowserWindow.h"
 #include "kel/fields/IField.h"
+#include "kel/fields/IFieldAttribute.h"
 #include "kel/fields/IFieldContainer.h"
 #include "kel/fields/IFieldRecord.h"
 #include "kel/fields/IFieldSetOf.h"
@@ -12,6 +13,7 @@
 #include "kel/model/IPresentationContainer.h"
 
 #include "zed/TApplication.h"
+#include "zed/dict/TDictionary.h"
 #include "zed/value/TSetOf.h"
 #include "zed/value/TValueParser.h"
 
@@ -19,6 +21,7 @@
 #include <QToolButton>
 #include <QDir>
 #include <QPixmap>
+#include <QScrollBar>
 
 #include <fstream>
 #include <functional>
@@ -54,33 +57,57 @@ struct Step {
     std::map<std::string, std::string> grown = {};
 };
 
-// The field of the argument of that label.
+// The field of the argument of that label; an attribute list stands on its
+// line without a label, so it is found by the argument's name.
 IField* FieldOf(IInputForm& form, const std::string& name)
 {
+    const TDictionary& dictionary = *ZEDGetApplication()->GetDictionary();
+    const TDictClass* cls = dictionary.FindClass(form.GetCurrentEntity().GetEntityClass());
+    const TDictDirective* directive = cls ? cls->FindDirective(form.GetCurrentDirective()) : nullptr;
+    const TDictArgument* argument = directive ? directive->FindRequestArgument(name) : nullptr;
     IField* found = nullptr;
     form.GetContainer()->ForEachElement([&](IPresentationElement& element) {
         auto* line = dynamic_cast<IFormLine*>(&element);
-        if (!found && line && line->GetLabel() && line->GetLabel()->GetPresentationName() == name)
+        if (found || !line || !line->GetField())
+            return;
+        if (line->GetLabel() ? line->GetLabel()->GetPresentationName() == name
+                             : argument && line->GetField()->GetID() == argument->GetID())
             found = line->GetField();
     });
     return found;
 }
 
-// Grows a set as an operator would: the add button three times, the middle
-// element removed again, then each element given its part of the JSON value.
+// The value the JSON text gives for a field of that type on the form's entity.
+TValuePtr ParseFor(IInputForm& form, const TDictType& type, int id, const std::string& json, std::string& error)
+{
+    const TDictionary& dictionary = *ZEDGetApplication()->GetDictionary();
+    return ZEDParseValue(type, json, id, {&dictionary, dictionary.FindClass(form.GetCurrentEntity().GetEntityClass())},
+                         &error);
+}
+
+// Fills a composite as an operator would. A set is grown by its add button
+// three times, the middle element removed again, then each element is given
+// its part of the JSON value; records (nested ones too), attributes and
+// attribute lists take the value whole.
 bool Grow(IInputForm& form, const std::string& name, const std::string& json, std::ostream& out)
 {
-    // A record's members are filled directly, nested ones too.
-    if (auto* record = dynamic_cast<IFieldRecord*>(FieldOf(form, name)); record && record->GetDictType()) {
-        std::string error;
-        const TValuePtr value = ZEDParseValue(*record->GetDictType(), json, record->GetID(),
-                                              {ZEDGetApplication()->GetDictionary().get(), nullptr}, &error);
+    IField* field = FieldOf(form, name);
+    std::string error;
+    TDictTypePtr whole;
+    if (auto* record = dynamic_cast<IFieldRecord*>(field); record && record->GetDictType())
+        whole = record->GetDictType()->Share();
+    else if (dynamic_cast<IFieldAttribute*>(field))
+        whole = ZEDGetApplication()->GetDictionary()->FindType("Attribute");
+    else if (dynamic_cast<IFieldAttrList*>(field))
+        whole = ZEDGetApplication()->GetDictionary()->FindType("AttributeList");
+    if (whole) {
+        const TValuePtr value = ParseFor(form, *whole, field->GetID(), json, error);
         if (value)
-            record->SetValue(*value);
-        out << "  " << name << ": " << (value ? "members filled" : error) << "\n";
+            field->SetValue(*value);
+        out << "  " << name << ": " << (value ? "filled" : error) << "\n";
         return value != nullptr;
     }
-    auto* set = dynamic_cast<IFieldSetOf*>(FieldOf(form, name));
+    auto* set = dynamic_cast<IFieldSetOf*>(field);
     if (!set || !set->GetDictType())
         return false;
     for (int i = 0; i < 3; ++i)
@@ -89,13 +116,12 @@ bool Grow(IInputForm& form, const std::string& name, const std::string& json, st
     long at = elements->GoFirst();
     elements->GetNext(at);
     set->RemoveField(static_cast<int>(elements->GetNext(at)->GetID()));
-    std::string error;
-    const TValuePtr whole = ZEDParseValue(*set->GetDictType(), json, 0, {ZEDGetApplication()->GetDictionary().get(), nullptr}, &error);
-    if (!whole) {
+    const TValuePtr value = ParseFor(form, *set->GetDictType(), 0, json, error);
+    if (!value) {
         out << "  " << name << ": " << error << "\n";
         return false;
     }
-    const auto& values = static_cast<const TConstructedOf&>(*whole);
+    const auto& values = static_cast<const TConstructedOf&>(*value);
     std::size_t index = 0;
     for (long it = elements->GoFirst(); it >= 0 && index < values.Size();)
         elements->GetNext(it)->SetValue(values.At(index++));
@@ -147,7 +173,9 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
          true,
          {{"Place", R"({"Site": "Hall C", "Rack": 12, "Position": {"Latitude": 48.85, "Longitude": 2.35}})"},
           {"Peers", R"([{"Host": "r2", "Port": 179, "Transport": "TCP"}, {"Host": "r3", "Port": 646}])"},
-          {"States", R"(["Unlocked", "ShuttingDown"])"}}},
+          {"States", R"(["Unlocked", "ShuttingDown"])"},
+          {"Setting", R"({"attribute": "AdminState", "value": "Locked"})"},
+          {"Settings", R"({"Mtu": 9000, "Duplex": "Full"})"}}},
         {"03-echo-required-missing.png", "Network core Router r1 Interface eth1", "Echo", {{"Confirm", ""}, {"Ratio", "3"}}, false},
         {"04-show-router.png", "Network core Router r1", "Show", {{"Partition", "Status"}}, true},
     };
@@ -186,7 +214,19 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
             transcript << "  " << picture << " could not be written\n";
             ++faults;
         }
-        transcript << "  picture: " << step.picture << "\n\n";
+        transcript << "  picture: " << step.picture << "\n";
+        // A form taller than the window is shown once more, scrolled to its end.
+        if (QScrollBar* scroll = form.verticalScrollBar(); scroll->maximum() > 0) {
+            scroll->setValue(scroll->maximum());
+            QApplication::processEvents();
+            const std::string end = QString::fromLatin1(step.picture).replace(".png", "-end.png").toStdString();
+            if (!window.grab().save(QString::fromStdString(folder + "/" + end))) {
+                transcript << "  " << end << " could not be written\n";
+                ++faults;
+            }
+            transcript << "  picture: " << end << "\n";
+        }
+        transcript << "\n";
     }
     transcript << "== messages\n" << window.GetMessages() << "\n";
     transcript << (faults ? std::to_string(faults) + " step(s) went wrong\n" : "every step went as expected\n");

@@ -52,7 +52,7 @@ void IFieldAttribute::CreateFields(IElementInfo& info)
 {
     if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttribute::CreateFields, GetFieldContainer() must be valid !";
+            << "KEL : IFieldAttribute::CreateFields, m_pFieldContainer must be valid !";
         return;
     }
     IElementInfo idInfo;
@@ -227,7 +227,7 @@ IField* IFieldAttrList::CreateNewField()
 {
     if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttrList::CreateNewField, GetFieldContainer() must be valid !";
+            << "KEL : IFieldAttrList::CreateNewField, m_pFieldContainer must be valid !";
         return nullptr;
     }
     InitElementInfo();
@@ -243,7 +243,7 @@ void IFieldAttrList::SetValue(const TValue& value)
 {
     if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttrList::SetValue, GetFieldContainer() must be valid !";
+            << "KEL : IFieldAttrList::SetValue, m_pFieldContainer must be valid !";
         return;
     }
     if (value.GetDatatype() != ZED_DT_ATTRIBUTELIST) {
@@ -281,7 +281,7 @@ bool IFieldAttrList::Placed(const char* operation) const
     if (GetFieldContainer() && GetContainer())
         return true;
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-        << "KEL : IFieldAttrList::" << operation << ", GetFieldContainer() or m_pParentWnd must be valid !";
+        << "KEL : IFieldAttrList::" << operation << ", m_pFieldContainer or m_pParentWnd must be valid !";
     return false;
 }
 

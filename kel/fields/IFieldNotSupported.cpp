@@ -29,3 +29,36 @@ void IFieldNotSupported::Show(const QString& text)
     if (m_pEdit)
         m_pEdit->setText(text);
 }
+
+void IFieldNotSupported::SetToNotReturned()
+{
+    m_pKept.reset();
+    KELFieldWithoutValue::SetToNotReturned();
+}
+
+void IFieldNotSupported::SetValue(const std::string& text)
+{
+    m_pKept.reset();
+    KELFieldWithoutValue::SetValue(text);
+}
+
+void IFieldNotSupported::SetValue(const TValue& value)
+{
+    KELFieldWithoutValue::SetValue(value.ToString());
+    m_pKept = value.Clone();
+}
+
+void IFieldNotSupported::GetPartialRequest(std::string& request)
+{
+    if (m_pKept)
+        GetValue(request);
+}
+
+std::unique_ptr<TValue> IFieldNotSupported::GetTValue(bool)
+{
+    if (!m_pKept)
+        return nullptr;
+    std::unique_ptr<TValue> value = m_pKept->Clone();
+    value->SetID(GetID());
+    return value;
+}

@@ -49,7 +49,7 @@ void IFieldRecord::CreateFields()
 {
     if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldRecord", this)
-            << "KEL : IFieldRecord::CreateFields, GetFieldContainer() must be valid !";
+            << "KEL : IFieldRecord::CreateFields, m_pFieldContainer must be valid !";
         return;
     }
     unsigned int own = 1;

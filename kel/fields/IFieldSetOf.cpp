@@ -214,7 +214,7 @@ IField* IFieldSetOf::CreateNewField()
 {
     if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this)
-            << "KEL : IFieldSetOf::CreateNewField, GetFieldContainer() must be valid !";
+            << "KEL : IFieldSetOf::CreateNewField, m_pFieldContainer must be valid !";
         return nullptr;
     }
     if (!InitElementInfo())
@@ -230,7 +230,7 @@ bool IFieldSetOf::Placed(const char* operation) const
     if (GetFieldContainer() && GetContainer())
         return true;
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this)
-        << "KEL : IFieldSetOf::" << operation << ", GetFieldContainer() or m_pParentWnd must be valid !";
+        << "KEL : IFieldSetOf::" << operation << ", m_pFieldContainer or m_pParentWnd must be valid !";
     return false;
 }
 
@@ -287,7 +287,7 @@ void IFieldSetOf::MoveAndResize(const QPoint& position, const QSize& size)
 void IFieldSetOf::SetValue(const TValue& value)
 {
     if (!GetFieldContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SetValue, GetFieldContainer() must be valid !";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SetValue, m_pFieldContainer must be valid !";
         return;
     }
     if (value.GetDatatype() != ZED_DT_SETOF && value.GetDatatype() != ZED_DT_SEQUENCEOF) {

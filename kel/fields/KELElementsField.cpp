@@ -14,7 +14,7 @@ void KELElementsField::GetValue(std::string& text) const
 {
     if (!GetFieldContainer()) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELElements", this) << "KEL : " << KindName()
-                                                        << "::GetValue, GetFieldContainer() must be valid !";
+                                                        << "::GetValue, m_pFieldContainer must be valid !";
         return;
     }
     std::string joined;

@@ -3,7 +3,10 @@
 #include "kel/fields/IFieldContainer.h"
 #include "kel/fields/IFieldNumeric.h"
 #include "kel/fields/IFieldRecord.h"
+#include "kel/fields/IFieldSetOf.h"
 #include "kel/frame/IApplication.h"
+#include "kel/frame/KELTrace.h"
+#include "support/TraceCapture.h"
 #include "support/FieldDoubles.h"
 #include "support/ShippedNetwork.h"
 #include "zed/value/TAttribute.h"
@@ -94,6 +97,50 @@ TEST_F(AttributeFieldTest, AListGrowsAndShrinksToItsValue)
     EXPECT_EQ(list->GetFieldContainer()->GetCount(), 1u);
     list->CreateNewField();
     EXPECT_EQ(list->GetFieldContainer()->GetCount(), 2u);
+}
+
+// A record, set, attribute and attribute list each keep what they hold when a
+// value of another kind arrives, and say why in the trace.
+TEST_F(AttributeFieldTest, AValueOfTheWrongTypeLeavesEachCompositeAsItWas)
+{
+    struct Case {
+        std::unique_ptr<IField> field;
+        const char* type;
+        const char* json;
+        const char* trace;
+    };
+    const auto field = [&](unsigned int dt, const char* type) {
+        IElementInfo info(TEntitySpec("Network core Router r1"), "Watched", "");
+        info.SetID(5);
+        info.SetDT(dt);
+        info.SetHasDictType(1);
+        info.SetDictType(*Dictionary().FindType(type));
+        unsigned int id = 1;
+        return IFieldBuilder::CreateField(container, id, info);
+    };
+    Case cases[] = {
+        {field(ZED_DT_RECORD, "PeerAddress"), "PeerAddress", R"({"Host": "a", "Port": 7, "Transport": "Udp"})",
+         "KEL Exception catched : IFieldRecord::SetValue failed : "},
+        {field(ZED_DT_SETOF, "VlanList"), "VlanList", "[1, 2, 3]", "KEL IFieldSetOf::SetValue unknown data type: 34"},
+        {field(ZED_DT_ATTRIBUTE, "Attribute"), "Attribute", R"({"attribute": "Priority", "value": 3})",
+         "KEL Exception catched : IFieldAttribute::SetValue failed : "},
+        {field(ZED_DT_ATTRIBUTELIST, "AttributeList"), "AttributeList", R"({"Priority": 3})",
+         "KEL Exception catched : IFieldAttrList::SetValue failed : "},
+    };
+    for (Case& c : cases) {
+        ASSERT_NE(c.field, nullptr) << c.type;
+        c.field->SetValue(*Parse(c.type, c.json));
+        std::string before;
+        c.field->GetValue(before);
+        const int height = c.field->GetSize().height();
+        TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_PBLM | KEL_TRACE_EXCP);
+        c.field->SetValue(TUnsigned16(9));
+        EXPECT_NE(capture.Text().find(c.trace), std::string::npos) << c.type << ": " << capture.Text();
+        std::string after;
+        c.field->GetValue(after);
+        EXPECT_EQ(after, before) << c.type;
+        EXPECT_EQ(c.field->GetSize().height(), height) << c.type;
+    }
 }
 
 TEST_F(AttributeFieldTest, AnIdentifierIsEnteredAsText)

@@ -1,4 +1,8 @@
+#include "kel/fields/IFieldAttribute.h"
 #include "kel/fields/IFieldBuilder.h"
+#include "kel/fields/IFieldContainer.h"
+#include "kel/fields/IFieldEdit.h"
+#include "kel/fields/IFieldRecord.h"
 #include "kel/fields/IFieldDateTime.h"
 #include "kel/fields/IFieldLaunch.h"
 #include "kel/fields/IFieldNotSupported.h"
@@ -7,6 +11,9 @@
 #include "kel/frame/KELLaunch.h"
 #include "support/FieldDoubles.h"
 #include "support/TempDir.h"
+#include "support/TraceCapture.h"
+#include "kel/frame/KELTrace.h"
+#include "zed/dict/TDictType.h"
 
 #include <QCoreApplication>
 #include <QDateTimeEdit>
@@ -16,6 +23,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <chrono>
 #include <thread>
 
@@ -70,11 +78,17 @@ TEST_F(FieldBuilderTest, ChoosesTheKindByDataTypeAndAdvancesTheCounter)
         auto* placeholder = dynamic_cast<IFieldNotSupported*>(field.get());
         ASSERT_NE(placeholder, nullptr) << dt;
         EXPECT_TRUE(static_cast<QLineEdit*>(field->GetWindow())->isReadOnly());
-        EXPECT_EQ(field->GetTValue(true), nullptr) << "a placeholder gives no value";
+        EXPECT_EQ(field->GetTValue(true), nullptr) << "a placeholder has no value of its own";
         field->SetValue(TUnsigned32(7));
         std::string text;
         field->GetValue(text);
         EXPECT_EQ(text, "7");
+        std::unique_ptr<TValue> back = field->GetTValue(false);
+        ASSERT_NE(back, nullptr) << "what it was given goes back unchanged";
+        EXPECT_EQ(back->ToString(), "7");
+        EXPECT_EQ(back->GetID(), 1u);
+        field->SetToNullValue();
+        EXPECT_EQ(field->GetTValue(true), nullptr);
     }
 }
 
@@ -152,6 +166,48 @@ TEST_F(FieldBuilderTest, ARegisteredApplicationTakesAFormsOwnLineFirst)
         text = TempDir::Read(started);
     }
     EXPECT_EQ(text, form.entity.ToString() + "|1.2.3|11|3\n");
+}
+
+TEST_F(FieldBuilderTest, AnAttributeListIsEditedOnlyWhereAnOperatorFillsItIn)
+{
+    unsigned int id = 1;
+    const auto isList = [](const std::unique_ptr<IField>& field) {
+        return dynamic_cast<IFieldAttrList*>(field.get()) != nullptr;
+    };
+    EXPECT_TRUE(isList(Build(container, Info(3, ZED_DT_ATTRIBUTELIST), id))) << "a form's own writable line";
+    IElementInfo readOnly = Info(3, ZED_DT_ATTRIBUTELIST);
+    readOnly.SetAccess(ZED_ACCESS_READ_ONLY);
+    IElementInfo composite = Info(9, ZED_DT_RECORD);
+    CompositeTestField owner(composite, container);
+    owner.Create(id, composite);
+    IContainer formless;
+    for (IContainer* where : {container, static_cast<IContainer*>(&owner.Container()), &formless}) {
+        auto shown = Build(where, where == container ? readOnly : Info(3, ZED_DT_ATTRIBUTELIST), id);
+        EXPECT_NE(dynamic_cast<IFieldEdit*>(shown.get()), nullptr) << "elsewhere it is the table's text field";
+    }
+}
+
+TEST_F(FieldBuilderTest, ATypeNestedBeyondAnyDictionaryEndsInPlaceholders)
+{
+    TDictTypePtr type = std::make_shared<const TDictType>(ZED_DT_INTEGER32, "Integer32", "Integer32", ZED_DT_INTEGER32);
+    for (unsigned int level = 0; level < 300; ++level)
+        type = std::make_shared<const TDictTypeRecord>(
+            1000 + level, "Level", "Level", std::vector<TDictTypeRecord::Member>{{1, "Inner", "Inner", type}});
+    IElementInfo info = Info(1, ZED_DT_RECORD);
+    info.SetHasDictType(1);
+    info.SetDictType(*type);
+    TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_PBLM);
+    unsigned int id = 1;
+    auto field = Build(container, info, id);
+    ASSERT_NE(dynamic_cast<IFieldRecord*>(field.get()), nullptr);
+    EXPECT_NE(capture.Text().find("KEL : IFieldBuilder::CreateField, fields nest deeper than 128 levels"),
+              std::string::npos);
+    // Counted by dynamic type: the containers carry no meta-object of their own.
+    const QList<QWidget*> windows = field->GetWindow()->findChildren<QWidget*>();
+    const auto records = 1 + std::count_if(windows.begin(), windows.end(), [](QWidget* window) {
+                             return dynamic_cast<IFieldContainer*>(window) != nullptr;
+                         });
+    EXPECT_EQ(records, 128) << "building stops at the limit";
 }
 
 TEST_F(FieldBuilderTest, WithoutThePluginThereIsNothingToLaunch)

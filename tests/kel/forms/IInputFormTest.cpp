@@ -1,5 +1,6 @@
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
+#include "kel/fields/IFieldAttribute.h"
 #include "kel/fields/IFieldCombo.h"
 #include "kel/fields/IFieldDateTime.h"
 #include "kel/fields/IFieldEdit.h"
@@ -95,7 +96,7 @@ TEST_F(InputFormTest, HasALineOfTheRightKindPerDisplayedArgumentInOrder)
 {
     auto form = Open(kEcho);
     // Tag (12) is not displayed: no line.
-    EXPECT_THAT(Ids(*form), ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 13, 14));
+    EXPECT_THAT(Ids(*form), ElementsAre(1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 13, 14, 15));
     const auto kind = [&](unsigned int id) { return Line(*form, id)->GetField(); };
     EXPECT_NE(dynamic_cast<IFieldToggle*>(kind(1)), nullptr);
     EXPECT_NE(dynamic_cast<IFieldDateTime*>(kind(2)), nullptr);
@@ -104,6 +105,8 @@ TEST_F(InputFormTest, HasALineOfTheRightKindPerDisplayedArgumentInOrder)
     EXPECT_NE(dynamic_cast<IFieldEdit*>(kind(11)), nullptr);
     EXPECT_NE(dynamic_cast<IFieldEditMulti*>(kind(13)), nullptr);
     EXPECT_NE(dynamic_cast<IFieldCombo*>(kind(14)), nullptr);
+    EXPECT_NE(dynamic_cast<IFieldAttrList*>(kind(15)), nullptr) << "an operator fills the list in";
+    EXPECT_EQ(Line(*form, 15)->GetLabel(), nullptr) << "an attribute list has no label";
     EXPECT_EQ(Line(*form, 1)->GetLabel()->LabelText(), "*Confirm") << "required";
     EXPECT_EQ(Line(*form, 1)->GetLabelWindow()->property("text").toString(), "*Confirm :");
     EXPECT_EQ(Line(*form, 2)->GetLabel()->LabelText(), "At");
@@ -120,7 +123,7 @@ TEST_F(InputFormTest, HiddenAndPositionSettingsChooseTheLinesAndTheirOrder)
     Setting(".Hidden", "3,5");
     Setting(".Position", "7,2,1,4,6,8,9,10,11,13,14");
     auto form = Open(kEcho);
-    EXPECT_THAT(Ids(*form), ElementsAre(7, 2, 1, 4, 6, 8, 9, 10, 11, 13, 14)) << "hidden ones have no line";
+    EXPECT_THAT(Ids(*form), ElementsAre(7, 2, 1, 4, 6, 8, 9, 10, 11, 13, 14, 15)) << "hidden ones have no line";
     EXPECT_EQ(Line(*form, 7)->GetPosition(), 0u);
     EXPECT_EQ(Line(*form, 14)->GetPosition(), 10u);
 }
