@@ -20,7 +20,7 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
                                       "--tour " + out.Path() + "tour");
     EXPECT_EQ(run.exitCode, 0) << run.out << run.err;
     EXPECT_THAT(run.out, HasSubstr("all as expected"));
-    for (const char* picture : {"01-test.png", "02-echo-every-kind.png", "03-echo-required-missing.png",
+    for (const char* picture : {"01-test.png", "02-echo-every-kind.png", "02-echo-every-kind-end.png", "03-echo-required-missing.png",
                                 "04-show-router.png"}) {
         struct stat info {};
         EXPECT_EQ(::stat((out.Path() + "tour/" + picture).c_str(), &info), 0) << picture;
@@ -30,6 +30,7 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
     EXPECT_THAT(transcript, HasSubstr("response Mirrored (1): The arguments came back"));
     EXPECT_THAT(transcript, HasSubstr("message box \"Problem\": The required field *Confirm has no value."));
     EXPECT_THAT(transcript, HasSubstr("Peers = { { Host = r2, Port = 179, Transport = TCP }, { Host = r3, Port = 646 } }"));
+    EXPECT_THAT(transcript, HasSubstr("      MTU = 9000 octets\n      Duplex = Full\n")) << "an attribute list went and came back";
     EXPECT_THAT(transcript, HasSubstr("every step went as expected"));
 }
 

@@ -2,6 +2,10 @@
 #include "kel/config/KELConfigContext.h"
 #include "kel/fields/IFieldAttribute.h"
 #include "kel/fields/IFieldCombo.h"
+#include "kel/fields/KELCompositeField.h"
+#include "kel/fields/IFieldSetOf.h"
+#include "kel/fields/IFieldRecord.h"
+#include "kel/fields/IFieldContainer.h"
 #include "kel/fields/IFieldDateTime.h"
 #include "kel/fields/IFieldEdit.h"
 #include "kel/fields/IFieldEditMulti.h"
@@ -24,6 +28,8 @@
 #include "zed/value/TUserDefined.h"
 
 #include <gmock/gmock.h>
+#include <QToolButton>
+
 #include <gtest/gtest.h>
 
 using ::testing::ElementsAre;
@@ -154,6 +160,51 @@ TEST_F(InputFormTest, TypedValuesMakeTheRequestAndTheCallSucceeds)
     EXPECT_EQ(text, "Count = 3,Size = 128");
     EXPECT_EQ(call.Execute(), ZED_STATUS_RESPONSE);
     EXPECT_TRUE(prompts->empty());
+}
+
+// What an operator types into members and set elements is the value the call
+// carries, and the network mirrors it back unchanged.
+TEST_F(InputFormTest, CompositesGiveBackWhatWasTypedAndTheCallCarriesIt)
+{
+    auto form = Open(kEcho);
+    Line(*form, 1)->GetField()->SetValue(std::string("1"));
+    const auto members = [](IField* composite) {
+        std::vector<IField*> fields;
+        IFieldContainer* container = dynamic_cast<KELCompositeField&>(*composite).GetFieldContainer();
+        for (long at = container->GoFirst(); at >= 0;)
+            fields.push_back(container->GetNext(at));
+        return fields;
+    };
+    const std::vector<IField*> place = members(Line(*form, 5)->GetField());
+    place[0]->SetValue(std::string("Hall C"));
+    place[1]->SetValue(std::string("12"));
+    const std::vector<IField*> position = members(static_cast<IFieldRecordMember*>(place[2])->GetField());
+    position[0]->SetValue(std::string("48.5"));
+    auto& peers = dynamic_cast<IFieldSetOf&>(*Line(*form, 6)->GetField());
+    peers.GetAddButton()->click();
+    peers.GetAddButton()->click();
+    for (IField* peer : members(&peers)) {
+        const std::vector<IField*> address = members(peer);
+        address[0]->SetValue(std::string("r9"));
+        address[1]->SetValue(std::string("179"));
+    }
+    auto& states = dynamic_cast<IFieldSetOf&>(*Line(*form, 7)->GetField());
+    states.GetAddButton()->click();
+    members(&states)[0]->SetValue(std::string("Locked"));
+
+    TSyncCall call(TEntitySpec(kInterface), kEcho);
+    ASSERT_TRUE(form->FillRequest(call.GetRequest()));
+    ASSERT_EQ(call.Execute(), ZED_STATUS_RESPONSE);
+    for (unsigned int id : {5u, 6u, 7u}) {
+        const std::unique_ptr<TValue> typed = Line(*form, id)->GetField()->GetTValue(false);
+        ASSERT_NE(typed, nullptr) << id;
+        EXPECT_EQ(call.GetRequest()[id].ToString(), typed->ToString()) << id;
+        EXPECT_EQ(call.GetReply()[id].ToString(), typed->ToString()) << id;
+    }
+    EXPECT_EQ(call.GetRequest()[5].ToString(),
+              "{ Site = Hall C, Rack = 12, Position = { Latitude = 48.5 } }") << "an empty member is left out";
+    EXPECT_EQ(call.GetRequest()[6].ToString(), "{ { Host = r9, Port = 179 }, { Host = r9, Port = 179 } }");
+    EXPECT_EQ(call.GetRequest()[7].ToString(), "{ Locked }");
 }
 
 TEST_F(InputFormTest, ARequiredArgumentLeftEmptyStopsTheRequestWithTheMessage)
