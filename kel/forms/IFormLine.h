@@ -3,6 +3,7 @@
 #include "kel/KELExport.h"
 #include "kel/controls/KELFormLineLayout.h"
 #include "kel/model/IPresentationElement.h"
+#include "kel/model/KELValueElement.h"
 
 #include <memory>
 #include <string>
@@ -17,7 +18,7 @@ class TValue;
 // One line of a form: the label, the field of the element and its units. It
 // forwards the form's operations to the field and turns the field's contents
 // into an argument of the directive's request. Its key is its position.
-class KEL_EXPORT IFormLine : public IPresentationElement, public KELFormLineLayout {
+class KEL_EXPORT IFormLine : public IPresentationElement, public KELValueElement, public KELFormLineLayout {
 public:
     // Makes label, field and units on the container, their controls taking
     // ids from the counter. A part that cannot be made throws
@@ -27,12 +28,12 @@ public:
     IFormLine& operator=(const IFormLine&) = delete;
     ~IFormLine() override;
 
-    virtual void SetToNotReturned();
+    void SetToNotReturned() override;
     // "Name = value" for a line with a value; out stays as it was otherwise.
     virtual void GetPartialRequest(std::string& out);
     virtual void FillWithConfig(const std::string& section);
     virtual void SaveContents(const std::string& section) const;
-    virtual void SetValue(const TValue& value);
+    void SetValue(const TValue& value) override;
     // Whether the field's text differs from the one it showed when first asked.
     virtual bool ValueChanged();
     void Dump() override;

@@ -17,7 +17,9 @@ IPresentationBase::~IPresentationBase() = default;
 
 void IPresentationBase::SetContainer(IPresentationContainer* container)
 {
-    m_ownedContainer.reset();
+    // CreateContainer may have handed its container over already.
+    if (container != m_ownedContainer.get())
+        m_ownedContainer.reset();
     m_pContainer = container;
 }
 

@@ -1,0 +1,174 @@
+#include "kel/output/IOutputForm.h"
+
+#include "kel/controls/IControlContainer.h"
+#include "kel/frame/KELResources.h"
+#include "kel/model/IElementInfo.h"
+#include "kel/model/IPresentationContainer.h"
+#include "kel/output/ICommentLine.h"
+#include "kel/output/KELCallReply.h"
+#include "zed/TApplication.h"
+#include "zed/call/TCall.h"
+#include "zed/dict/TDictionary.h"
+#include "zed/value/TAttribute.h"
+#include "zed/value/TScalarValues.h"
+
+#include <QDateTime>
+#include <QLocale>
+#include <QScrollBar>
+
+namespace {
+
+const TDictClass* ClassOf(const TEntitySpec& entity)
+{
+    const TDictionaryPtr dictionary = ZEDGetApplication()->GetDictionary();
+    return dictionary ? dictionary->FindClass(entity.GetEntityClass()) : nullptr;
+}
+
+// The time in the operator's locale and time zone.
+std::string LocalTime(const TAbsTime& time)
+{
+    const QDateTime local = QDateTime::fromMSecsSinceEpoch(time.GetMilliseconds()).toLocalTime();
+    const QLocale locale;
+    return (locale.toString(local.date(), QLocale::ShortFormat) + QLatin1Char(' ')
+            + local.time().toString(QStringLiteral("HH:mm:ss")))
+        .toStdString();
+}
+
+} // namespace
+
+IOutputForm::IOutputForm(KELConfigContext* context, QWidget* parent) : IPresentationForm(context, parent) {}
+
+IOutputForm::~IOutputForm()
+{
+    // The lines' fields delete their controls, children of the container: while it still stands.
+    SetContainer(nullptr);
+}
+
+IPresentationContainer* IOutputForm::CreateContainer() { return IPresentationForm::CreateContainer(); }
+
+std::unique_ptr<IPresentationElement> IOutputForm::CreateElement(IElementInfo& info)
+{
+    return IPresentationForm::CreateElement(info);
+}
+
+void IOutputForm::PreCreate() { IPresentationForm::PreCreate(); }
+
+void IOutputForm::PostCreate() { IPresentationForm::PostCreate(); }
+
+void IOutputForm::Dump() { IPresentationBase::Dump(); }
+
+void IOutputForm::CreatePresentation(const std::string& name, const KELCallReply& reply, unsigned int directiveId)
+{
+    SetName(name);
+    SetEntity(reply.Entity());
+    SetDirOrEventID(directiveId);
+    // The same kind as an event presentation: a later ProcessReply walks the
+    // reply as an event report.
+    SetPresentationKind(EventReport);
+    switch (reply.CallStatus()) {
+    case ZED_STATUS_RESPONSE: SetReplyType(ZED_DICT_RESPONSE); break;
+    case ZED_STATUS_COMMON_EXCEPTION:
+    case ZED_STATUS_SPECIALISED_EXCEPTION: SetReplyType(ZED_DICT_EXCEPTION); break;
+    default: break;
+    }
+    SetReplyCode(reply.Reply().GetReplyCode());
+    SetCurrentState(reply.Entity().ToString().c_str(), directiveId);
+    PreCreate();
+    SetContainer(CreateContainer());
+
+    AddCommentLine(kEntityLine, 4046, reply.Entity().ToString());
+    AddCommentLine(kTimeLine, 4047, LocalTime(reply.TimeStamp()));
+    AddCommentLine(kReplyTextLine, 4048, ReplyText(reply));
+
+    long line = 0;
+    for (TReplyIterator it(reply.Reply()); it.IsValid(); it.Next()) {
+        const TValue& value = it.Get();
+        if (value.GetDatatype() == ZED_DT_ATTRIBUTELIST) {
+            const auto& list = static_cast<const TAttributeList&>(value);
+            for (std::size_t i = 0; i < list.Size(); ++i) {
+                const TAttribute& attribute = list.At(i);
+                if (attribute.HasValue())
+                    AddValueField(reply.Entity(), attribute.GetValue(), line, false);
+            }
+        } else {
+            AddValueField(reply.Entity(), value, line, true);
+        }
+    }
+    horizontalScrollBar()->setValue(0);
+    verticalScrollBar()->setValue(0);
+    OnNewSize();
+    PostCreate();
+}
+
+std::string IOutputForm::ReplyText(const KELCallReply& reply)
+{
+    // A common exception stands on every class under its own directive.
+    if (reply.CallStatus() == ZED_STATUS_COMMON_EXCEPTION)
+        SetDirOrEventID(ZED_COMMON_EXCEPTION_DIRECTIVE);
+    const TDictClass* cls = ClassOf(reply.Entity());
+    const TDictDirective* directive = cls ? cls->FindDirective(GetDirOrEventID()) : nullptr;
+    const TDictReply* dictReply =
+        directive ? directive->FindReply(GetReplyType() == ZED_DICT_RESPONSE ? ZED_DICT_RESPONSE : ZED_DICT_EXCEPTION,
+                                         GetReplyCode())
+                  : nullptr;
+    return dictReply ? dictReply->GetReplyText() : std::string();
+}
+
+void IOutputForm::AddCommentLine(long id, int label, const std::string& text)
+{
+    IElementInfo info(GetEntity(), GetName(), "");
+    info.SetID(static_cast<int>(id));
+    info.SetDT(ZED_DT_LATIN1STRING);
+    info.SetAccess(ZED_ACCESS_READ_ONLY);
+    info.SetPresentationName(KELResources::String(label));
+    auto line = std::make_unique<ICommentLine>(info, GetControlContainer(), ControlIdCounter());
+    ICommentLine* shown = line.get();
+    if (GetContainer() && GetContainer()->InsertElement(std::move(line)))
+        shown->SetValue(TLatin1String(text));
+}
+
+void IOutputForm::AddValueField(const TEntitySpec& entity, const TValue& value, long& lineId, bool isArgument)
+{
+    IElementInfo info(entity, GetName(), "");
+    info.SetDT(value.GetDatatype());
+    info.SetID(static_cast<int>(value.GetID()));
+    info.SetPresentationName("Value " + std::to_string(value.GetID()));
+    info.SetAccess(ZED_ACCESS_READ_ONLY);
+    if (const TDictClass* cls = ClassOf(entity)) {
+        const TDictValue* named = nullptr;
+        if (!isArgument) {
+            named = cls->FindAttribute(value.GetID());
+        } else if (const TDictDirective* directive = cls->FindDirective(GetDirOrEventID())) {
+            if (const TDictReply* reply = directive->FindReply(GetReplyType(), GetReplyCode()))
+                named = reply->FindArgument(value.GetID());
+            if (!named)
+                named = directive->FindRequestArgument(value.GetID());
+        }
+        if (named) {
+            info.SetName(named->GetName());
+            info.SetPresentationName(named->GetPresentationName());
+        }
+    }
+    const ZED_T_DATATYPE dt = value.GetDatatype();
+    info.SetHasDictType(0);
+    if (dt == ZED_DT_ENUMERATION || dt == ZED_DT_RECORD || dt == ZED_DT_SETOF || dt == ZED_DT_SEQUENCEOF) {
+        if (const TDictType* type = value.GetDictType()) {
+            info.SetHasDictType(1);
+            info.SetDictType(*type);
+        }
+    }
+    info.SetID(static_cast<int>(lineId++));
+    std::unique_ptr<IPresentationElement> element = CreateElement(info);
+    if (!element)
+        return;
+    auto* line = dynamic_cast<IFormLine*>(element.get());
+    if (GetContainer() && GetContainer()->InsertElement(std::move(element)) && line)
+        line->SetValue(value);
+}
+
+void IOutputForm::CleanPresentation()
+{
+    SetContainer(nullptr);
+    ForgetControlContainer();
+    delete takeWidget();
+}

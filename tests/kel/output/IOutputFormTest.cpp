@@ -1,0 +1,150 @@
+#include "kel/fields/IField.h"
+#include "kel/forms/IFormLine.h"
+#include "kel/controls/ILabel.h"
+#include "kel/frame/IApplication.h"
+#include "kel/model/IPresentationContainer.h"
+#include "kel/output/ICommentLine.h"
+#include "kel/output/IOutputForm.h"
+#include "kel/output/KELCallReply.h"
+#include "support/ShippedNetwork.h"
+#include "zed/call/TCall.h"
+#include "zed/dict/ZedDictCodes.h"
+#include "zed/value/TEnumeration.h"
+#include "zed/value/TScalarValues.h"
+
+#include <QFont>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using ::testing::ElementsAre;
+
+constexpr unsigned int kShow = 1;
+constexpr unsigned int kTest = 10;
+const char* const kInterface = "Network core Router r1 Interface eth0";
+
+class OutputFormTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        network = InstallShippedNetwork();
+        ASSERT_NE(InitializeKEL("output test"), nullptr);
+        form = std::make_unique<IOutputForm>();
+        form->resize(700, 500);
+    }
+    void TearDown() override
+    {
+        form.reset();
+        DestroyKEL();
+    }
+    // Carries the call out and shows its (first) reply on the form.
+    void Show(TSyncCall& call)
+    {
+        call.Execute();
+        form->CreatePresentation("Output", KELCallReply(call), call.GetDirective());
+    }
+    IFormLine* Line(long id) { return dynamic_cast<IFormLine*>(form->GetContainer()->FindElement(static_cast<int>(id))); }
+    std::string Text(long id)
+    {
+        std::string text;
+        Line(id)->GetField()->GetValue(text);
+        return text;
+    }
+    std::string Label(long id) { return Line(id)->GetLabel()->GetPresentationName(); }
+    std::vector<int> Keys()
+    {
+        std::vector<int> keys;
+        form->GetContainer()->ForEachElement([&](IPresentationElement& element) { keys.push_back(element.GetKey()); });
+        return keys;
+    }
+
+    std::shared_ptr<TSimulatedNetwork> network;
+    std::unique_ptr<IOutputForm> form;
+};
+
+TEST_F(OutputFormTest, AResponseHasItsHeaderLinesInBoldAndALinePerValueFromZero)
+{
+    TSyncCall call(TEntitySpec(kInterface), kTest);
+    call.GetRequest().Add(TUnsigned16(2, 1));
+    Show(call);
+    EXPECT_THAT(Keys(), ElementsAre(-5, -4, -3, 0, 1, 2));
+    EXPECT_EQ(Text(IOutputForm::kEntityLine), kInterface);
+    EXPECT_EQ(Label(IOutputForm::kEntityLine), "Entity");
+    EXPECT_EQ(Label(IOutputForm::kTimeLine), "Time");
+    EXPECT_FALSE(Text(IOutputForm::kTimeLine).empty());
+    EXPECT_EQ(Text(IOutputForm::kReplyTextLine), "Test completed");
+    EXPECT_EQ(Label(IOutputForm::kReplyTextLine), "Reply");
+    for (long header : {IOutputForm::kEntityLine, IOutputForm::kTimeLine, IOutputForm::kReplyTextLine}) {
+        ASSERT_NE(dynamic_cast<ICommentLine*>(Line(header)), nullptr);
+        EXPECT_TRUE(Line(header)->GetField()->GetWindow()->font().bold()) << header;
+        EXPECT_TRUE(Line(header)->GetField()->IsReadOnly()) << header;
+    }
+    EXPECT_EQ(Label(0), "Sent");
+    EXPECT_EQ(Text(0), "2");
+    EXPECT_EQ(Label(1), "Received");
+    EXPECT_EQ(Label(2), "Round Trip");
+    EXPECT_TRUE(Line(0)->GetField()->IsReadOnly());
+    EXPECT_EQ(form->GetPresentationKind(), IOutputBase::EventReport) << "as designed, so that replies walk as events";
+    EXPECT_EQ(form->GetReplyType(), ZED_DICT_RESPONSE);
+}
+
+TEST_F(OutputFormTest, ExceptionsTakeTheirTextFromTheDictionary)
+{
+    TSyncCall tooMany(TEntitySpec(kInterface), kTest);
+    tooMany.GetRequest().Add(TUnsigned16(2000, 1));
+    Show(tooMany);
+    EXPECT_EQ(form->GetReplyType(), ZED_DICT_EXCEPTION);
+    EXPECT_EQ(Text(IOutputForm::kReplyTextLine), "The packet count is too large");
+    EXPECT_EQ(Label(0), "Maximum Count");
+    EXPECT_EQ(Text(0), "1000");
+
+    form->CleanPresentation();
+    EXPECT_EQ(form->GetContainer(), nullptr);
+    TSyncCall missing(TEntitySpec("Network core Router r1 Interface eth9"), kTest);
+    missing.GetRequest().Add(TUnsigned16(2, 1));
+    Show(missing);
+    ASSERT_EQ(missing.GetStatus(), ZED_STATUS_COMMON_EXCEPTION);
+    EXPECT_EQ(Text(IOutputForm::kReplyTextLine), "The entity does not exist");
+    EXPECT_EQ(form->GetDirOrEventID(), ZED_COMMON_EXCEPTION_DIRECTIVE) << "a common exception stands under 55";
+}
+
+TEST_F(OutputFormTest, AnAttributeListOpensIntoALinePerAttributeAndUnknownValuesGetADefaultName)
+{
+    TSyncCall call(TEntitySpec("Network core Router r1"), kShow);
+    call.GetRequest().Add(TEnumeration(std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")), 2, 1));
+    Show(call);
+    const std::vector<int> keys = Keys();
+    ASSERT_GT(keys.size(), 4u) << "one line per attribute of the Status partition";
+    EXPECT_EQ(Label(0), "State");
+
+    form->CleanPresentation();
+    long line = static_cast<long>(keys.size()) - 3;
+    form->CreatePresentation("Output", KELCallReply(call), kShow);
+    form->AddValueField(TEntitySpec("Network core Router r1"), TUnsigned16(7, 77), line, true);
+    EXPECT_EQ(line, static_cast<long>(keys.size()) - 2) << "the next line's number";
+    EXPECT_EQ(Label(line - 1), "Value 77");
+}
+
+TEST(CallReplyList, CleanDeletesFromHeadToTailAndDropsNullEntries)
+{
+    auto network = InstallShippedNetwork();
+    TSyncCall call(TEntitySpec("Network core Router *"), kShow);
+    call.Execute();
+    KELCallReplyList list;
+    list.AddTail(nullptr);
+    list.AddAll(call);
+    list.AddTail(nullptr);
+    ASSERT_EQ(list.GetCount(), call.GetReplyCount() + 2);
+    EXPECT_EQ(list.Replies().back(), nullptr);
+    const KELCallReply& second = **std::next(list.Replies().begin(), 2);
+    EXPECT_EQ(second.Entity().ToString(), "Network core Router r2");
+    EXPECT_EQ(second.CallStatus(), ZED_STATUS_RESPONSE);
+    list.Clean();
+    EXPECT_TRUE(list.IsEmpty());
+    list.Clean();
+    EXPECT_TRUE(list.IsEmpty());
+}
+
+} // namespace
