@@ -53,7 +53,7 @@ QSize IControlContainer::Layout(bool place)
     const int labelColumn = static_cast<int>(m_labelMaxWidth) + kLabelGap;
     ForEachLine([&](KELFormLineLayout& line) {
         IField* field = line.GetLineField();
-        if (!field)
+        if (!field || !line.IsLineShown())
             return;
         const int x = static_cast<int>(line.GetIndentLevel()) * kIndentStep;
         if (x != previousX && x < previousX)

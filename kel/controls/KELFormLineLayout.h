@@ -16,4 +16,6 @@ public:
     // Null when the element has no units.
     virtual IField* GetUnitField() const = 0;
     virtual unsigned int GetIndentLevel() const = 0;
+    // A line kept but not shown takes no room.
+    virtual bool IsLineShown() const { return true; }
 };

@@ -164,6 +164,12 @@ bool IFormLine::ValueChanged()
     return text != m_initialText;
 }
 
+void IFormLine::RememberValue()
+{
+    m_snapshotTaken = false;
+    ValueChanged();
+}
+
 int IFormLine::OnIdleUpdateCmdUI(unsigned long, long)
 {
     const bool changed = ValueChanged();

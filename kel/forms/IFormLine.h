@@ -36,6 +36,9 @@ public:
     void SetValue(const TValue& value) override;
     // Whether the field's text differs from the one it showed when first asked.
     virtual bool ValueChanged();
+    // What the field shows now becomes what ValueChanged compares with (a
+    // line refreshed from a reply has not been changed by the operator).
+    void RememberValue();
     void Dump() override;
     // Adds the line's argument; false (after telling the operator) only when
     // a required argument has no value, so the call must not be sent.
@@ -60,6 +63,7 @@ public:
     IField* GetLineField() const override { return m_pField.get(); }
     IField* GetUnitField() const override;
     unsigned int GetIndentLevel() const override { return 0; }
+    bool IsLineShown() const override { return m_visibility != 0; }
 
 private:
     std::string m_initialText;

@@ -3,6 +3,7 @@
 #include "kel/config/IConfigList.h"
 #include "kel/fields/IField.h"
 #include "kel/forms/IFormLine.h"
+#include "kel/forms/KELFormLines.h"
 #include "kel/frame/ICreationFailedException.h"
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
@@ -63,61 +64,15 @@ void IInputBase::CreateLines(const std::string& hidden, const std::string& posit
     }
 }
 
-bool IInputBase::FillRequest(TRequest& request)
-{
-    IPresentationContainer* container = GetContainer();
-    if (!container)
-        return true;
-    bool filled = true;
-    container->ForEachElement([&](IPresentationElement& element) {
-        if (filled)
-            filled = element.FillRequest(request);
-    });
-    return filled;
-}
+bool IInputBase::FillRequest(TRequest& request) { return KELFormLines::FillRequest(GetContainer(), request); }
 
-void IInputBase::GetRequest(std::string& out)
-{
-    IPresentationContainer* container = GetContainer();
-    if (!container)
-        return;
-    container->ForEachElement([&](IPresentationElement& element) {
-        auto* line = dynamic_cast<IFormLine*>(&element);
-        if (!line)
-            return;
-        std::string part;
-        line->GetPartialRequest(part);
-        if (!part.empty())
-            out += part + ",";
-    });
-    if (!out.empty())
-        out.pop_back();
-}
+void IInputBase::GetRequest(std::string& out) { KELFormLines::GetRequest(GetContainer(), out); }
 
-void IInputBase::FillWithDefaults()
-{
-    if (IPresentationContainer* container = GetContainer())
-        container->ForEachElement([](IPresentationElement& element) {
-            if (auto* line = dynamic_cast<IFormLine*>(&element); line && line->GetField())
-                line->GetField()->SetToDefault();
-        });
-}
+void IInputBase::FillWithDefaults() { KELFormLines::FillWithDefaults(GetContainer()); }
 
-void IInputBase::FillWithCurrentConfig()
-{
-    if (IPresentationContainer* container = GetContainer())
-        container->ForEachElement([this](IPresentationElement& element) {
-            if (auto* line = dynamic_cast<IFormLine*>(&element))
-                line->FillWithConfig(m_fillSection);
-        });
-}
+void IInputBase::FillWithCurrentConfig() { KELFormLines::FillWithConfig(GetContainer(), m_fillSection); }
 
 void IInputBase::SaveContents(const std::string& section)
 {
-    const std::string& target = section.empty() ? m_fillSection : section;
-    if (IPresentationContainer* container = GetContainer())
-        container->ForEachElement([&target](IPresentationElement& element) {
-            if (auto* line = dynamic_cast<IFormLine*>(&element))
-                line->SaveContents(target);
-        });
+    KELFormLines::SaveContents(GetContainer(), section.empty() ? m_fillSection : section);
 }

@@ -1,0 +1,105 @@
+#include "kel/forms/IInputOutputBase.h"
+
+#include "kel/forms/IFormLine.h"
+#include "kel/forms/KELFormLines.h"
+#include "kel/frame/KELResources.h"
+#include "kel/model/IElementInfo.h"
+#include "kel/model/IPresentationContainer.h"
+#include "zed/ZedAssert.h"
+#include "zed/call/TReply.h"
+#include "zed/dict/TDictIterators.h"
+#include "zed/value/TAttribute.h"
+
+IInputOutputBase::IInputOutputBase() = default;
+
+IInputOutputBase::~IInputOutputBase() = default;
+
+void IInputOutputBase::CreatePresentation(const std::string& name, const TEntitySpec& entity, unsigned int partition)
+{
+    SetName(name);
+    SetEntity(entity);
+    m_partition = partition;
+    PreCreate();
+    SetContainer(CreateContainer());
+    CreateLines();
+    RememberValues();
+    PostCreate();
+}
+
+void IInputOutputBase::CreateLines()
+{
+    if (!GetContainer())
+        return;
+    for (TDictAttributeIterator it(GetEntity().GetEntityClass(), m_partition); it.IsValid(); it.Next()) {
+        IElementInfo info(GetEntity(), GetName(), "");
+        InitAttrElementInfo(it.Get(), info);
+        if (!info.IsDisplayed())
+            continue;
+        if (std::unique_ptr<IPresentationElement> line = CreateElement(info))
+            PlaceLine(std::move(line));
+    }
+}
+
+void IInputOutputBase::PlaceLine(std::unique_ptr<IPresentationElement> line)
+{
+    const bool taken = GetContainer()->InsertElement(std::move(line));
+    ZEDAssertM(taken, KELResources::String(4028));
+}
+
+void IInputOutputBase::ProcessReply(const TReply& reply)
+{
+    const TAttributeList* list = nullptr;
+    for (TReplyIterator it(reply); it.IsValid() && !list; it.Next())
+        if (it.Get().GetDatatype() == ZED_DT_ATTRIBUTELIST)
+            list = static_cast<const TAttributeList*>(&it.Get());
+    if (!list)
+        return;
+    if (IPresentationContainer* container = GetContainer())
+        container->ForEachElement([&](IPresentationElement& element) {
+            auto* line = dynamic_cast<IFormLine*>(&element);
+            if (!line)
+                return;
+            const TValue& value = (*list)[line->GetID()];
+            if (value.IsPresent())
+                line->SetValue(value);
+            else
+                line->SetToNotReturned();
+            line->RememberValue();
+        });
+    PostProcessReply();
+}
+
+void IInputOutputBase::PostProcessReply() {}
+
+// Only what the operator changed since the last refresh is set.
+bool IInputOutputBase::FillRequest(TRequest& request)
+{
+    bool filled = true;
+    if (IPresentationContainer* container = GetContainer())
+        container->ForEachElement([&](IPresentationElement& element) {
+            auto* line = dynamic_cast<IFormLine*>(&element);
+            if (filled && line && line->ValueChanged())
+                filled = line->FillRequest(request);
+        });
+    return filled;
+}
+
+void IInputOutputBase::RememberValues()
+{
+    if (IPresentationContainer* container = GetContainer())
+        container->ForEachElement([](IPresentationElement& element) {
+            if (auto* line = dynamic_cast<IFormLine*>(&element))
+                line->RememberValue();
+        });
+}
+
+void IInputOutputBase::GetRequest(std::string& out) { KELFormLines::GetRequest(GetContainer(), out); }
+
+void IInputOutputBase::FillWithDefaults() { KELFormLines::FillWithDefaults(GetContainer()); }
+
+void IInputOutputBase::FillWithCurrentConfig(const std::string& section)
+{
+    KELFormLines::FillWithConfig(GetContainer(), section);
+}
+
+void IInputOutputBase::SaveContents(const std::string& section) { KELFormLines::SaveContents(GetContainer(), section); }

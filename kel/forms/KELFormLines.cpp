@@ -1,0 +1,66 @@
+#include "kel/forms/KELFormLines.h"
+
+#include "kel/fields/IField.h"
+#include "kel/forms/IFormLine.h"
+#include "kel/model/IPresentationContainer.h"
+
+namespace {
+
+template <class Visit>
+void ForEachLine(const IPresentationContainer* container, Visit visit)
+{
+    if (!container)
+        return;
+    container->ForEachElement([&](IPresentationElement& element) {
+        if (auto* line = dynamic_cast<IFormLine*>(&element))
+            visit(*line);
+    });
+}
+
+} // namespace
+
+namespace KELFormLines {
+
+bool FillRequest(const IPresentationContainer* container, TRequest& request)
+{
+    if (!container)
+        return true;
+    bool filled = true;
+    container->ForEachElement([&](IPresentationElement& element) {
+        if (filled)
+            filled = element.FillRequest(request);
+    });
+    return filled;
+}
+
+void GetRequest(const IPresentationContainer* container, std::string& out)
+{
+    ForEachLine(container, [&](IFormLine& line) {
+        std::string part;
+        line.GetPartialRequest(part);
+        if (!part.empty())
+            out += part + ",";
+    });
+    if (!out.empty() && out.back() == ',')
+        out.pop_back();
+}
+
+void FillWithDefaults(const IPresentationContainer* container)
+{
+    ForEachLine(container, [](IFormLine& line) {
+        if (line.GetField())
+            line.GetField()->SetToDefault();
+    });
+}
+
+void FillWithConfig(const IPresentationContainer* container, const std::string& section)
+{
+    ForEachLine(container, [&](IFormLine& line) { line.FillWithConfig(section); });
+}
+
+void SaveContents(const IPresentationContainer* container, const std::string& section)
+{
+    ForEachLine(container, [&](IFormLine& line) { line.SaveContents(section); });
+}
+
+} // namespace KELFormLines
