@@ -1,0 +1,15 @@
+#include "kel/output/ITextElement.h"
+
+#include "kel/frame/KELResources.h"
+#include "zed/value/TValue.h"
+
+ITextElement::ITextElement(unsigned int id, std::string name)
+    : IPresentationElement(id), m_name(std::move(name)), m_text(KELResources::String(4025))
+{
+}
+
+ITextElement::~ITextElement() = default;
+
+void ITextElement::SetValue(const TValue& value) { m_text = value.ToString(); }
+
+void ITextElement::SetToNotReturned() { m_text = KELResources::String(4025); }
