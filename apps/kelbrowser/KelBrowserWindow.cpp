@@ -3,7 +3,14 @@
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
 #include "kel/forms/IInputForm.h"
+#include "kel/forms/IInputOutputForm.h"
 #include "kel/frame/IApplication.h"
+#include "kel/output/IOutputForm.h"
+#include "kel/output/IOutputList.h"
+#include "kel/output/KELCallReply.h"
+#include "kel/output/KELListModel.h"
+#include "zed/value/TEnumeration.h"
+#include "zed/value/TEventReport.h"
 #include "zed/TApplication.h"
 #include "zed/TException.h"
 #include "zed/call/TCall.h"
@@ -17,6 +24,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSplitter>
+#include <QTabWidget>
 #include <QToolBar>
 
 #include <functional>
@@ -50,6 +58,13 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     send->setDefault(true);
     bar->addWidget(defaults);
     bar->addWidget(send);
+    bar->addSeparator();
+    auto* attributes = new QPushButton(QStringLiteral("A&ttributes"));
+    m_refresh = new QPushButton(QStringLiteral("&Refresh"));
+    m_apply = new QPushButton(QStringLiteral("&Apply"));
+    bar->addWidget(attributes);
+    bar->addWidget(m_refresh);
+    bar->addWidget(m_apply);
 
     m_split = new QSplitter(Qt::Vertical);
     m_reply = new QPlainTextEdit;
@@ -57,8 +72,16 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_reply->setFont(QFontDatabase::systemFont(QFontDatabase::FixedFont));
     m_reply->setPlaceholderText(QStringLiteral("The reply shows here once the request is sent."));
     m_reply->setAccessibleName(QStringLiteral("Reply"));
+    m_outputs = new QTabWidget;
+    m_outputs->setDocumentMode(true);
+    m_outputs->addTab(new QWidget, QStringLiteral("Reply"));
+    m_outputs->addTab(new QWidget, QStringLiteral("List"));
+    m_outputs->addTab(m_reply, QStringLiteral("Text"));
+    m_events = new QTabWidget;
+    m_events->setDocumentMode(true);
+    m_outputs->addTab(m_events, QStringLiteral("Events"));
     m_split->addWidget(new QWidget);  // the form's place
-    m_split->addWidget(m_reply);
+    m_split->addWidget(m_outputs);
     m_split->setStretchFactor(0, 3);
     m_split->setStretchFactor(1, 2);
     m_split->setSizes({420, 220});
@@ -83,6 +106,10 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
             m_form->FillWithDefaults();
     });
     connect(send, &QPushButton::clicked, this, [this] { Send(); });
+    connect(attributes, &QPushButton::clicked, this,
+            [this] { OpenAttributes(m_entities->currentText().toStdString()); });
+    connect(m_refresh, &QPushButton::clicked, this, [this] { Refresh(); });
+    connect(m_apply, &QPushButton::clicked, this, [this] { Apply(); });
     EntityChosen();
 }
 
@@ -109,6 +136,9 @@ std::vector<std::string> KelBrowserWindow::ListEntities(const TDictionary& dicti
         } catch (const TException&) {
             return;
         }
+        // Several instances: the wildcard itself is an entity one can ask.
+        if (call.GetReplyCount() > 1)
+            found.push_back(wildcard.ToString(&dictionary));
         for (std::size_t i = 0; call.SelectReply(i); ++i) {
             if (call.GetStatus() != ZED_STATUS_RESPONSE)
                 continue;
@@ -125,6 +155,12 @@ std::vector<std::string> KelBrowserWindow::ListEntities(const TDictionary& dicti
 
 void KelBrowserWindow::EntityChosen()
 {
+    FillDirectives();
+    DirectiveChosen();
+}
+
+void KelBrowserWindow::FillDirectives()
+{
     const QSignalBlocker quiet(m_directives);
     m_directives->clear();
     std::optional<TEntitySpec> entity = TEntitySpec::Parse(m_entities->currentText().toStdString(), &m_dictionary);
@@ -133,7 +169,6 @@ void KelBrowserWindow::EntityChosen()
         for (const TDictDirective& directive : cls->GetDirectives())
             if (directive.GetID() != ZED_COMMON_EXCEPTION_DIRECTIVE)
                 m_directives->addItem(QString::fromStdString(directive.GetName()));
-    DirectiveChosen();
 }
 
 void KelBrowserWindow::DirectiveChosen()
@@ -159,10 +194,7 @@ bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string
         return false;
     auto* form = new IInputForm(m_context);
     form->setAccessibleName(QString::fromStdString(directive->GetPresentationName()));
-    // The old form goes now: its lines' controls must not outlive it.
-    QWidget* old = m_split->widget(0);
-    m_split->replaceWidget(0, form);
-    delete old;
+    ReplaceMiddle(form);
     m_form = form;
     form->CreatePresentation(directive->GetName(), *entity, directive->GetID());
     std::string section;
@@ -196,12 +228,7 @@ bool KelBrowserWindow::Send()
         SetMessage(KEL_SEVERITY_PROBLEM, std::string("The call could not be made: ") + e.what());
         return false;
     }
-    std::ostringstream text;
-    for (std::size_t i = 0; call.SelectReply(i); ++i)
-        ZEDWriteReply(text, m_dictionary, call, m_form->GetDirectiveID());
-    for (const TCallResult& event : ZEDGetApplication()->TakeEvents())
-        ZEDWriteEvents(text, m_dictionary, event);
-    ShowReply(text.str());
+    ShowOutputs(call, m_form->GetDirectiveID());
     // One line per message: a multi-line argument shows its line ends as " / ".
     std::string shown = m_requestText;
     for (std::size_t at = shown.find('\n'); at != std::string::npos; at = shown.find('\n', at + 3))
@@ -209,6 +236,181 @@ bool KelBrowserWindow::Send()
     SetMessage(KEL_SEVERITY_DONE, m_form->GetName() + " sent to " + m_form->GetEntity().ToString(&m_dictionary)
                                       + (shown.empty() ? "" : ": " + shown));
     return true;
+}
+
+void KelBrowserWindow::ReplaceMiddle(QWidget* widget)
+{
+    // The old form goes now: its lines' controls must not outlive it.
+    QWidget* old = m_split->widget(0);
+    m_split->replaceWidget(0, widget);
+    delete old;
+    m_refresh->setEnabled(m_attributes != nullptr && m_attributes == widget);
+    m_apply->setEnabled(m_refresh->isEnabled());
+}
+
+void KelBrowserWindow::ShowOutputs(TSyncCall& call, unsigned int directive)
+{
+    std::ostringstream text;
+    for (std::size_t i = 0; call.SelectReply(i); ++i)
+        ZEDWriteReply(text, m_dictionary, call, directive);
+    call.SelectReply(0);
+
+    // The first reply as a form, whatever it was (an exception too).
+    auto* form = new IOutputForm(m_context);
+    form->setAccessibleName(QStringLiteral("Reply"));
+    form->CreatePresentation(m_form ? m_form->GetName() : "Show", KELCallReply(call), directive);
+    delete m_outputs->widget(0);
+    m_outputs->insertTab(0, form, QStringLiteral("Reply"));
+    m_outputForm = form;
+
+    // Several replies (a wildcard): a row each. A Show lists the attributes of
+    // the partition asked for; any other directive the arguments of its reply.
+    if (call.GetReplyCount() > 1) {
+        auto* list = new IOutputList(m_context);
+        list->setAccessibleName(QStringLiteral("List"));
+        const TDictClass* cls = m_dictionary.FindClass(call.GetEntity().GetEntityClass());
+        const TDictDirective* asked = cls ? cls->FindDirective(directive) : nullptr;
+        if (asked && asked->GetName() == "Show") {
+            const TValue& partition = call.GetRequest()[1];
+            const unsigned int code = partition.GetDatatype() == ZED_DT_ENUMERATION
+                                          ? static_cast<unsigned int>(static_cast<const TEnumeration&>(partition).GetCode())
+                                          : 0u;
+            list->CreatePresentationAttr("Show", call.GetEntity(), code);
+        } else {
+            const TReply& first = call.GetReply();
+            list->CreatePresentation(asked ? asked->GetName() : "", call.GetEntity(), directive,
+                                     first.GetReplyType() == ZED_REPLY_RESPONSE ? ZED_DICT_RESPONSE : ZED_DICT_EXCEPTION,
+                                     first.GetReplyCode());
+        }
+        KELCallReplyList replies;
+        replies.AddAll(call);
+        for (const auto& reply : replies.Replies())
+            list->ProcessReply(*reply);
+        for (int c = 0; c < list->GetModel()->columnCount(); ++c)
+            list->resizeColumnToContents(c);
+        delete m_outputs->widget(1);
+        m_outputs->insertTab(1, list, QStringLiteral("List"));
+        m_outputList = list;
+        m_outputs->setCurrentIndex(1);
+    } else {
+        m_outputs->setCurrentIndex(0);
+    }
+    ShowReply(text.str());
+    TakeEvents();
+}
+
+void KelBrowserWindow::TakeEvents()
+{
+    std::ostringstream text;
+    for (const TCallResult& event : ZEDGetApplication()->TakeEvents()) {
+        ZEDWriteEvents(text, m_dictionary, event);
+        const TEventReport* report = nullptr;
+        for (TReplyIterator it(event.reply); it.IsValid() && !report; it.Next())
+            if (it.Get().GetDatatype() == ZED_DT_EVENTREPORT)
+                report = static_cast<const TEventReport*>(&it.Get());
+        if (!report)
+            continue;
+        const TDictClass* cls = m_dictionary.FindClass(report->GetEntity().GetEntityClass());
+        const TDictEvent* kind = cls ? cls->FindEvent(report->GetEventID()) : nullptr;
+        const QString title = QString::fromStdString((cls ? cls->GetName() : std::string("?")) + " : "
+                                                     + (kind ? kind->GetPresentationName() : std::to_string(report->GetEventID())));
+        IOutputList* list = nullptr;
+        for (int i = 0; i < m_events->count() && !list; ++i)
+            if (m_events->tabText(i) == title)
+                list = dynamic_cast<IOutputList*>(m_events->widget(i));
+        if (!list) {
+            list = new IOutputList(m_context);
+            list->setAccessibleName(title);
+            list->CreatePresentation("Events", report->GetEntity(), report->GetEventID());
+            m_events->addTab(list, title);
+        }
+        list->ProcessReply(event.reply);
+        for (int c = 0; c < list->GetModel()->columnCount(); ++c)
+            list->resizeColumnToContents(c);
+    }
+    if (!text.str().empty())
+        m_reply->appendPlainText(QString::fromStdString(text.str()));
+}
+
+void KelBrowserWindow::ShowOutput(const QString& title)
+{
+    for (int i = 0; i < m_outputs->count(); ++i)
+        if (m_outputs->tabText(i) == title)
+            m_outputs->setCurrentIndex(i);
+}
+
+bool KelBrowserWindow::OpenAttributes(const std::string& entityText)
+{
+    std::optional<TEntitySpec> entity = TEntitySpec::Parse(entityText, &m_dictionary);
+    if (!entity || !m_dictionary.FindClass(entity->GetEntityClass()) || entity->HasWildcard())
+        return false;
+    {
+        // The entity shown above is the one whose attributes these are.
+        const QSignalBlocker quiet(m_entities);
+        m_entities->setCurrentText(QString::fromStdString(entityText));
+        FillDirectives();
+    }
+    auto* form = new IInputOutputForm(m_context);
+    form->setAccessibleName(QStringLiteral("Attributes"));
+    m_attributes = form;
+    ReplaceMiddle(form);
+    form->CreatePresentation("Attributes", *entity, 0);
+    return Refresh();
+}
+
+bool KelBrowserWindow::Refresh() { return ReadAttributes(true); }
+
+bool KelBrowserWindow::ReadAttributes(bool showOutputs)
+{
+    if (!m_attributes)
+        return false;
+    const TDictClass* cls = m_dictionary.FindClass(m_attributes->GetEntity().GetEntityClass());
+    const TDictDirective* show = cls ? cls->FindDirective(std::string("Show")) : nullptr;
+    if (!show)
+        return false;
+    TSyncCall call(m_attributes->GetEntity(), show->GetID());
+    try {
+        call.Execute();
+    } catch (const TException& e) {
+        SetMessage(KEL_SEVERITY_PROBLEM, std::string("The attributes could not be read: ") + e.what());
+        return false;
+    }
+    m_attributes->ProcessReply(call.GetReply());
+    if (showOutputs)
+        ShowOutputs(call, show->GetID());
+    return call.GetStatus() == ZED_STATUS_RESPONSE;
+}
+
+bool KelBrowserWindow::Apply()
+{
+    if (!m_attributes)
+        return false;
+    const TDictClass* cls = m_dictionary.FindClass(m_attributes->GetEntity().GetEntityClass());
+    const TDictDirective* set = cls ? cls->FindDirective(std::string("Set")) : nullptr;
+    if (!set)
+        return false;
+    TSyncCall call(m_attributes->GetEntity(), set->GetID());
+    if (!m_attributes->FillRequest(call.GetRequest()))
+        return false;
+    m_requestText.clear();
+    m_attributes->GetRequest(m_requestText);
+    if (call.GetRequest().Size() == 0) {
+        SetMessage(KEL_SEVERITY_INFORMATION, "Nothing to apply: no attribute was changed.");
+        return false;
+    }
+    try {
+        call.Execute();
+    } catch (const TException& e) {
+        SetMessage(KEL_SEVERITY_PROBLEM, std::string("The call could not be made: ") + e.what());
+        return false;
+    }
+    const bool done = call.GetStatus() == ZED_STATUS_RESPONSE;
+    SetMessage(done ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
+               "Set sent to " + m_attributes->GetEntity().ToString(&m_dictionary));
+    // The form shows what the network now holds; the outputs show the Set's reply and its events.
+    ReadAttributes(false);
+    ShowOutputs(call, set->GetID());
+    return done;
 }
 
 void KelBrowserWindow::ShowReply(const std::string& text) { m_reply->setPlainText(QString::fromStdString(text)); }

@@ -1,6 +1,9 @@
 #pragma once
 
 #include "kel/forms/IInputForm.h"
+#include "kel/forms/IInputOutputForm.h"
+#include "kel/output/IOutputForm.h"
+#include "kel/output/IOutputList.h"
 #include "kel/frame/KELConsoleSink.h"
 
 #include <QMainWindow>
@@ -13,14 +16,19 @@
 class KELConfigContext;
 class QComboBox;
 class QPlainTextEdit;
+class QPushButton;
 class QSplitter;
+class QTabWidget;
 class TDictionary;
 class TEntitySpec;
+class TSyncCall;
 
 // The browser's main window: an entity and a directive of the network are
-// picked above, the directive's generated input form fills the middle, the
-// reply shows below it, and the library's messages go to a dock at the
-// bottom (the console until the real one exists).
+// picked above, the directive's generated input form (or the entity's
+// attributes, to refresh and apply) fills the middle, and below it the
+// outputs: the reply as a form, the replies of a wildcard call as a list, the
+// reply as text, and the event reports the network raised. The library's
+// messages go to a dock at the bottom (the console until the real one exists).
 class KelBrowserWindow : public QMainWindow, public IMessageConsole {
 public:
     KelBrowserWindow(const TDictionary& dictionary, KELConfigContext* context);
@@ -39,14 +47,34 @@ public:
     std::string GetReplyText() const;
     std::string GetRequestText() const { return m_requestText; }
 
+    // The entity's attributes (every partition) as an input-output form in
+    // the middle, read at once.
+    bool OpenAttributes(const std::string& entity);
+    IInputOutputForm* GetAttributes() const { return m_attributes; }
+    // Reads the attributes again (Show); sets the changed ones (Set), then reads again.
+    bool Refresh();
+    bool Apply();
+
+    IOutputForm* GetOutputForm() const { return m_outputForm; }
+    IOutputList* GetOutputList() const { return m_outputList; }
+    // One list per kind of event report that arrived, "Class : Event".
+    QTabWidget* GetEventLists() const { return m_events; }
+    // Shows the output tab of that title.
+    void ShowOutput(const QString& title);
+
     bool HasWindow() const override { return true; }
     void SetMessage(KEL_T_Severity severity, const std::string& text) override;
     std::string GetMessages() const;
 
 private:
     void EntityChosen();
+    void FillDirectives();
     void DirectiveChosen();
     void ShowReply(const std::string& text);
+    void ShowOutputs(TSyncCall& call, unsigned int directive);
+    void TakeEvents();
+    void ReplaceMiddle(QWidget* widget);
+    bool ReadAttributes(bool showOutputs);
 
     const TDictionary& m_dictionary;
     KELConfigContext* m_context;  // the application object's
@@ -54,6 +82,13 @@ private:
     QComboBox* m_directives;
     QSplitter* m_split;
     QPointer<IInputForm> m_form;
+    QPointer<IInputOutputForm> m_attributes;
+    QTabWidget* m_outputs;
+    QPointer<IOutputForm> m_outputForm;
+    QPointer<IOutputList> m_outputList;
+    QTabWidget* m_events;
+    QPushButton* m_refresh;
+    QPushButton* m_apply;
     QPlainTextEdit* m_reply;
     QPlainTextEdit* m_messages;
     std::string m_requestText;

@@ -9,6 +9,7 @@
 #include "kel/forms/IFormLine.h"
 #include "kel/controls/ILabel.h"
 #include "kel/forms/IInputForm.h"
+#include "kel/forms/IInputOutputForm.h"
 #include "kel/frame/KELPrompt.h"
 #include "kel/model/IPresentationContainer.h"
 
@@ -149,6 +150,56 @@ bool Type(IInputForm& form, const std::string& name, const std::string& text)
     return found;
 }
 
+bool Save(QWidget& window, const std::string& folder, const char* picture, std::ostream& out)
+{
+    QApplication::processEvents();
+    const bool saved = window.grab().save(QString::fromStdString(folder + "/" + picture));
+    out << "  picture: " << picture << (saved ? "" : " could not be written") << "\n";
+    return saved;
+}
+
+// An entity's attributes: read, one changed and applied, read again; the
+// network's event report about the change shows in the events.
+int TourAttributes(KelBrowserWindow& window, const std::string& folder, std::ostream& out)
+{
+    int faults = 0;
+    const char* const entity = "Network core Router r1";
+    out << "== Attributes of " << entity << "\n";
+    if (!window.OpenAttributes(entity) || !window.GetAttributes()) {
+        out << "  the attributes could not be read\n";
+        return 1;
+    }
+    faults += Save(window, folder, "07-attributes.png", out) ? 0 : 1;
+    IField* priority = nullptr;
+    window.GetAttributes()->GetContainer()->ForEachElement([&](IPresentationElement& element) {
+        auto* line = dynamic_cast<IFormLine*>(&element);
+        if (line && line->GetLabel() && line->GetLabel()->GetPresentationName() == "Priority")
+            priority = line->GetField();
+    });
+    if (!priority) {
+        out << "  no Priority line\n";
+        return faults + 1;
+    }
+    std::string before;
+    priority->GetValue(before);
+    priority->SetValue(std::string("7"));
+    const bool applied = window.Apply();
+    std::string after;
+    priority->GetValue(after);
+    out << "  Priority " << before << " -> 7, applied: " << (applied ? "yes" : "no") << ", read again: " << after
+        << "\n  request: " << window.GetRequestText() << "\n";
+    if (!applied || after != "7")
+        ++faults;
+    window.ShowOutput(QStringLiteral("Events"));
+    const int events = window.GetEventLists()->count();
+    out << "  event lists: " << events << "\n";
+    if (events == 0)
+        ++faults;
+    faults += Save(window, folder, "08-attributes-applied-events.png", out) ? 0 : 1;
+    out << "\n";
+    return faults;
+}
+
 } // namespace
 
 int RunTour(KelBrowserWindow& window, const std::string& folder)
@@ -178,6 +229,8 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
           {"Settings", R"({"Mtu": 9000, "Duplex": "Full"})"}}},
         {"03-echo-required-missing.png", "Network core Router r1 Interface eth1", "Echo", {{"Confirm", ""}, {"Ratio", "3"}}, false},
         {"04-show-router.png", "Network core Router r1", "Show", {{"Partition", "Status"}}, true},
+        {"05-show-every-router.png", "Network core Router *", "Show", {{"Partition", "Status"}}, true},
+        {"06-test-exception.png", "Network core Router r1 Interface eth0", "Test", {{"Count", "2000"}}, true},
     };
     int faults = 0;
     window.resize(1000, 760);
@@ -228,6 +281,7 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
         }
         transcript << "\n";
     }
+    faults += TourAttributes(window, folder, transcript);
     transcript << "== messages\n" << window.GetMessages() << "\n";
     transcript << (faults ? std::to_string(faults) + " step(s) went wrong\n" : "every step went as expected\n");
     KELPrompt::Install(std::move(previous));

@@ -21,7 +21,8 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
     EXPECT_EQ(run.exitCode, 0) << run.out << run.err;
     EXPECT_THAT(run.out, HasSubstr("all as expected"));
     for (const char* picture : {"01-test.png", "02-echo-every-kind.png", "02-echo-every-kind-end.png", "03-echo-required-missing.png",
-                                "04-show-router.png"}) {
+                                "04-show-router.png", "05-show-every-router.png", "06-test-exception.png",
+                                "07-attributes.png", "08-attributes-applied-events.png"}) {
         struct stat info {};
         EXPECT_EQ(::stat((out.Path() + "tour/" + picture).c_str(), &info), 0) << picture;
         EXPECT_GT(info.st_size, 5000) << picture;
@@ -31,6 +32,9 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
     EXPECT_THAT(transcript, HasSubstr("message box \"Problem\": The required field *Confirm has no value."));
     EXPECT_THAT(transcript, HasSubstr("Peers = { { Host = r2, Port = 179, Transport = TCP }, { Host = r3, Port = 646 } }"));
     EXPECT_THAT(transcript, HasSubstr("      MTU = 9000 octets\n      Duplex = Full\n")) << "an attribute list went and came back";
+    EXPECT_THAT(transcript, HasSubstr("exception CountTooLarge (2): The packet count is too large"));
+    EXPECT_THAT(transcript, HasSubstr("Priority 10 -> 7, applied: yes, read again: 7"));
+    EXPECT_THAT(transcript, HasSubstr("event lists: 1"));
     EXPECT_THAT(transcript, HasSubstr("every step went as expected"));
 }
 
