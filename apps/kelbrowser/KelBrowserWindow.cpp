@@ -2,6 +2,10 @@
 
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
+#include "kel/console/IConsole.h"
+#include "kel/console/IOutputWnd.h"
+#include "kel/frame/KELResources.h"
+#include "kel/output/IListViewOutput.h"
 #include "kel/forms/IInputForm.h"
 #include "kel/forms/IInputOutputForm.h"
 #include "kel/frame/IApplication.h"
@@ -87,15 +91,11 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_split->setSizes({420, 220});
     setCentralWidget(m_split);
 
-    auto* dock = new QDockWidget(QStringLiteral("Messages"), this);
-    dock->setObjectName(QStringLiteral("Messages"));
-    m_messages = new QPlainTextEdit;
-    m_messages->setReadOnly(true);
-    m_messages->setAccessibleName(QStringLiteral("Messages"));
-    m_messages->setMaximumBlockCount(10000);
-    dock->setWidget(m_messages);
-    addDockWidget(Qt::BottomDockWidgetArea, dock);
-    resizeDocks({dock}, {110}, Qt::Vertical);
+    m_console = new IConsole(this);
+    m_console->AddTabWnd(KELResources::String(4023), 0);
+    m_console->Create(this);
+    addDockWidget(Qt::BottomDockWidgetArea, m_console);
+    resizeDocks({m_console}, {130}, Qt::Vertical);
 
     for (const std::string& entity : ListEntities(dictionary))
         m_entities->addItem(QString::fromStdString(entity));
@@ -115,7 +115,7 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
 
 KelBrowserWindow::~KelBrowserWindow()
 {
-    if (GetKELapp() && GetKELapp()->GetConsole() == this)
+    if (GetKELapp() && GetKELapp()->GetConsole() == m_console)
         GetKELapp()->SetConsole(nullptr);
 }
 
@@ -419,8 +419,19 @@ std::string KelBrowserWindow::GetReplyText() const { return m_reply->toPlainText
 
 void KelBrowserWindow::SetMessage(KEL_T_Severity severity, const std::string& text)
 {
-    const int index = severity >= 0 && severity <= 2 ? static_cast<int>(severity) : 1;
-    m_messages->appendPlainText(QStringLiteral("[%1] %2").arg(QLatin1String(kSeverity[index]), QString::fromStdString(text)));
+    m_console->SetMessage(severity, text);
 }
 
-std::string KelBrowserWindow::GetMessages() const { return m_messages->toPlainText().toStdString(); }
+std::string KelBrowserWindow::GetMessages() const
+{
+    std::string text;
+    const IOutputWnd* output = m_console->GetTabWnd(0);
+    const IListViewOutput* list = output ? output->GetListCtrl() : nullptr;
+    for (int i = 0; list && i < list->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem* row = list->topLevelItem(i);
+        const int severity = row->data(0, IOutputWnd::kSeverityRole).toInt();
+        text += std::string("[") + kSeverity[severity >= 0 && severity <= 2 ? severity : 1] + "] "
+                + row->text(1).toStdString() + "\n";
+    }
+    return text;
+}

@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+class IConsole;
 class KELConfigContext;
 class QComboBox;
 class QPlainTextEdit;
@@ -28,8 +29,8 @@ class TSyncCall;
 // attributes, to refresh and apply) fills the middle, and below it the
 // outputs: the reply as a form, the replies of a wildcard call as a list, the
 // reply as text, and the event reports the network raised. The library's
-// messages go to a dock at the bottom (the console until the real one exists).
-class KelBrowserWindow : public QMainWindow, public IMessageConsole {
+// messages go to the console docked at the bottom.
+class KelBrowserWindow : public QMainWindow {
 public:
     KelBrowserWindow(const TDictionary& dictionary, KELConfigContext* context);
     ~KelBrowserWindow() override;
@@ -62,8 +63,10 @@ public:
     // Shows the output tab of that title.
     void ShowOutput(const QString& title);
 
-    bool HasWindow() const override { return true; }
-    void SetMessage(KEL_T_Severity severity, const std::string& text) override;
+    // The console docked at the bottom; the host hands it to the application object.
+    IConsole* GetConsole() const { return m_console; }
+    void SetMessage(KEL_T_Severity severity, const std::string& text);
+    // The console's first tab, a line per message: "[severity] text".
     std::string GetMessages() const;
 
 private:
@@ -90,6 +93,6 @@ private:
     QPushButton* m_refresh;
     QPushButton* m_apply;
     QPlainTextEdit* m_reply;
-    QPlainTextEdit* m_messages;
+    IConsole* m_console;
     std::string m_requestText;
 };

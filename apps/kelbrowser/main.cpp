@@ -13,6 +13,7 @@
 // command line, 3 the network or KEL could not be loaded.
 
 #include "KelBrowserWindow.h"
+#include "kel/console/IConsole.h"
 #include "Tour.h"
 #include "kel/config/KELConfigContext.h"
 #include "kel/frame/IApplication.h"
@@ -94,7 +95,7 @@ int main(int argc, char** argv)
     int status = 0;
     {
         KelBrowserWindow window(*ZEDGetApplication()->GetDictionary(), context);
-        kel->SetConsole(&window);
+        kel->SetConsole(window.GetConsole());
         if (wantTour) {
             status = RunTour(window, tour);
         } else {

@@ -1,0 +1,109 @@
+#include "kel/console/IConsole.h"
+#include "kel/console/IOutputWnd.h"
+#include "kel/frame/IApplication.h"
+#include "kel/output/IListViewOutput.h"
+
+#include <QApplication>
+#include <QClipboard>
+#include <QMenu>
+#include <QTabWidget>
+
+#include <gtest/gtest.h>
+
+#include <string>
+
+namespace {
+
+class ConsoleTest : public ::testing::Test {
+protected:
+    void SetUp() override
+    {
+        ASSERT_NE(InitializeKEL("console test"), nullptr);
+        console.AddTabWnd("Output", 0);
+        console.AddTabWnd("Events", 1);
+        console.AddTabWnd("Twin", 1);
+        ASSERT_TRUE(console.Create(nullptr));
+        console.resize(800, 300);
+    }
+    void TearDown() override
+    {
+        GetKELapp()->SetConsole(nullptr);
+        DestroyKEL();
+    }
+    IListViewOutput& List(int index) { return *console.GetTabWnd(index)->GetListCtrl(); }
+
+    IConsole console;
+};
+
+TEST_F(ConsoleTest, TabsAreFoundByTheirIndexAndNumberedFromTheirIds)
+{
+    ASSERT_EQ(console.GetTabWindow()->count(), 3);
+    EXPECT_EQ(console.GetTabWindow()->tabText(1), "Events");
+    EXPECT_EQ(console.GetTabWnd(1)->GetTitle(), "Events") << "the first of two tabs of one index";
+    EXPECT_EQ(console.GetTabWnd(7), nullptr);
+    EXPECT_EQ(console.GetTabWnd(1)->property("controlId").toInt(), 33301);
+    EXPECT_EQ(List(1).property("controlId").toInt(), 33311);
+    EXPECT_EQ(console.GetTabWindow()->currentIndex(), 0);
+    EXPECT_EQ(List(0).headerItem()->text(0), "Time");
+    EXPECT_EQ(List(0).headerItem()->text(1), "Message");
+    EXPECT_EQ(List(0).columnWidth(0), 125);
+    EXPECT_EQ(List(0).columnWidth(1), 500);
+}
+
+TEST_F(ConsoleTest, LibraryMessagesReachTheFirstTabWithTheirSeverityIcon)
+{
+    GetKELapp()->InsertMessageConsole(KEL_SEVERITY_INFORMATION, "dropped: no console yet");
+    EXPECT_EQ(List(0).topLevelItemCount(), 0);
+    GetKELapp()->SetConsole(&console);
+    GetKELapp()->InsertMessageConsole(KEL_SEVERITY_PROBLEM, "Configuration could not be read");
+    ASSERT_EQ(List(0).topLevelItemCount(), 1);
+    EXPECT_EQ(List(0).topLevelItem(0)->text(1), "Configuration could not be read");
+    EXPECT_FALSE(List(0).topLevelItem(0)->icon(0).isNull());
+    EXPECT_EQ(List(1).topLevelItemCount(), 0);
+}
+
+TEST_F(ConsoleTest, AWideMessageWidensItsColumnUntilTheTabIsCleared)
+{
+    IOutputWnd& output = *console.GetTabWnd(0);
+    EXPECT_EQ(output.SetMessage(KEL_SEVERITY_DONE, std::string(300, 'W').c_str()), 1);
+    EXPECT_GT(List(0).columnWidth(1), 500);
+    const std::string huge(1 << 20, 'x');
+    EXPECT_EQ(output.SetMessage(KEL_SEVERITY_DONE, huge.c_str()), 1) << "a megabyte is shown, cut";
+    EXPECT_EQ(List(0).topLevelItem(1)->text(1).size(), IOutputWnd::kMaxShown);
+    console.GetTabWindow()->setCurrentIndex(0);
+    EXPECT_TRUE(console.OnCommand(IConsole::kClearCommand));
+    EXPECT_EQ(List(0).topLevelItemCount(), 0);
+    EXPECT_EQ(List(0).columnWidth(1), 500);
+}
+
+TEST_F(ConsoleTest, AFullListLosesItsOldestTwoThousandAtOnce)
+{
+    IOutputWnd& output = *console.GetTabWnd(0);
+    for (int i = 0; i < IOutputWnd::kMaxItems; ++i)
+        output.SetMessage(KEL_SEVERITY_DONE, ("message " + std::to_string(i)).c_str());
+    EXPECT_EQ(List(0).topLevelItemCount(), 10000) << "trimmed only when a message finds the list full";
+    output.SetMessage(KEL_SEVERITY_DONE, "one more");
+    EXPECT_EQ(List(0).topLevelItemCount(), 8001);
+    EXPECT_EQ(List(0).topLevelItem(0)->text(1), "message 2000");
+}
+
+TEST_F(ConsoleTest, TheMenuCopiesTheSelectedMessages)
+{
+    QMenu menu;
+    console.OnExtendContextMenu(menu);
+    ASSERT_EQ(menu.actions().size(), 3);
+    EXPECT_TRUE(menu.actions()[0]->isSeparator());
+    EXPECT_EQ(menu.actions()[1]->text(), "Copy");
+    EXPECT_EQ(menu.actions()[2]->text(), "Clear");
+
+    IOutputWnd& output = *console.GetTabWnd(0);
+    output.SetMessage(KEL_SEVERITY_DONE, "first");
+    output.SetMessage(KEL_SEVERITY_PROBLEM, "second");
+    List(0).topLevelItem(1)->setSelected(true);
+    EXPECT_TRUE(console.OnCommand(IConsole::kCopyCommand));
+    const QString copied = QApplication::clipboard()->text();
+    EXPECT_TRUE(copied.endsWith("\tsecond\n")) << copied.toStdString();
+    EXPECT_FALSE(console.OnCommand(1));
+}
+
+} // namespace
