@@ -89,6 +89,10 @@ constexpr Entry kStrings[] = {
     // Texts of this library's own beyond the numbers above.
     {4070, "\"%s\" is not a number of this field's kind"},
     {4071, "The field %s does not hold a valid value: %s"},
+    // Commands of host toolbars: the button's text, a line feed, the tip.
+    {4072, "&Refresh\nRead the attributes of the entity again"},
+    {4073, "&Apply\nSet the attributes that were changed since they were read"},
+    {4074, "&Events\nShow every event report that the network raised about the entity since the form was opened"},
 };
 
 // Popup menu 4004: six sub-menus used by position.
