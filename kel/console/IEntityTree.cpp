@@ -1,0 +1,160 @@
+#include "kel/console/IEntityTree.h"
+
+#include "zed/TException.h"
+#include "zed/call/TCall.h"
+#include "zed/dict/TDictionary.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QMenu>
+
+namespace {
+
+constexpr int kAboveRole = Qt::UserRole + 2;  // a class item's parent entity text
+
+const TDictClass* ClassOf(const TDictionary& dictionary, const TEntitySpec& entity)
+{
+    return dictionary.FindClass(entity.GetEntityClass());
+}
+
+} // namespace
+
+IEntityTree::IEntityTree(const TDictionary& dictionary, QWidget* parent) : QTreeWidget(parent), m_dictionary(dictionary)
+{
+    setHeaderHidden(true);
+    setUniformRowHeights(true);
+    setAccessibleName(QStringLiteral("Network"));
+    for (std::size_t i = 0; i < dictionary.GetRootClassCount(); ++i) {
+        const TDictClass& root = dictionary.GetRootClass(i);
+        addTopLevelItem(AddClass(nullptr, TEntitySpec(), root.GetCode(), root.GetName()));
+    }
+    connect(this, &QTreeWidget::itemExpanded, this, [this](QTreeWidgetItem* item) {
+        if (item->type() == ClassItem)
+            Fill(item);
+    });
+    connect(this, &QTreeWidget::itemActivated, this, [this](QTreeWidgetItem* item, int) { OpenAttributes(item); });
+}
+
+IEntityTree::~IEntityTree() = default;
+
+QTreeWidgetItem* IEntityTree::AddClass(QTreeWidgetItem* parent, const TEntitySpec& above, unsigned int code,
+                                       const std::string& name)
+{
+    auto* item = new QTreeWidgetItem(ClassItem);
+    item->setText(0, QString::fromStdString(name));
+    item->setData(0, kClassRole, code);
+    item->setData(0, kAboveRole, QString::fromStdString(above.ToString(&m_dictionary)));
+    // A placeholder child, so that the node can be opened before it is filled.
+    item->addChild(new QTreeWidgetItem(PendingItem));
+    if (parent)
+        parent->addChild(item);
+    return item;
+}
+
+void IEntityTree::Fill(QTreeWidgetItem* classItem)
+{
+    if (!classItem || classItem->type() != ClassItem)
+        return;
+    if (classItem->childCount() != 1 || classItem->child(0)->type() != PendingItem)
+        return;  // filled already
+    delete classItem->takeChild(0);
+    const std::string aboveText = classItem->data(0, kAboveRole).toString().toStdString();
+    TEntitySpec wildcard;
+    if (!aboveText.empty()) {
+        const std::optional<TEntitySpec> above = TEntitySpec::Parse(aboveText, &m_dictionary);
+        if (!above)
+            return;
+        wildcard = *above;
+    }
+    wildcard.AddClassWildcard(classItem->data(0, kClassRole).toUInt());
+    const TDictClass* cls = ClassOf(m_dictionary, wildcard);
+    const TDictDirective* show = cls ? cls->FindDirective(std::string("Show")) : nullptr;
+    if (!show)
+        return;
+    TSyncCall call(wildcard, show->GetID());
+    ++m_shows;
+    try {
+        call.Execute();
+    } catch (const TException&) {
+        return;
+    }
+    for (std::size_t i = 0; call.SelectReply(i); ++i) {
+        if (call.GetStatus() != ZED_STATUS_RESPONSE)
+            continue;
+        const TEntitySpec entity = call.GetOutEntity();
+        auto* instance = new QTreeWidgetItem(InstanceItem);
+        const std::size_t depth = entity.GetDepth();
+        instance->setText(0, QString::fromStdString(depth ? entity.GetComponent(depth - 1).name : std::string()));
+        instance->setData(0, kEntityRole, QString::fromStdString(entity.ToString(&m_dictionary)));
+        instance->setToolTip(0, instance->data(0, kEntityRole).toString());
+        classItem->addChild(instance);
+        for (std::size_t c = 0; c < cls->GetChildCount(); ++c)
+            AddClass(instance, entity, cls->GetChild(c).GetCode(), cls->GetChild(c).GetName());
+    }
+}
+
+bool IEntityTree::GetSelectedEntity(TEntitySpec& entity) const
+{
+    const QTreeWidgetItem* item = currentItem();
+    if (!item || item->type() != InstanceItem)
+        return false;
+    const std::optional<TEntitySpec> parsed =
+        TEntitySpec::Parse(item->data(0, kEntityRole).toString().toStdString(), &m_dictionary);
+    if (!parsed)
+        return false;
+    entity = *parsed;
+    return true;
+}
+
+QTreeWidgetItem* IEntityTree::FindEntity(const std::string& entity) const
+{
+    for (QTreeWidgetItemIterator it(const_cast<IEntityTree*>(this)); *it; ++it)
+        if ((*it)->type() == InstanceItem && (*it)->data(0, kEntityRole).toString().toStdString() == entity)
+            return *it;
+    return nullptr;
+}
+
+void IEntityTree::OpenAttributes(QTreeWidgetItem* item)
+{
+    TEntitySpec entity;
+    if (item && item == currentItem() && GetSelectedEntity(entity) && m_onAttributes)
+        m_onAttributes(entity);
+}
+
+void IEntityTree::contextMenuEvent(QContextMenuEvent* event)
+{
+    TEntitySpec entity;
+    if (!GetSelectedEntity(entity))
+        return;
+    const TDictClass* cls = ClassOf(m_dictionary, entity);
+    QMenu menu(this);
+    menu.addAction(QStringLiteral("&Attributes"), this, [this, entity] {
+        if (m_onAttributes)
+            m_onAttributes(entity);
+    });
+    menu.addSeparator();
+    if (cls)
+        for (const TDictDirective& directive : cls->GetDirectives()) {
+            if (directive.GetID() == ZED_COMMON_EXCEPTION_DIRECTIVE)
+                continue;
+            const std::string name = directive.GetName();
+            menu.addAction(QString::fromStdString(directive.GetPresentationName()), this, [this, entity, name] {
+                if (m_onDirective)
+                    m_onDirective(entity, name);
+            });
+        }
+    const QPoint at = event->reason() == QContextMenuEvent::Mouse ? event->globalPos()
+                                                                    : viewport()->mapToGlobal(visualItemRect(currentItem()).center());
+    menu.exec(at);
+}
+
+void IEntityTree::keyPressEvent(QKeyEvent* event)
+{
+    // Enter opens the attributes, as a double click does.
+    if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentItem()) {
+        OpenAttributes(currentItem());
+        return;
+    }
+    QTreeWidget::keyPressEvent(event);
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include "kel/KELExport.h"
+#include "zed/value/TEntitySpec.h"
+
+#include <QTreeWidget>
+
+#include <functional>
+#include <string>
+
+class TDictionary;
+
+// The network as a tree: classes and their instances, filled as the operator
+// opens nodes (the instances of a class are asked for with a wildcard Show
+// when its node opens, never before). An instance's menu offers its
+// attributes and each directive of its class; double-clicking an instance
+// opens its attributes.
+class KEL_EXPORT IEntityTree : public QTreeWidget {
+public:
+    // What an item stands for.
+    enum ItemKind { ClassItem = QTreeWidgetItem::UserType + 1, InstanceItem, PendingItem };
+    static constexpr int kEntityRole = Qt::UserRole;  // an instance's entity text
+    static constexpr int kClassRole = Qt::UserRole + 1;  // a class's code
+
+    explicit IEntityTree(const TDictionary& dictionary, QWidget* parent = nullptr);
+    ~IEntityTree() override;
+
+    // The host's answers to the operator's choices.
+    void OnDirective(std::function<void(const TEntitySpec&, const std::string&)> handler)
+    {
+        m_onDirective = std::move(handler);
+    }
+    void OnAttributes(std::function<void(const TEntitySpec&)> handler) { m_onAttributes = std::move(handler); }
+
+    // Asks for the instances under a class node now (what opening it does).
+    void Fill(QTreeWidgetItem* classItem);
+    // The entity of the selected instance, if one is selected.
+    bool GetSelectedEntity(TEntitySpec& entity) const;
+    // The item of an entity already in the tree, or null.
+    QTreeWidgetItem* FindEntity(const std::string& entity) const;
+    // How many Show calls the tree has made: none until a node opens.
+    int GetShowCount() const { return m_shows; }
+
+protected:
+    void contextMenuEvent(QContextMenuEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    QTreeWidgetItem* AddClass(QTreeWidgetItem* parent, const TEntitySpec& above, unsigned int code,
+                              const std::string& name);
+    void OpenAttributes(QTreeWidgetItem* item);
+
+    const TDictionary& m_dictionary;
+    std::function<void(const TEntitySpec&, const std::string&)> m_onDirective;
+    std::function<void(const TEntitySpec&)> m_onAttributes;
+    int m_shows = 0;
+};
