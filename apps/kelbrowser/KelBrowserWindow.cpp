@@ -3,7 +3,10 @@
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
 #include "kel/console/IConsole.h"
+#include "kel/console/IEntityTree.h"
 #include "kel/console/IOutputWnd.h"
+#include "kel/console/IWorkspaceManager.h"
+#include "kel/console/KELWorkspaceDocument.h"
 #include "kel/frame/KELResources.h"
 #include "kel/output/IListViewOutput.h"
 #include "kel/forms/IInputForm.h"
@@ -29,6 +32,10 @@
 #include <QPushButton>
 #include <QSplitter>
 #include <QTabWidget>
+#include <QApplication>
+#include <QMenuBar>
+#include <QShortcut>
+#include <fstream>
 #include <QToolBar>
 
 #include <functional>
@@ -37,6 +44,31 @@
 namespace {
 
 const char* const kSeverity[] = {"done", "problem", "information"};
+
+// The form in the middle as a workspace document: its file holds its kind's
+// key (entity, then directive for an input form), so that reopening the
+// workspace opens the same form.
+class MiddleDocument : public KELWorkspaceDocument {
+public:
+    MiddleDocument(std::string kind, std::string entity, std::string directive)
+        : m_kind(std::move(kind)), m_entity(std::move(entity)), m_directive(std::move(directive))
+    {
+    }
+    std::string GetKind() const override { return m_kind; }
+    std::string GetTitle() const override { return m_title.empty() ? m_entity + " " + m_directive : m_title; }
+    void SetTitle(const std::string& title) override { m_title = title; }
+    std::string GetPathName() const override { return m_path; }
+    void SetPathName(const std::string& path) override { m_path = path; }
+    bool SaveTo(const std::string& path) override
+    {
+        std::ofstream out(path);
+        out << m_entity << "\n" << m_directive << "\n";
+        return static_cast<bool>(out);
+    }
+
+private:
+    std::string m_kind, m_entity, m_directive, m_title, m_path;
+};
 
 } // namespace
 
@@ -91,11 +123,38 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_split->setSizes({420, 220});
     setCentralWidget(m_split);
 
+    m_tree = new IEntityTree(dictionary);
+    m_tree->OnAttributes([this](const TEntitySpec& entity) { OpenAttributes(entity.ToString(&m_dictionary)); });
+    m_tree->OnDirective([this](const TEntitySpec& entity, const std::string& directive) {
+        OpenForm(entity.ToString(&m_dictionary), directive);
+    });
+    auto* treeDock = new QDockWidget(QStringLiteral("Network"), this);
+    treeDock->setObjectName(QStringLiteral("Network"));
+    treeDock->setWidget(m_tree);
+    addDockWidget(Qt::LeftDockWidgetArea, treeDock);
+    resizeDocks({treeDock}, {200}, Qt::Horizontal);
+
     m_console = new IConsole(this);
     m_console->AddTabWnd(KELResources::String(4023), 0);
     m_console->Create(this);
     addDockWidget(Qt::BottomDockWidgetArea, m_console);
     resizeDocks({m_console}, {130}, Qt::Vertical);
+
+    m_workspace = std::make_unique<IWorkspaceManager>(this);
+    m_workspace->SetDocumentHandler(
+        {[this] {
+             return m_document ? std::vector<KELWorkspaceDocument*>{m_document.get()} : std::vector<KELWorkspaceDocument*>{};
+         },
+         [this](const KELWorkspaceStore::DocumentEntry& entry) { return OpenDocument(entry.kind, entry.path); },
+         [this] {
+             ReplaceMiddle(new QWidget);
+             m_document.reset();
+         }});
+    if (GetKELapp())
+        GetKELapp()->SetWorkspaceManager(m_workspace.get());
+    BuildMenus();
+    auto* help = new QShortcut(QKeySequence::HelpContents, this);
+    connect(help, &QShortcut::activated, this, [this] { ShowHelp(); });
 
     for (const std::string& entity : ListEntities(dictionary))
         m_entities->addItem(QString::fromStdString(entity));
@@ -196,6 +255,7 @@ bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string
     form->setAccessibleName(QString::fromStdString(directive->GetPresentationName()));
     ReplaceMiddle(form);
     m_form = form;
+    m_document = std::make_unique<MiddleDocument>("input-form", entity->ToString(&m_dictionary), directive->GetName());
     form->CreatePresentation(directive->GetName(), *entity, directive->GetID());
     std::string section;
     form->GetSettingSectionName(section, 1);
@@ -246,6 +306,54 @@ void KelBrowserWindow::ReplaceMiddle(QWidget* widget)
     delete old;
     m_refresh->setEnabled(m_attributes != nullptr && m_attributes == widget);
     m_apply->setEnabled(m_refresh->isEnabled());
+}
+
+void KelBrowserWindow::BuildMenus()
+{
+    QMenu* workspace = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(4022)));
+    workspace->addAction(QStringLiteral("&Open..."), QKeySequence::Open, this, [this] {
+        std::string name;
+        if (m_workspace->PromptWorkspaceNameFile(name, false) == 1)
+            m_workspace->OpenWorkspace(name);
+    });
+    workspace->addAction(QStringLiteral("&Save"), QKeySequence::Save, this, [this] { m_workspace->OnWorkspaceSave(); });
+    workspace->addAction(QStringLiteral("Save &As..."), QKeySequence::SaveAs, this,
+                         [this] { m_workspace->OnWorkspaceSaveAs(); });
+    workspace->addAction(QStringLiteral("&Close"), this, [this] { m_workspace->OnWorkspaceClose(); });
+    QMenu* recent = m_workspace->GetRecentMenu();
+    recent->setTitle(QStringLiteral("&Recent"));
+    workspace->addMenu(recent);
+    workspace->addSeparator();
+    workspace->addAction(QStringLiteral("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+    QMenu* helpMenu = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(4012)));
+    helpMenu->addAction(QStringLiteral("&Help on the focused field"), QKeySequence::HelpContents, this,
+                        [this] { ShowHelp(); });
+}
+
+void KelBrowserWindow::ShowHelp()
+{
+    const QWidget* focused = QApplication::focusWidget();
+    if (!focused || !GetKELapp())
+        return;
+    const QString name = focused->accessibleName();
+    const QString help = focused->accessibleDescription();
+    const QString type = focused->toolTip();
+    QString text = name.isEmpty() ? QStringLiteral("No help for this element.") : name;
+    if (!type.isEmpty())
+        text += QStringLiteral(" (") + type + QLatin1Char(')');
+    text += QStringLiteral("\n\n") + (help.isEmpty() ? QStringLiteral("No help text is configured for it.") : help);
+    GetKELapp()->DisplayHelp(text.toStdString());
+}
+
+bool KelBrowserWindow::OpenDocument(const std::string& kind, const std::string& path)
+{
+    std::ifstream in(path);
+    std::string entity, directive;
+    if (!std::getline(in, entity) || !std::getline(in, directive))
+        return false;
+    if (kind == "attributes")
+        return OpenAttributes(entity);
+    return kind == "input-form" && OpenForm(entity, directive);
 }
 
 void KelBrowserWindow::ShowOutputs(TSyncCall& call, unsigned int directive)
@@ -354,6 +462,7 @@ bool KelBrowserWindow::OpenAttributes(const std::string& entityText)
     form->setAccessibleName(QStringLiteral("Attributes"));
     m_attributes = form;
     ReplaceMiddle(form);
+    m_document = std::make_unique<MiddleDocument>("attributes", entity->ToString(&m_dictionary), "Attributes");
     form->CreatePresentation("Attributes", *entity, 0);
     return Refresh();
 }

@@ -14,6 +14,9 @@
 #include <vector>
 
 class IConsole;
+class IEntityTree;
+class IWorkspaceManager;
+class KELWorkspaceDocument;
 class KELConfigContext;
 class QComboBox;
 class QPlainTextEdit;
@@ -63,6 +66,10 @@ public:
     // Shows the output tab of that title.
     void ShowOutput(const QString& title);
 
+    IEntityTree* GetTree() const { return m_tree; }
+    IWorkspaceManager* GetWorkspaceManager() const { return m_workspace.get(); }
+    // F1: the help of the element that has the focus, in the help dialog.
+    void ShowHelp();
     // The console docked at the bottom; the host hands it to the application object.
     IConsole* GetConsole() const { return m_console; }
     void SetMessage(KEL_T_Severity severity, const std::string& text);
@@ -77,6 +84,8 @@ private:
     void ShowOutputs(TSyncCall& call, unsigned int directive);
     void TakeEvents();
     void ReplaceMiddle(QWidget* widget);
+    void BuildMenus();
+    bool OpenDocument(const std::string& kind, const std::string& path);
     bool ReadAttributes(bool showOutputs);
 
     const TDictionary& m_dictionary;
@@ -94,5 +103,9 @@ private:
     QPushButton* m_apply;
     QPlainTextEdit* m_reply;
     IConsole* m_console;
+    IEntityTree* m_tree;
+    std::unique_ptr<IWorkspaceManager> m_workspace;
+    // The form in the middle, as the workspace keeps it.
+    std::unique_ptr<KELWorkspaceDocument> m_document;
     std::string m_requestText;
 };

@@ -10,6 +10,12 @@
 #include "kel/controls/ILabel.h"
 #include "kel/forms/IInputForm.h"
 #include "kel/forms/IInputOutputForm.h"
+#include "kel/console/IConsole.h"
+#include "kel/console/IOutputWnd.h"
+#include "kel/console/IWorkspaceManager.h"
+#include "kel/frame/IApplication.h"
+#include "kel/frame/IHelpDialog.h"
+#include "kel/output/IListViewOutput.h"
 #include "kel/frame/KELPrompt.h"
 #include "kel/model/IPresentationContainer.h"
 
@@ -21,6 +27,7 @@
 #include <QApplication>
 #include <QToolButton>
 #include <QDir>
+#include <QFile>
 #include <QPixmap>
 #include <QScrollBar>
 
@@ -200,6 +207,85 @@ int TourAttributes(KelBrowserWindow& window, const std::string& folder, std::ost
     return faults;
 }
 
+// The last lines of a text.
+std::string LastLines(const std::string& text, int count)
+{
+    std::size_t from = text.size();
+    for (int lines = 0; from > 0 && lines <= count; ++lines) {
+        const std::size_t feed = text.rfind('\n', from - 1);
+        if (feed == std::string::npos)
+            return text;
+        if (lines == count)
+            return text.substr(feed + 1);
+        from = feed;
+    }
+    return text.substr(from);
+}
+
+// The first field of a form.
+IField* FirstField(IPresentationForm& form)
+{
+    IField* first = nullptr;
+    if (auto* container = dynamic_cast<IPresentationBase*>(&form); container && container->GetContainer())
+        container->GetContainer()->ForEachElement([&](IPresentationElement& element) {
+            if (auto* line = dynamic_cast<IFormLine*>(&element); line && !first && line->GetField())
+                first = line->GetField();
+        });
+    return first;
+}
+
+// The console filled past its limit and trimmed; the workspace saved, closed
+// and opened again; the help of a field.
+int TourConsoleAndWorkspace(KelBrowserWindow& window, const std::string& folder, std::ostream& out)
+{
+    int faults = 0;
+    out << "== Console and workspace\n";
+    IOutputWnd* output = window.GetConsole()->GetTabWnd(0);
+    for (int i = 0; output && i < IOutputWnd::kMaxItems; ++i)
+        output->SetMessage(i % 7 == 0 ? KEL_SEVERITY_PROBLEM : KEL_SEVERITY_INFORMATION,
+                           ("Poll " + std::to_string(i) + " of the interfaces' counters done").c_str());
+    const int kept = output ? output->GetListCtrl()->topLevelItemCount() : 0;
+    out << "  console: " << IOutputWnd::kMaxItems << " messages more, " << kept << " kept\n";
+    if (kept != 8000 + (kept % 2000))
+        ++faults;
+    faults += Save(window, folder, "09-console-full.png", out) ? 0 : 1;
+
+    IWorkspaceManager& workspace = *window.GetWorkspaceManager();
+    const std::string file = QDir(QString::fromStdString(folder)).absoluteFilePath(QStringLiteral("tour.kws")).toStdString();
+    QFile::remove(QString::fromStdString(file));
+    // Sizes, not positions: a headless screen moves a window by its frame margins.
+    const QSize placed = window.size();
+    const int consoleHeight = window.GetConsole()->height();
+    const bool written = workspace.SaveWorkspace(file);
+    out << "  workspace saved: " << (written ? "tour.kws" : "could not be written") << "\n";
+    workspace.OnWorkspaceClose();
+    const bool closed = window.GetAttributes() == nullptr;
+    window.resize(640, 480);
+    const bool reopened = workspace.OpenWorkspace(file);
+    QApplication::processEvents();
+    const bool same = window.GetAttributes() != nullptr && window.size() == placed
+                      && window.GetConsole()->height() == consoleHeight;
+    out << "  closed: " << (closed ? "yes" : "no") << ", reopened: " << (reopened ? "yes" : "no")
+        << ", same windows in the same places: " << (same ? "yes" : "no") << "\n";
+    if (!written || !closed || !reopened || !same)
+        ++faults;
+    faults += Save(window, folder, "10-workspace-reopened.png", out) ? 0 : 1;
+
+    // F1 on a field of the form shows its help.
+    if (IField* field = window.GetAttributes() ? FirstField(*window.GetAttributes()) : nullptr) {
+        field->GetWindow()->setFocus();
+        window.ShowHelp();
+        QApplication::processEvents();
+        if (QWidget* help = GetKELapp()->GetHelpDialog()) {
+            help->resize(420, 220);
+            faults += Save(*help, folder, "11-help.png", out) ? 0 : 1;
+            help->hide();
+        }
+    }
+    out << "\n";
+    return faults;
+}
+
 } // namespace
 
 int RunTour(KelBrowserWindow& window, const std::string& folder)
@@ -282,7 +368,9 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
         transcript << "\n";
     }
     faults += TourAttributes(window, folder, transcript);
-    transcript << "== messages\n" << window.GetMessages() << "\n";
+    faults += TourConsoleAndWorkspace(window, folder, transcript);
+    // The console holds thousands of messages by now: the last ones tell the story.
+    transcript << "== messages (the last ones)\n" << LastLines(window.GetMessages(), 12) << "\n";
     transcript << (faults ? std::to_string(faults) + " step(s) went wrong\n" : "every step went as expected\n");
     KELPrompt::Install(std::move(previous));
     std::cout << "kelbrowser: tour of " << std::size(steps) << " forms in " << folder << "/ ("

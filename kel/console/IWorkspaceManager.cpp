@@ -106,7 +106,7 @@ bool IWorkspaceManager::OpenWorkspace(const std::string& name, bool)
 
 void IWorkspaceManager::OnWorkspace(const std::string& name) { OpenWorkspace(name); }
 
-bool IWorkspaceManager::Save(const std::string& name)
+bool IWorkspaceManager::SaveWorkspace(const std::string& name)
 {
     if (IApplication* app = GetKELapp())
         app->InsertMessageConsole(KEL_SEVERITY_INFORMATION, KELResources::Format(4067, {name}));
@@ -124,7 +124,7 @@ bool IWorkspaceManager::OnWorkspaceSave()
 {
     if (GetWorkspaceName().empty())
         return OnWorkspaceSaveAs();
-    return Save(GetWorkspaceName());
+    return SaveWorkspace(GetWorkspaceName());
 }
 
 bool IWorkspaceManager::OnWorkspaceSaveAs()
@@ -132,7 +132,7 @@ bool IWorkspaceManager::OnWorkspaceSaveAs()
     std::string name;
     if (PromptWorkspaceNameFile(name, true) != 1)
         return false;
-    return Save(name);
+    return SaveWorkspace(name);
 }
 
 void IWorkspaceManager::OnWorkspaceClose()

@@ -35,6 +35,8 @@ public:
     // Saves under the open workspace's name; asks for one when none is open.
     bool OnWorkspaceSave();
     bool OnWorkspaceSaveAs();
+    // Saves under that name (what Save As does once a name is chosen).
+    bool SaveWorkspace(const std::string& name);
     void OnWorkspaceClose();
     void CloseWorkspace() { OnWorkspaceClose(); }
     void OnWorkspaceNew() {}
@@ -57,8 +59,6 @@ protected:
     int OnSaveDoc(QMainWindow* frame, KELWorkspaceDocument& document) override;
 
 private:
-    bool Save(const std::string& name);
-
     IWorkspaceCallbackList m_save;
     IWorkspaceOpenCallbackList m_preOpen;
     IWorkspaceCallbackList m_postOpen;

@@ -22,7 +22,8 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
     EXPECT_THAT(run.out, HasSubstr("all as expected"));
     for (const char* picture : {"01-test.png", "02-echo-every-kind.png", "02-echo-every-kind-end.png", "03-echo-required-missing.png",
                                 "04-show-router.png", "05-show-every-router.png", "06-test-exception.png",
-                                "07-attributes.png", "08-attributes-applied-events.png"}) {
+                                "07-attributes.png", "08-attributes-applied-events.png", "09-console-full.png",
+                                "10-workspace-reopened.png", "11-help.png"}) {
         struct stat info {};
         EXPECT_EQ(::stat((out.Path() + "tour/" + picture).c_str(), &info), 0) << picture;
         EXPECT_GT(info.st_size, 5000) << picture;
@@ -35,6 +36,7 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
     EXPECT_THAT(transcript, HasSubstr("exception CountTooLarge (2): The packet count is too large"));
     EXPECT_THAT(transcript, HasSubstr("Priority 10 -> 7, applied: yes, read again: 7"));
     EXPECT_THAT(transcript, HasSubstr("event lists: 1"));
+    EXPECT_THAT(transcript, HasSubstr("closed: yes, reopened: yes, same windows in the same places: yes"));
     EXPECT_THAT(transcript, HasSubstr("every step went as expected"));
 }
 
