@@ -116,7 +116,14 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_events = new QTabWidget;
     m_events->setDocumentMode(true);
     m_outputs->addTab(m_events, QStringLiteral("Events"));
-    m_split->addWidget(new QWidget);  // the form's place
+    m_documents = new QTabWidget;
+    m_documents->setDocumentMode(true);
+    m_documents->setTabsClosable(true);
+    m_documents->setMovable(true);
+    m_documents->setAccessibleName(QStringLiteral("Documents"));
+    connect(m_documents, &QTabWidget::currentChanged, this, [this] { DocumentChosen(); });
+    connect(m_documents, &QTabWidget::tabCloseRequested, this, [this](int index) { CloseDocument(index); });
+    m_split->addWidget(m_documents);
     m_split->addWidget(m_outputs);
     m_split->setStretchFactor(0, 3);
     m_split->setStretchFactor(1, 2);
@@ -126,7 +133,7 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_tree = new IEntityTree(dictionary);
     m_tree->OnAttributes([this](const TEntitySpec& entity) { OpenAttributes(entity.ToString(&m_dictionary)); });
     m_tree->OnDirective([this](const TEntitySpec& entity, const std::string& directive) {
-        OpenForm(entity.ToString(&m_dictionary), directive);
+        OpenForm(entity.ToString(&m_dictionary), directive, true);
     });
     auto* treeDock = new QDockWidget(QStringLiteral("Network"), this);
     treeDock->setObjectName(QStringLiteral("Network"));
@@ -143,13 +150,15 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_workspace = std::make_unique<IWorkspaceManager>(this);
     m_workspace->SetDocumentHandler(
         {[this] {
-             return m_document ? std::vector<KELWorkspaceDocument*>{m_document.get()} : std::vector<KELWorkspaceDocument*>{};
+             // In the order of the tabs, so that they open again in that order.
+             std::vector<KELWorkspaceDocument*> open;
+             for (int i = 0; i < m_documents->count(); ++i)
+                 if (const auto page = m_pages.find(m_documents->widget(i)); page != m_pages.end())
+                     open.push_back(page->second.get());
+             return open;
          },
          [this](const KELWorkspaceStore::DocumentEntry& entry) { return OpenDocument(entry.kind, entry.path); },
-         [this] {
-             ReplaceMiddle(new QWidget);
-             m_document.reset();
-         }});
+         [this] { CloseAllDocuments(); }});
     if (GetKELapp())
         GetKELapp()->SetWorkspaceManager(m_workspace.get());
     BuildMenus();
@@ -235,7 +244,7 @@ void KelBrowserWindow::DirectiveChosen()
     OpenForm(m_entities->currentText().toStdString(), m_directives->currentText().toStdString());
 }
 
-bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string& directiveName)
+bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string& directiveName, bool newTab)
 {
     if (m_entities->currentText().toStdString() != entityText) {
         const QSignalBlocker quiet(m_entities);
@@ -253,9 +262,10 @@ bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string
         return false;
     auto* form = new IInputForm(m_context);
     form->setAccessibleName(QString::fromStdString(directive->GetPresentationName()));
-    ReplaceMiddle(form);
-    m_form = form;
-    m_document = std::make_unique<MiddleDocument>("input-form", entity->ToString(&m_dictionary), directive->GetName());
+    const int current = m_documents->currentIndex();
+    const bool replace = !newTab && current >= 0 && dynamic_cast<IInputForm*>(m_documents->widget(current));
+    PlaceDocument(form, std::make_unique<MiddleDocument>("input-form", entity->ToString(&m_dictionary), directive->GetName()),
+                  replace ? current : -1);
     form->CreatePresentation(directive->GetName(), *entity, directive->GetID());
     std::string section;
     form->GetSettingSectionName(section, 1);
@@ -298,14 +308,68 @@ bool KelBrowserWindow::Send()
     return true;
 }
 
-void KelBrowserWindow::ReplaceMiddle(QWidget* widget)
+void KelBrowserWindow::PlaceDocument(QWidget* page, std::unique_ptr<KELWorkspaceDocument> document, int index)
 {
-    // The old form goes now: its lines' controls must not outlive it.
-    QWidget* old = m_split->widget(0);
-    m_split->replaceWidget(0, widget);
-    delete old;
-    m_refresh->setEnabled(m_attributes != nullptr && m_attributes == widget);
-    m_apply->setEnabled(m_refresh->isEnabled());
+    const QString title = QString::fromStdString(document->GetTitle());
+    m_pages[page] = std::move(document);
+    if (index >= 0 && index < m_documents->count()) {
+        // The old form goes now: its lines' controls must not outlive it.
+        QWidget* old = m_documents->widget(index);
+        m_documents->insertTab(index, page, title);
+        m_pages.erase(old);
+        m_documents->removeTab(index + 1);
+        delete old;
+    } else {
+        index = m_documents->addTab(page, title);
+    }
+    m_documents->setTabToolTip(index, title);
+    m_documents->setCurrentIndex(index);
+    DocumentChosen();
+}
+
+void KelBrowserWindow::CloseDocument(int index)
+{
+    QWidget* page = m_documents->widget(index);
+    if (!page)
+        return;
+    m_documents->removeTab(index);
+    m_pages.erase(page);
+    delete page;
+    DocumentChosen();
+}
+
+void KelBrowserWindow::CloseAllDocuments()
+{
+    while (m_documents->count() > 0)
+        CloseDocument(m_documents->count() - 1);
+}
+
+int KelBrowserWindow::FindDocument(const std::string& title) const
+{
+    for (int i = 0; i < m_documents->count(); ++i)
+        if (const auto page = m_pages.find(m_documents->widget(i)); page != m_pages.end() && page->second->GetTitle() == title)
+            return i;
+    return -1;
+}
+
+void KelBrowserWindow::DocumentChosen()
+{
+    QWidget* current = m_documents->currentWidget();
+    m_form = dynamic_cast<IInputForm*>(current);
+    m_attributes = dynamic_cast<IInputOutputForm*>(current);
+    m_refresh->setEnabled(m_attributes != nullptr);
+    m_apply->setEnabled(m_attributes != nullptr);
+    // The picks above follow the document shown.
+    const IPresentationBase* shown = m_form ? static_cast<const IPresentationBase*>(m_form.data())
+                                            : static_cast<const IPresentationBase*>(m_attributes.data());
+    if (!shown)
+        return;
+    const QSignalBlocker quietEntities(m_entities);
+    const QSignalBlocker quietDirectives(m_directives);
+    m_entities->setCurrentText(QString::fromStdString(shown->GetEntity().ToString(&m_dictionary)));
+    FillDirectives();
+    if (m_form)
+        m_directives->setCurrentText(QString::fromStdString(m_form->GetName()));
 }
 
 void KelBrowserWindow::BuildMenus()
@@ -353,7 +417,7 @@ bool KelBrowserWindow::OpenDocument(const std::string& kind, const std::string& 
         return false;
     if (kind == "attributes")
         return OpenAttributes(entity);
-    return kind == "input-form" && OpenForm(entity, directive);
+    return kind == "input-form" && OpenForm(entity, directive, true);
 }
 
 void KelBrowserWindow::ShowOutputs(TSyncCall& call, unsigned int directive)
@@ -460,9 +524,9 @@ bool KelBrowserWindow::OpenAttributes(const std::string& entityText)
     }
     auto* form = new IInputOutputForm(m_context);
     form->setAccessibleName(QStringLiteral("Attributes"));
-    m_attributes = form;
-    ReplaceMiddle(form);
-    m_document = std::make_unique<MiddleDocument>("attributes", entity->ToString(&m_dictionary), "Attributes");
+    auto document = std::make_unique<MiddleDocument>("attributes", entity->ToString(&m_dictionary), "Attributes");
+    const int earlier = FindDocument(document->GetTitle());
+    PlaceDocument(form, std::move(document), earlier);
     form->CreatePresentation("Attributes", *entity, 0);
     return Refresh();
 }

@@ -9,6 +9,7 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include <map>
 #include <memory>
 #include <string>
 #include <vector>
@@ -27,9 +28,10 @@ class TDictionary;
 class TEntitySpec;
 class TSyncCall;
 
-// The browser's main window: an entity and a directive of the network are
-// picked above, the directive's generated input form (or the entity's
-// attributes, to refresh and apply) fills the middle, and below it the
+// The browser's main window: the network's tree on the left; an entity and a
+// directive picked above or in the tree; the generated input forms and the
+// entities' attributes (to refresh and apply) as tabbed documents in the
+// centre, and below them the
 // outputs: the reply as a form, the replies of a wildcard call as a list, the
 // reply as text, and the event reports the network raised. The library's
 // messages go to the console docked at the bottom.
@@ -43,7 +45,8 @@ public:
 
     // Opens the input form of the directive on the entity, with its defaults
     // and then what was last sent from such a form.
-    bool OpenForm(const std::string& entity, const std::string& directive);
+    // In the current tab when it holds an input form, else (or when newTab) in a new one.
+    bool OpenForm(const std::string& entity, const std::string& directive, bool newTab = false);
     IInputForm* GetForm() const { return m_form; }
     // Fills the request from the form and carries the call out; false when the
     // form refused (a required argument missing) or the call could not be made.
@@ -51,8 +54,8 @@ public:
     std::string GetReplyText() const;
     std::string GetRequestText() const { return m_requestText; }
 
-    // The entity's attributes (every partition) as an input-output form in
-    // the middle, read at once.
+    // The entity's attributes (every partition) as an input-output form in a
+    // tab of their own (the entity's earlier one replaced), read at once.
     bool OpenAttributes(const std::string& entity);
     IInputOutputForm* GetAttributes() const { return m_attributes; }
     // Reads the attributes again (Show); sets the changed ones (Set), then reads again.
@@ -83,7 +86,12 @@ private:
     void ShowReply(const std::string& text);
     void ShowOutputs(TSyncCall& call, unsigned int directive);
     void TakeEvents();
-    void ReplaceMiddle(QWidget* widget);
+    // Puts a document's page in the centre: in place of the page at index, or in a new tab.
+    void PlaceDocument(QWidget* page, std::unique_ptr<KELWorkspaceDocument> document, int index);
+    void CloseDocument(int index);
+    void CloseAllDocuments();
+    void DocumentChosen();
+    int FindDocument(const std::string& title) const;
     void BuildMenus();
     bool OpenDocument(const std::string& kind, const std::string& path);
     bool ReadAttributes(bool showOutputs);
@@ -93,6 +101,7 @@ private:
     QComboBox* m_entities;
     QComboBox* m_directives;
     QSplitter* m_split;
+    QTabWidget* m_documents;  // the forms, one tab each
     QPointer<IInputForm> m_form;
     QPointer<IInputOutputForm> m_attributes;
     QTabWidget* m_outputs;
@@ -105,7 +114,7 @@ private:
     IConsole* m_console;
     IEntityTree* m_tree;
     std::unique_ptr<IWorkspaceManager> m_workspace;
-    // The form in the middle, as the workspace keeps it.
-    std::unique_ptr<KELWorkspaceDocument> m_document;
+    // The centre's documents by their page, as the workspace keeps them.
+    std::map<QWidget*, std::unique_ptr<KELWorkspaceDocument>> m_pages;
     std::string m_requestText;
 };

@@ -11,6 +11,7 @@
 #include "kel/forms/IInputForm.h"
 #include "kel/forms/IInputOutputForm.h"
 #include "kel/console/IConsole.h"
+#include "kel/console/IEntityTree.h"
 #include "kel/console/IOutputWnd.h"
 #include "kel/console/IWorkspaceManager.h"
 #include "kel/frame/IApplication.h"
@@ -172,6 +173,23 @@ int TourAttributes(KelBrowserWindow& window, const std::string& folder, std::ost
     int faults = 0;
     const char* const entity = "Network core Router r1";
     out << "== Attributes of " << entity << "\n";
+    // Found in the tree as an operator would: its classes opened down to it.
+    IEntityTree& tree = *window.GetTree();
+    for (QTreeWidgetItem* item = tree.topLevelItem(0); item && !tree.FindEntity(entity);) {
+        item->setExpanded(true);
+        QTreeWidgetItem* next = nullptr;
+        for (int i = 0; i < item->childCount() && !next; ++i)
+            if (const std::string text = item->child(i)->data(0, IEntityTree::kEntityRole).toString().toStdString();
+                item->child(i)->type() == IEntityTree::ClassItem || std::string(entity).rfind(text, 0) == 0)
+                next = item->child(i);
+        item = next;
+    }
+    if (QTreeWidgetItem* found = tree.FindEntity(entity)) {
+        found->setExpanded(true);
+        tree.setCurrentItem(found);
+    }
+    out << "  tree: " << (tree.FindEntity(entity) ? "found" : "not found") << " after " << tree.GetShowCount()
+        << " Show calls\n";
     if (!window.OpenAttributes(entity) || !window.GetAttributes()) {
         out << "  the attributes could not be read\n";
         return 1;
