@@ -388,6 +388,8 @@ void KelBrowserWindow::BuildMenus()
     recent->setTitle(QStringLiteral("&Recent"));
     workspace->addMenu(recent);
     workspace->addSeparator();
+    workspace->addAction(QStringLiteral("Close &Document"), QKeySequence::Close, this,
+                         [this] { CloseDocument(m_documents->currentIndex()); });
     workspace->addAction(QStringLiteral("&Quit"), QKeySequence::Quit, this, [this] { close(); });
     QMenu* helpMenu = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(4012)));
     helpMenu->addAction(QStringLiteral("&Help on the focused field"), QKeySequence::HelpContents, this,
