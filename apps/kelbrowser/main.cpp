@@ -13,6 +13,7 @@
 // command line, 3 the network or KEL could not be loaded.
 
 #include "KelBrowserWindow.h"
+#include "ShippedNetwork.h"
 #include "kel/console/IConsole.h"
 #include "Tour.h"
 #include "kel/config/KELConfigContext.h"
@@ -36,7 +37,7 @@ std::string Option(const std::string& given, const char* variable, const char* f
         return given;
     if (const char* value = std::getenv(variable); value && *value)
         return value;
-    return std::string(KELBROWSER_DATA_DIR) + "/" + file;
+    return ShippedNetworkFile(file);
 }
 
 bool HasDisplay()

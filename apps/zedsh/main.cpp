@@ -15,6 +15,7 @@
 // Exit status: 0 done (responses), 1 an exception reply came back, 2 bad
 // command line or argument, 3 a file could not be loaded.
 
+#include "ShippedNetwork.h"
 #include "zed/TApplication.h"
 #include "zed/TException.h"
 #include "zed/call/TCall.h"
@@ -59,7 +60,7 @@ std::string Path(const std::string& option, const char* variable, const char* sh
         return option;
     if (const char* value = std::getenv(variable); value && *value)
         return value;
-    return std::string(ZED_DATA_DIR) + "/" + shipped;
+    return ShippedNetworkFile(shipped);
 }
 
 const char* AccessText(ZED_T_DICT_ACCESS access)

@@ -1,5 +1,6 @@
 #include "kel/controls/IFieldPopupMenu.h"
 
+#include "resources/KELResApi.h"
 #include "kel/controls/IControlBase.h"
 #include "kel/fields/IContainer.h"
 #include "kel/fields/IField.h"

@@ -72,7 +72,8 @@ bool IFieldEditNum::ValueChanged() const { return TextChangedSincePutIn(); }
 bool IFieldEditNum::CheckText(std::string* reason)
 {
     const std::string text = CurrentText();
-    if (text.empty())
+    // Empty, or the server default's text: the request then carries a default value.
+    if (text.empty() || (DefaultAllowed() == ZED_DEFAULT_SERVER && text == GetDefault()))
         return true;
     std::string normalised = text;
     if (Valid(normalised))

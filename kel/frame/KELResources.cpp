@@ -1,5 +1,6 @@
 #include "kel/frame/KELResources.h"
 
+#include "resources/KELResApi.h"
 #include "kel/frame/KELModule.h"
 
 #include <cstdio>

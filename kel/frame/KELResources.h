@@ -1,7 +1,8 @@
 #pragma once
 
 #include "kel/KELExport.h"
-#include "resources/KELResApi.h"
+// The resource module's menu type (resources/KELResApi.h), used by pointer.
+struct KELResSubMenu;
 
 #include <initializer_list>
 #include <string>

@@ -207,6 +207,18 @@ TEST_F(InputFormTest, CompositesGiveBackWhatWasTypedAndTheCallCarriesIt)
     EXPECT_EQ(call.GetRequest()[7].ToString(), "{ Locked }");
 }
 
+TEST_F(InputFormTest, DefaultsGoOutAsDefaultsWithoutAPrompt)
+{
+    auto form = Open(kTest);
+    form->FillWithDefaults();
+    TSyncCall call(TEntitySpec(kInterface), kTest);
+    ASSERT_TRUE(form->FillRequest(call.GetRequest()));
+    EXPECT_TRUE(prompts->empty()) << "the server default's text is no invalid number";
+    EXPECT_EQ(call.GetRequest()[1].ToString(), "4");
+    EXPECT_TRUE(call.GetRequest()[2].IsDefault()) << "Size: the server's default";
+    EXPECT_EQ(call.Execute(), ZED_STATUS_RESPONSE);
+}
+
 TEST_F(InputFormTest, ARequiredArgumentLeftEmptyStopsTheRequestWithTheMessage)
 {
     auto form = Open(kEcho);

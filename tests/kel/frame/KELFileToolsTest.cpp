@@ -1,3 +1,4 @@
+#include "resources/KELResApi.h"
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELFileTools.h"
 #include "kel/frame/KELResources.h"

@@ -1,0 +1,35 @@
+# Installation: libraries, public headers, modules, tools, the shipped
+# network, the docs, a CMake package (KEL::kel, KEL::zed) and pkg-config files.
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+# Headers that only the libraries' own sources include: never installed, and
+# no installed header may include one (the install check compiles each
+# installed header on its own).
+set(KEL_PRIVATE_HEADERS
+  zed/dict/ZedJsonReader.h
+  zed/value/ZedValueJson.h
+  kel/config/KELFileWriter.h
+  kel/config/KELTextReader.h
+  kel/config/KELTextTrim.h
+  kel/frame/KELModule.h
+  kel/forms/KELIdlePass.h
+)
+
+# Installs the public headers under a source folder (kel or zed), keeping
+# their paths: include/kel/fields/IField.h.
+function(kel_install_headers folder)
+  file(GLOB_RECURSE headers RELATIVE ${PROJECT_SOURCE_DIR} CONFIGURE_DEPENDS ${PROJECT_SOURCE_DIR}/${folder}/*.h)
+  foreach(header IN LISTS headers)
+    if(NOT header IN_LIST KEL_PRIVATE_HEADERS)
+      get_filename_component(dir ${header} DIRECTORY)
+      install(FILES ${PROJECT_SOURCE_DIR}/${header} DESTINATION ${CMAKE_INSTALL_INCLUDEDIR}/${dir} COMPONENT devel)
+    endif()
+  endforeach()
+endfunction()
+
+# Installed programs find the libraries in the library folder beside theirs.
+file(RELATIVE_PATH _kel_bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_LIBDIR})
+set(KEL_PROGRAM_RPATH "$ORIGIN/${_kel_bin_to_lib}")
+# And the shipped network in the data folder beside theirs.
+file(RELATIVE_PATH KEL_BIN_TO_DATA ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR}/kel/network)
