@@ -2,7 +2,8 @@
 # Installs the default build into a temporary prefix and consumes it as a
 # host outside this tree would: every installed header compiles on its own,
 # the example finds the package with CMake and builds with pkg-config, and
-# both builds run offscreen.
+# both builds run offscreen; the Debian package is built, unpacked and
+# its tools run, and apt (as root) says it would install it.
 #   scripts/install-check.sh [BUILD_DIR]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -38,3 +39,14 @@ echo "== pkg-config kel"
 c++ -o "$work/hello-pkg" examples/hello-host/main.cpp -fPIC \
   -DKEL_NETWORK_DIR="\"$(pkg-config --variable=datadir kel)/network\"" $(pkg-config --cflags --libs kel)
 "$work/hello-pkg"
+
+echo "== Debian package"
+(cd "$build" && cpack >/dev/null)
+deb=$(ls "$build"/kel_*.deb | head -n 1)
+dpkg-deb --info "$deb" | grep -E '^ (Package|Version|Depends):'
+dpkg-deb -x "$deb" "$work/root"
+unset LD_LIBRARY_PATH
+classes=$("$work/root/usr/bin/zedsh" classes)
+echo "${classes%%$'\n'*}"
+# What apt would do on this machine, without doing it.
+if [ "$(id -u)" = 0 ]; then apt-get install --simulate "$(realpath "$deb")" | grep -E '^(Inst|Conf) kel'; fi
