@@ -478,10 +478,7 @@ void KelBrowserWindow::TakeEvents()
     std::ostringstream text;
     for (const TCallResult& event : ZEDGetApplication()->TakeEvents()) {
         ZEDWriteEvents(text, m_dictionary, event);
-        const TEventReport* report = nullptr;
-        for (TReplyIterator it(event.reply); it.IsValid() && !report; it.Next())
-            if (it.Get().GetDatatype() == ZED_DT_EVENTREPORT)
-                report = static_cast<const TEventReport*>(&it.Get());
+        const auto* report = static_cast<const TEventReport*>(event.reply.FindFirst(ZED_DT_EVENTREPORT));
         if (!report)
             continue;
         const TDictClass* cls = m_dictionary.FindClass(report->GetEntity().GetEntityClass());

@@ -48,10 +48,7 @@ void IInputOutputBase::PlaceLine(std::unique_ptr<IPresentationElement> line)
 
 void IInputOutputBase::ProcessReply(const TReply& reply)
 {
-    const TAttributeList* list = nullptr;
-    for (TReplyIterator it(reply); it.IsValid() && !list; it.Next())
-        if (it.Get().GetDatatype() == ZED_DT_ATTRIBUTELIST)
-            list = static_cast<const TAttributeList*>(&it.Get());
+    const auto* list = static_cast<const TAttributeList*>(reply.FindFirst(ZED_DT_ATTRIBUTELIST));
     if (!list)
         return;
     if (IPresentationContainer* container = GetContainer())

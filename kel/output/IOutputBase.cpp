@@ -134,10 +134,7 @@ void IOutputBase::ProcessReply(const TReply& reply)
     try {
         if (m_presentationKind == EventReport) {
             KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :" << "ProcessReply on event report ";
-            const TEventReport* report = nullptr;
-            for (TReplyIterator it(reply); it.IsValid() && !report; it.Next())
-                if (it.Get().GetDatatype() == ZED_DT_EVENTREPORT)
-                    report = static_cast<const TEventReport*>(&it.Get());
+            const auto* report = static_cast<const TEventReport*>(reply.FindFirst(ZED_DT_EVENTREPORT));
             if (!report)
                 return;
             ForEachValueElement(GetContainer(), [&](IPresentationElement& element, KELValueElement& shown) {

@@ -7,19 +7,6 @@
 #include "zed/value/TAttribute.h"
 #include "zed/value/TEventReport.h"
 
-namespace {
-
-// The reply's first value of that data type, or null.
-const TValue* FirstOf(const TReply& reply, ZED_T_DATATYPE datatype)
-{
-    for (TReplyIterator it(reply); it.IsValid(); it.Next())
-        if (it.Get().GetDatatype() == datatype)
-            return &it.Get();
-    return nullptr;
-}
-
-} // namespace
-
 IOutputList::IOutputList(KELConfigContext* context, QWidget* parent) : IPresentationList(context, parent) {}
 
 IOutputList::~IOutputList()
@@ -48,7 +35,7 @@ void IOutputList::PostCreate()
 
 void IOutputList::ProcessReply(const TReply& reply)
 {
-    const auto* report = static_cast<const TEventReport*>(FirstOf(reply, ZED_DT_EVENTREPORT));
+    const auto* report = static_cast<const TEventReport*>(reply.FindFirst(ZED_DT_EVENTREPORT));
     AddRow((report ? report->GetEntity() : GetEntity()).ToString(), reply);
 }
 
@@ -63,7 +50,7 @@ void IOutputList::AddRow(const std::string& entity, const TReply& reply)
     }
     // The attributes, each under its own code, as the columns expect them.
     TReply attributes(reply.GetReplyType(), reply.GetReplyCode());
-    if (const auto* list = static_cast<const TAttributeList*>(FirstOf(reply, ZED_DT_ATTRIBUTELIST)))
+    if (const auto* list = static_cast<const TAttributeList*>(reply.FindFirst(ZED_DT_ATTRIBUTELIST)))
         for (std::size_t i = 0; i < list->Size(); ++i) {
             const TAttribute& attribute = list->At(i);
             if (!attribute.HasValue())

@@ -25,3 +25,11 @@ TTraceStream& operator<<(TTraceStream& stream, const TReply& reply)
         stream << reply.ToString();
     return stream;
 }
+
+const TValue* TReply::FindFirst(ZED_T_DATATYPE datatype) const
+{
+    for (std::size_t i = 0; i < Size(); ++i)
+        if (At(i).GetDatatype() == datatype)
+            return &At(i);
+    return nullptr;
+}

@@ -30,6 +30,9 @@ public:
     const TValue& operator[](unsigned int argumentId) const { return m_values[argumentId]; }
     std::size_t Size() const { return m_values.Size(); }
     const TValue& At(std::size_t index) const { return m_values.At(index); }
+    // The first value of that data type in reply order (an event report, an
+    // attribute list), or null.
+    const TValue* FindFirst(ZED_T_DATATYPE datatype) const;
 
     // "response 1 { 3 = up, ... }"
     std::string ToString() const;

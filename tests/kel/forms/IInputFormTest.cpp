@@ -21,6 +21,7 @@
 #include "kel/model/IElementInfo.h"
 #include "kel/model/IPresentationContainer.h"
 #include "support/PromptRecorder.h"
+#include "support/ContextFixture.h"
 #include "support/ShippedNetwork.h"
 #include "support/TempDir.h"
 #include "support/TraceCapture.h"
@@ -41,23 +42,8 @@ constexpr unsigned int kEcho = 11;
 constexpr unsigned int kTest = 10;
 const char* const kInterface = "Network core Router r1 Interface eth0";
 
-class InputFormTest : public ::testing::Test {
+class InputFormTest : public ContextFixture {
 protected:
-    void SetUp() override
-    {
-        setenv("ORVEX_SYSTEM_PATH", system.Path().c_str(), 1);
-        setenv("ORVEX_USER_PATH", user.Path().c_str(), 1);
-        network = InstallShippedNetwork();
-        ASSERT_NE(InitializeKEL("form test"), nullptr);
-        context = GetKELapp()->DefineNewContext("TST");
-        prompts = PromptRecorder::Install();
-    }
-    void TearDown() override
-    {
-        DestroyKEL();
-        unsetenv("ORVEX_SYSTEM_PATH");
-        unsetenv("ORVEX_USER_PATH");
-    }
     std::unique_ptr<IInputForm> Open(unsigned int directive, const char* entity = kInterface)
     {
         auto form = std::make_unique<IInputForm>(context);
@@ -92,10 +78,6 @@ protected:
         context->GetUserConfigFile()->SetString("(1,2,3) - 11 - 0", key, value, 1);
     }
 
-    TempDir system, user;
-    std::shared_ptr<TSimulatedNetwork> network;
-    KELConfigContext* context = nullptr;
-    std::shared_ptr<std::vector<PromptRecorder::Shown>> prompts;
 };
 
 TEST_F(InputFormTest, HasALineOfTheRightKindPerDisplayedArgumentInOrder)

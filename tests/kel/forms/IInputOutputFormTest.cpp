@@ -7,6 +7,7 @@
 #include "kel/frame/IApplication.h"
 #include "kel/model/IPresentationContainer.h"
 #include "support/PromptRecorder.h"
+#include "support/ContextFixture.h"
 #include "support/ShippedNetwork.h"
 #include "support/TempDir.h"
 #include "zed/call/TCall.h"
@@ -26,23 +27,8 @@ constexpr unsigned int kSet = 2;
 constexpr unsigned int kCharacteristics = 4;
 const char* const kRouter = "Network core Router r1";
 
-class InputOutputFormTest : public ::testing::Test {
+class InputOutputFormTest : public ContextFixture {
 protected:
-    void SetUp() override
-    {
-        setenv("ORVEX_SYSTEM_PATH", system.Path().c_str(), 1);
-        setenv("ORVEX_USER_PATH", user.Path().c_str(), 1);
-        network = InstallShippedNetwork();
-        ASSERT_NE(InitializeKEL("io test"), nullptr);
-        context = GetKELapp()->DefineNewContext("TST");
-        prompts = PromptRecorder::Install();
-    }
-    void TearDown() override
-    {
-        DestroyKEL();
-        unsetenv("ORVEX_SYSTEM_PATH");
-        unsetenv("ORVEX_USER_PATH");
-    }
     std::unique_ptr<IInputOutputForm> Open()
     {
         auto form = std::make_unique<IInputOutputForm>(context);
@@ -87,10 +73,6 @@ protected:
         return ids;
     }
 
-    TempDir system, user;
-    std::shared_ptr<TSimulatedNetwork> network;
-    KELConfigContext* context = nullptr;
-    std::shared_ptr<std::vector<PromptRecorder::Shown>> prompts;
 };
 
 TEST_F(InputOutputFormTest, ARefreshFillsTheLinesAndAnApplySendsOnlyWhatChanged)

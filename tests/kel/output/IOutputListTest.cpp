@@ -6,6 +6,7 @@
 #include "kel/output/IOutputText.h"
 #include "kel/output/KELCallReply.h"
 #include "kel/output/KELListModel.h"
+#include "support/ContextFixture.h"
 #include "support/ShippedNetwork.h"
 #include "support/TempDir.h"
 #include "zed/call/TCall.h"
@@ -28,22 +29,8 @@ constexpr unsigned int kShow = 1;
 constexpr unsigned int kStatus = 2;
 constexpr unsigned int kLinkStateChanged = 2;
 
-class OutputListTest : public ::testing::Test {
+class OutputListTest : public ContextFixture {
 protected:
-    void SetUp() override
-    {
-        setenv("ORVEX_SYSTEM_PATH", system.Path().c_str(), 1);
-        setenv("ORVEX_USER_PATH", user.Path().c_str(), 1);
-        network = InstallShippedNetwork();
-        ASSERT_NE(InitializeKEL("list test"), nullptr);
-        context = GetKELapp()->DefineNewContext("TST");
-    }
-    void TearDown() override
-    {
-        DestroyKEL();
-        unsetenv("ORVEX_SYSTEM_PATH");
-        unsetenv("ORVEX_USER_PATH");
-    }
     // Every router's Status attributes, one row per router.
     std::unique_ptr<IOutputList> RouterList()
     {
@@ -68,9 +55,6 @@ protected:
         return titles;
     }
 
-    TempDir system, user;
-    std::shared_ptr<TSimulatedNetwork> network;
-    KELConfigContext* context = nullptr;
 };
 
 TEST_F(OutputListTest, AWildcardShowGivesARowPerEntityUnderAColumnPerAttribute)
