@@ -1,7 +1,10 @@
 #pragma once
 
 // Reading the files people give the access library (dictionaries, instance
-// files). Internal to the access library.
+// files), with the limits the library applies to them, so that a tool that
+// checks such files reads them the same way.
+
+#include "zed/ZedExport.h"
 
 #include <cstddef>
 #include <string>
@@ -13,4 +16,4 @@ inline constexpr std::size_t ZED_MAX_FILE_SIZE = std::size_t(64) << 20;
 // The whole file, read once from start to end (pipes work too). Throws
 // TException "<path>: cannot read the <what>: <reason>" when it cannot be
 // opened or read, is a directory, or is larger than ZED_MAX_FILE_SIZE.
-std::string ZedReadFile(const std::string& path, const char* what);
+ZED_EXPORT std::string ZedReadFile(const std::string& path, const char* what);

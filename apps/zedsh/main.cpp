@@ -9,13 +9,18 @@
 //                                       replies and any event reports; a
 //                                       directive that takes attributes (Set,
 //                                       Create) is given ATTRIBUTE=VALUE
+//   zedsh validate FILE...              checks dictionary and instance files,
+//                                       printing every fault with its file
+//                                       and JSON path
 //
 // Options before the command: --dictionary FILE, --instances FILE (default:
 // $ZED_DICTIONARY, $ZED_INSTANCES, else the network shipped in data/network).
-// Exit status: 0 done (responses), 1 an exception reply came back, 2 bad
-// command line or argument, 3 a file could not be loaded.
+// Exit status: 0 done (responses; every file valid), 1 an exception reply
+// came back (a file is not valid), 2 bad command line or argument, 3 a file
+// could not be loaded.
 
 #include "ShippedNetwork.h"
+#include "Validate.h"
 #include "zed/TApplication.h"
 #include "zed/TException.h"
 #include "zed/call/TCall.h"
@@ -52,7 +57,11 @@ const char* kUsage =
     "      zedsh call \"Network core Router r1 Interface eth0\" Test Count=3\n"
     "      zedsh call \"Network core Router r1\" Set Priority=7 'Location={\"Site\": \"Hall C\"}'\n"
     "    Directives that take attributes (Set, Create) are given ATTRIBUTE=VALUE.\n"
-    "    ARG=@default sends the argument marked \"use the server's default\".\n";
+    "    ARG=@default sends the argument marked \"use the server's default\".\n"
+    "  validate FILE...                     check dictionary and instance files, printing every\n"
+    "                                       fault as FILE: JSON path: reason; instance files are\n"
+    "                                       checked against a dictionary among the FILEs, else\n"
+    "                                       the --dictionary one\n";
 
 std::string Path(const std::string& option, const char* variable, const char* shipped)
 {
@@ -191,6 +200,15 @@ int main(int argc, char** argv)
     if (words.empty() || words[0] == "help" || words[0] == "--help") {
         std::cout << kUsage;
         return words.empty() ? kExitUsage : 0;
+    }
+    // Checking files must not depend on the network loading.
+    if (words[0] == "validate") {
+        if (words.size() < 2) {
+            std::cerr << kUsage;
+            return kExitUsage;
+        }
+        return ZedshValidate(std::vector<std::string>(words.begin() + 1, words.end()),
+                             Path(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"));
     }
     std::shared_ptr<TSimulatedNetwork> network;
     try {

@@ -39,6 +39,30 @@ TEST(Zedsh, CallsPrintRepliesAndEvents)
     EXPECT_THAT(missing.out, HasSubstr("common exception NoSuchEntity (1): The entity does not exist"));
 }
 
+TEST(Zedsh, ValidatePrintsEveryFaultWithFileAndPath)
+{
+    const std::string data = std::string(KEL_SOURCE_DIR) + "/data/network/";
+    const ProgramRun shipped = Zedsh("validate " + data + "dictionary.json " + data + "instances.json");
+    EXPECT_EQ(shipped.exitCode, 0) << shipped.out << shipped.err;
+    EXPECT_THAT(shipped.out, HasSubstr("dictionary.json: valid\n"));
+    EXPECT_THAT(shipped.out, HasSubstr("instances.json: valid\n"));
+
+    // An instance file is checked against the dictionary beside it when one is valid.
+    const std::string dictionary = TestTempPath("d.json"), instances = TestTempPath("i.json");
+    std::ofstream(dictionary) << R"({"format": "zed-dictionary 1", "partitions": [{"code": 1, "name": "P"}],
+        "classes": [{"code": 1, "name": "Box", "attributes": [{"id": 1, "name": "Size", "type": "Unsigned16", "partition": "P"}]}]})";
+    std::ofstream(instances) << R"({"format": "zed-instances 1", "instances": [
+        {"entity": "Box b", "attributes": {"Size": "big"}}, {"entity": "Network core"}]})";
+    const ProgramRun bad = Zedsh("validate " + instances + " " + dictionary + " /nonexistent.json");
+    EXPECT_EQ(bad.exitCode, 1);
+    EXPECT_THAT(bad.out, HasSubstr(dictionary + ": valid\n"));
+    EXPECT_THAT(bad.out, HasSubstr(instances + ": $.instances[0].attributes.Size: "));
+    EXPECT_THAT(bad.out, HasSubstr(instances + ": $.instances[1].entity: unknown class \"Network\""));
+    EXPECT_THAT(bad.out, HasSubstr("/nonexistent.json: cannot read the file: No such file or directory"));
+    EXPECT_EQ(Zedsh("validate").exitCode, 2);
+    EXPECT_EQ(Zedsh("--dictionary /nonexistent.json validate " + instances).exitCode, 3);
+}
+
 TEST(Zedsh, BadInputExplainsItself)
 {
     EXPECT_THAT(Zedsh("call 'Planet x' Show").err, HasSubstr("bad entity"));

@@ -20,6 +20,12 @@ std::shared_ptr<const TDictionary> TDictionary::Parse(std::string_view json, con
     return TDictionaryLoader::Load(json, sourceName);
 }
 
+std::shared_ptr<const TDictionary> TDictionary::Check(std::string_view json, const std::string& sourceName,
+                                                      std::vector<std::string>& faults)
+{
+    return TDictionaryLoader::Load(json, sourceName, &faults);
+}
+
 const TDictClass* TDictionary::FindRootClass(unsigned int code) const
 {
     for (const auto& root : m_roots)

@@ -25,6 +25,11 @@ public:
     static std::shared_ptr<const TDictionary> Load(const std::string& path);
     // sourceName names the text in error messages, as the file name does.
     static std::shared_ptr<const TDictionary> Parse(std::string_view json, const std::string& sourceName);
+    // Reads the text for every fault rather than stopping at the first: each
+    // goes to faults as "<source>: <JSON path>: <what is wrong>" (a hundred at
+    // most, each once). The dictionary when there are none, else null.
+    static std::shared_ptr<const TDictionary> Check(std::string_view json, const std::string& sourceName,
+                                                    std::vector<std::string>& faults);
 
     TDictionary();
     TDictionary(const TDictionary&) = delete;

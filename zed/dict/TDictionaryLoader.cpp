@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
 #include <set>
 
 namespace {
@@ -68,35 +69,35 @@ private:
 
 class TDictionaryLoader::Reader {
 public:
-    explicit Reader(TDictionary& dictionary) : m_dictionary(dictionary) {}
+    Reader(TDictionary& dictionary, std::vector<std::string>* faults) : m_dictionary(dictionary), m_faults(faults) {}
 
     void Read(const ZedJsonNode& root)
     {
         root.ExpectObject({"format", "partitions", "types", "commonExceptions", "classes"});
         if (root.Key("format").String() != kFormat)
             root.Key("format").Fail(std::string("expected \"") + kFormat + "\"");
-        ReadPartitions(root.Key("partitions"));
-        ReadTypes(root.Key("types"));
-        ReadCommonExceptions(root.Key("commonExceptions"));
-        const ZedJsonNode classes = root.Key("classes");
+        m_faults.Guard([&] { ReadPartitions(root.Key("partitions")); });
+        m_faults.Guard([&] { ReadTypes(root.Key("types")); });
+        m_faults.Guard([&] { ReadCommonExceptions(root.Key("commonExceptions")); });
         UniqueCheck unique("class");
-        for (std::size_t i = 0, n = classes.ArraySize(true); i < n; ++i)
-            m_dictionary.m_roots.push_back(ReadClass(classes.At(i), nullptr, unique, 1));
+        m_faults.ForEach(root.Key("classes"), true, [&](const ZedJsonNode& node) {
+            m_dictionary.m_roots.push_back(ReadClass(node, nullptr, unique, 1));
+        });
     }
 
 private:
     void ReadPartitions(const ZedJsonNode& list)
     {
         UniqueCheck unique("partition");
-        for (std::size_t i = 0, n = list.ArraySize(true); i < n; ++i) {
-            const ZedJsonNode node = list.At(i).ExpectObject({"code", "name"});
+        m_faults.ForEach(list, true, [&](const ZedJsonNode& item) {
+            const ZedJsonNode node = item.ExpectObject({"code", "name"});
             TDictionary::Partition partition{node.Key("code").Unsigned(), node.Key("name").NonEmptyString()};
             if (partition.code == 0)
                 node.Key("code").Fail("partition 0 stands for all partitions and cannot be declared");
             unique.Code(node.Key("code"), partition.code);
             unique.Name(node.Key("name"), partition.name);
             m_dictionary.m_partitions.push_back(std::move(partition));
-        }
+        });
     }
 
     // Types may refer to each other in any order; each is built once, after
@@ -104,8 +105,9 @@ private:
     void ReadTypes(const ZedJsonNode& list)
     {
         UniqueCheck unique("type");
-        for (std::size_t i = 0, n = list.ArraySize(false); i < n; ++i) {
-            const ZedJsonNode node = list.At(i);
+        std::size_t index = 0;
+        m_faults.ForEach(list, false, [&](const ZedJsonNode& node) {
+            const std::size_t i = index++;
             node.ExpectObject({"id", "name", "presentation", "kind", "items", "members", "element", "base"});
             const std::string name = node.Key("name").NonEmptyString();
             if (Builtins().count(name))
@@ -114,10 +116,13 @@ private:
             unique.Name(node.Key("name"), name);
             m_pendingTypes.emplace(name, i);
             m_typeOrder.push_back(name);
-        }
-        m_typeList = &list;
+        });
+        // Kept: a type that failed is built again (and fails again) where it is referred to.
+        m_typeList.emplace(list);
         for (const std::string& name : m_typeOrder)
-            m_dictionary.m_types.push_back(ResolveType(name, list.At(m_pendingTypes.at(name)).Key("name"), 0));
+            m_faults.Guard([&] {
+                m_dictionary.m_types.push_back(ResolveType(name, list.At(m_pendingTypes.at(name)).Key("name"), 0));
+            });
     }
 
     // `height` receives how many declared types nest in the type, itself
@@ -139,9 +144,7 @@ private:
                     where.Fail("type \"" + name + "\" refers to itself");
                 if (depth >= kMaxTypeDepth)
                     where.Fail("types nest deeper than " + std::to_string(kMaxTypeDepth) + " levels");
-                m_resolving.insert(name);
-                type = BuildType(m_typeList->At(pending->second), depth, own);
-                m_resolving.erase(name);
+                type = BuildResolving(name, m_typeList->At(pending->second), depth, own);
                 m_resolved.emplace(name, type);
                 m_heights.emplace(name, own);
             }
@@ -151,6 +154,19 @@ private:
         if (height)
             *height = own;
         return type;
+    }
+
+    // Builds a type while it is marked as being resolved, so that a reference
+    // back to it is seen; the mark goes whether the build succeeds or not.
+    TDictTypePtr BuildResolving(const std::string& name, const ZedJsonNode& node, int depth, int& height)
+    {
+        struct Mark {
+            std::set<std::string>& resolving;
+            const std::string& name;
+            ~Mark() { resolving.erase(name); }
+        } mark{m_resolving, name};
+        m_resolving.insert(name);
+        return BuildType(node, depth, height);
     }
 
     TDictTypePtr BuildType(const ZedJsonNode& node, int depth, int& height)
@@ -176,13 +192,14 @@ private:
             std::vector<TDictTypeEnumeration::Item> items;
             UniqueCheck unique("item");
             const ZedJsonNode list = node.Key("items");
-            for (std::size_t i = 0, n = list.ArraySize(true); i < n; ++i) {
-                const ZedJsonNode item = list.At(i).ExpectObject({"code", "text"});
-                items.push_back({item.Key("code").Integer(), item.Key("text").NonEmptyString()});
-                unique.Code(item.Key("code"), static_cast<unsigned int>(items.back().code));
-                unique.Name(item.Key("text"), items.back().text);
-            }
-            if (items.empty())
+            m_faults.ForEach(list, true, [&](const ZedJsonNode& member) {
+                const ZedJsonNode item = member.ExpectObject({"code", "text"});
+                TDictTypeEnumeration::Item read{item.Key("code").Integer(), item.Key("text").NonEmptyString()};
+                unique.Code(item.Key("code"), static_cast<unsigned int>(read.code));
+                unique.Name(item.Key("text"), read.text);
+                items.push_back(std::move(read));
+            });
+            if (list.ArraySize(true) == 0)
                 list.Fail("an enumeration needs at least one item");
             return std::make_shared<const TDictTypeEnumeration>(id, name, presentation, std::move(items));
         }
@@ -190,9 +207,8 @@ private:
             refuse({"items", "element", "base"});
             std::vector<TDictTypeRecord::Member> members;
             UniqueCheck unique("member");
-            const ZedJsonNode list = node.Key("members");
-            for (std::size_t i = 0, n = list.ArraySize(true); i < n; ++i) {
-                const ZedJsonNode member = list.At(i).ExpectObject({"id", "name", "presentation", "type"});
+            m_faults.ForEach(node.Key("members"), true, [&](const ZedJsonNode& item) {
+                const ZedJsonNode member = item.ExpectObject({"id", "name", "presentation", "type"});
                 TDictTypeRecord::Member m;
                 m.id = member.Key("id").Unsigned();
                 m.name = member.Key("name").NonEmptyString();
@@ -201,7 +217,7 @@ private:
                 unique.Code(member.Key("id"), m.id);
                 unique.Name(member.Key("name"), m.name);
                 members.push_back(std::move(m));
-            }
+            });
             return std::make_shared<const TDictTypeRecord>(id, name, presentation, std::move(members));
         }
         if (kind == "set" || kind == "sequence") {
@@ -226,8 +242,9 @@ private:
     void ReadCommonExceptions(const ZedJsonNode& list)
     {
         UniqueCheck unique("exception");
-        for (std::size_t i = 0, n = list.ArraySize(false); i < n; ++i)
-            m_commonExceptions.push_back(ReadReply(list.At(i), ZED_DICT_EXCEPTION, unique));
+        m_faults.ForEach(list, false, [&](const ZedJsonNode& node) {
+            m_commonExceptions.push_back(ReadReply(node, ZED_DICT_EXCEPTION, unique));
+        });
     }
 
     std::unique_ptr<TDictClass> ReadClass(const ZedJsonNode& node, const TDictClass* parent, UniqueCheck& siblings,
@@ -247,25 +264,24 @@ private:
             if (std::isspace(static_cast<unsigned char>(c)) || c == '"' || c == '`' || c == '#' || c == '*')
                 node.Key("name").Fail("a class name holds no blanks, quotes, \"#\" or \"*\"");
 
-        const ZedJsonNode attributes = node.Key("attributes");
         UniqueCheck uniqueAttribute("attribute");
-        for (std::size_t i = 0, n = attributes.ArraySize(false); i < n; ++i)
-            cls->m_attributes.push_back(ReadAttribute(attributes.At(i), uniqueAttribute));
+        m_faults.ForEach(node.Key("attributes"), false, [&](const ZedJsonNode& item) {
+            cls->m_attributes.push_back(ReadAttribute(item, uniqueAttribute));
+        });
 
-        const ZedJsonNode directives = node.Key("directives");
         UniqueCheck uniqueDirective("directive");
-        for (std::size_t i = 0, n = directives.ArraySize(false); i < n; ++i)
-            cls->m_directives.push_back(ReadDirective(directives.At(i), uniqueDirective));
+        m_faults.ForEach(node.Key("directives"), false, [&](const ZedJsonNode& item) {
+            cls->m_directives.push_back(ReadDirective(item, uniqueDirective));
+        });
         TDictDirective common;
         common.m_id = ZED_COMMON_EXCEPTION_DIRECTIVE;
         common.m_name = common.m_presentationName = "Common Exceptions";
         common.m_exceptions = m_commonExceptions;
         cls->m_directives.push_back(std::move(common));
 
-        const ZedJsonNode events = node.Key("events");
         UniqueCheck uniqueEvent("event");
-        for (std::size_t i = 0, n = events.ArraySize(false); i < n; ++i) {
-            const ZedJsonNode e = events.At(i).ExpectObject({"id", "name", "presentation", "arguments"});
+        m_faults.ForEach(node.Key("events"), false, [&](const ZedJsonNode& item) {
+            const ZedJsonNode e = item.ExpectObject({"id", "name", "presentation", "arguments"});
             TDictEvent event;
             event.m_id = e.Key("id").Unsigned();
             event.m_name = e.Key("name").NonEmptyString();
@@ -274,12 +290,12 @@ private:
             uniqueEvent.Name(e.Key("name"), event.m_name);
             event.m_arguments = ReadArguments(e.Key("arguments"));
             cls->m_events.push_back(std::move(event));
-        }
+        });
 
-        const ZedJsonNode children = node.Key("children");
         UniqueCheck uniqueChild("class");
-        for (std::size_t i = 0, n = children.ArraySize(false); i < n; ++i)
-            cls->m_children.push_back(ReadClass(children.At(i), cls.get(), uniqueChild, depth + 1));
+        m_faults.ForEach(node.Key("children"), false, [&](const ZedJsonNode& item) {
+            cls->m_children.push_back(ReadClass(item, cls.get(), uniqueChild, depth + 1));
+        });
         return cls;
     }
 
@@ -300,11 +316,12 @@ private:
         if (directive.m_takesAttributes && node.Has("request"))
             node.Key("request").Fail("a directive that takes attributes has no request arguments");
         UniqueCheck uniqueResponse("response"), uniqueException("exception");
-        const ZedJsonNode responses = node.Key("responses"), exceptions = node.Key("exceptions");
-        for (std::size_t i = 0, n = responses.ArraySize(false); i < n; ++i)
-            directive.m_responses.push_back(ReadReply(responses.At(i), ZED_DICT_RESPONSE, uniqueResponse));
-        for (std::size_t i = 0, n = exceptions.ArraySize(false); i < n; ++i)
-            directive.m_exceptions.push_back(ReadReply(exceptions.At(i), ZED_DICT_EXCEPTION, uniqueException));
+        m_faults.ForEach(node.Key("responses"), false, [&](const ZedJsonNode& item) {
+            directive.m_responses.push_back(ReadReply(item, ZED_DICT_RESPONSE, uniqueResponse));
+        });
+        m_faults.ForEach(node.Key("exceptions"), false, [&](const ZedJsonNode& item) {
+            directive.m_exceptions.push_back(ReadReply(item, ZED_DICT_EXCEPTION, uniqueException));
+        });
         return directive;
     }
 
@@ -326,15 +343,14 @@ private:
     {
         std::vector<TDictArgument> arguments;
         UniqueCheck unique("argument");
-        for (std::size_t i = 0, n = list.ArraySize(false); i < n; ++i) {
-            const ZedJsonNode node = list.At(i);
+        m_faults.ForEach(list, false, [&](const ZedJsonNode& node) {
             node.ExpectObject({"id", "name", "presentation", "type", "required", "units", "displayed", "default",
                                "serverDefault", "length"});
             TDictArgument argument;
             ReadValueCommon(node, argument, unique);
             argument.m_required = node.BoolOr("required", false);
             arguments.push_back(std::move(argument));
-        }
+        });
         return arguments;
     }
 
@@ -391,7 +407,8 @@ private:
     }
 
     TDictionary& m_dictionary;
-    const ZedJsonNode* m_typeList = nullptr;
+    ZedJsonFaults m_faults;
+    std::optional<ZedJsonNode> m_typeList;
     std::map<std::string, std::size_t> m_pendingTypes;
     std::vector<std::string> m_typeOrder;
     std::map<std::string, TDictTypePtr> m_resolved;
@@ -400,12 +417,19 @@ private:
     std::vector<TDictReply> m_commonExceptions;
 };
 
-std::shared_ptr<const TDictionary> TDictionaryLoader::Load(std::string_view json, const std::string& source)
+std::shared_ptr<const TDictionary> TDictionaryLoader::Load(std::string_view json, const std::string& source,
+                                                           std::vector<std::string>* faults)
 {
-    const nlohmann::json document = ZedJsonNode::ParseText(json, source);
-    auto dictionary = std::make_shared<TDictionary>();
-    dictionary->m_sourceName = source;
-    Reader(*dictionary).Read(ZedJsonNode(document, "$", source));
+    ZedJsonFaults collect(faults);
+    std::shared_ptr<TDictionary> dictionary;
+    collect.Guard([&] {
+        const nlohmann::json document = ZedJsonNode::ParseText(json, source);
+        dictionary = std::make_shared<TDictionary>();
+        dictionary->m_sourceName = source;
+        Reader(*dictionary, faults).Read(ZedJsonNode(document, "$", source));
+    });
+    if (faults && !faults->empty())
+        return nullptr;
     return dictionary;
 }
 

@@ -7,10 +7,14 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
 class TDictionaryLoader {
 public:
-    static std::shared_ptr<const TDictionary> Load(std::string_view json, const std::string& source);
+    // With faults, every fault found goes there (and the result is null if
+    // there is one); without, the first throws.
+    static std::shared_ptr<const TDictionary> Load(std::string_view json, const std::string& source,
+                                                   std::vector<std::string>* faults = nullptr);
     // The built-in type of that name (Boolean, Integer32, EntitySpec, ...), or null.
     static TDictTypePtr BuiltinType(const std::string& name);
 

@@ -10,6 +10,7 @@
 
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cstdint>
 #include <initializer_list>
 #include <memory>
@@ -79,18 +80,22 @@ public:
     }
 
     bool Has(std::string_view key) const { return m_value.is_object() && m_value.contains(key); }
+    // A key that is not there, as opposed to one whose value is null.
+    bool Absent() const { return m_absent; }
 
     ZedJsonNode Key(std::string_view key) const
     {
         static const nlohmann::json null;
         const auto found = m_value.find(key);
-        return ZedJsonNode(found == m_value.end() ? null : *found, Child(std::string(key), 0), m_source);
+        const bool absent = !m_value.is_object() || found == m_value.end();
+        return ZedJsonNode(absent ? null : *found, Child(std::string(key), 0), m_source, absent);
     }
 
-    // The members of an array (an absent optional array is empty).
+    // The members of an array (an absent optional array is empty; a null one
+    // is a fault, as a null anywhere else is).
     std::size_t ArraySize(bool required) const
     {
-        if (m_value.is_null() && !required)
+        if (m_absent && !required)
             return 0;
         if (!m_value.is_array())
             Fail("expected an array");
@@ -159,8 +164,9 @@ private:
         int depth;
     };
 
-    ZedJsonNode(const nlohmann::json& value, std::shared_ptr<const Link> link, const std::string& source)
-        : m_value(value), m_link(std::move(link)), m_source(source)
+    ZedJsonNode(const nlohmann::json& value, std::shared_ptr<const Link> link, const std::string& source,
+                bool absent = false)
+        : m_value(value), m_link(std::move(link)), m_source(source), m_absent(absent)
     {
     }
     std::shared_ptr<const Link> Child(std::string key, std::size_t index) const
@@ -171,4 +177,47 @@ private:
     const nlohmann::json& m_value;
     std::shared_ptr<const Link> m_link;
     const std::string& m_source;
+    bool m_absent = false;
+};
+
+// Reading a whole file for its faults rather than stopping at the first: the
+// independent parts of a document (each member of a list) are read under
+// Guard, and a part that fails is recorded and skipped while the rest is
+// read. Without a sink the first fault throws, as loading wants.
+class ZedJsonFaults {
+public:
+    explicit ZedJsonFaults(std::vector<std::string>* sink) : m_sink(sink) {}
+
+    template <class Read>
+    void Guard(Read&& read)
+    {
+        if (!m_sink) {
+            read();
+            return;
+        }
+        try {
+            read();
+        } catch (const TException& fault) {
+            Add(fault.what());
+        }
+    }
+    // Reads each member of a list under Guard.
+    template <class Read>
+    void ForEach(const ZedJsonNode& list, bool required, Read&& read)
+    {
+        for (std::size_t i = 0, n = list.ArraySize(required); i < n; ++i)
+            Guard([&] { read(list.At(i)); });
+    }
+    void Add(const std::string& fault)
+    {
+        // A part that others refer to fails again at every reference: said once.
+        if (m_sink->size() < kMaxFaults && std::find(m_sink->begin(), m_sink->end(), fault) == m_sink->end())
+            m_sink->push_back(fault);
+    }
+    bool Collecting() const { return m_sink != nullptr; }
+
+private:
+    // A file of a million bad lines is not a million lines of report.
+    static constexpr std::size_t kMaxFaults = 100;
+    std::vector<std::string>* m_sink;
 };

@@ -34,15 +34,28 @@ void TSimInstanceStore::Load(const std::string& path)
 
 void TSimInstanceStore::Parse(std::string_view json, const std::string& source)
 {
+    m_root = Read(json, source, nullptr);
+}
+
+bool TSimInstanceStore::Check(std::string_view json, const std::string& source, std::vector<std::string>& faults) const
+{
+    const std::size_t before = faults.size();
+    ZedJsonFaults(&faults).Guard([&] { Read(json, source, &faults); });
+    return faults.size() == before;
+}
+
+TSimInstanceStore::Instance TSimInstanceStore::Read(std::string_view json, const std::string& source,
+                                                    std::vector<std::string>* faults) const
+{
     const nlohmann::json document = ZedJsonNode::ParseText(json, source);
     const ZedJsonNode root = ZedJsonNode(document, "$", source).ExpectObject({"format", "instances"});
     if (root.Key("format").String() != kFormat)
         root.Key("format").Fail(std::string("expected \"") + kFormat + "\"");
 
     Instance fresh;
-    const ZedJsonNode list = root.Key("instances");
-    for (std::size_t i = 0, n = list.ArraySize(true); i < n; ++i) {
-        const ZedJsonNode node = list.At(i).ExpectObject({"entity", "attributes"});
+    ZedJsonFaults collect(faults);
+    collect.ForEach(root.Key("instances"), true, [&](const ZedJsonNode& item) {
+        const ZedJsonNode node = item.ExpectObject({"entity", "attributes"});
         std::string error;
         auto spec = TEntitySpec::Parse(node.Key("entity").String(), m_dictionary.get(), &error);
         if (!spec)
@@ -75,21 +88,22 @@ void TSimInstanceStore::Parse(std::string_view json, const std::string& source)
         instance->parent = parent == &fresh ? nullptr : parent;
         const ZedJsonNode attributes = node.Key("attributes");
         if (attributes.Json().is_object()) {
-            for (const auto& item : attributes.Json().items()) {
-                const TDictAttribute* attribute = cls->FindAttribute(item.key());
-                if (!attribute)
-                    attributes.Key(item.key()).Fail("not an attribute of " + cls->GetName());
-                const ZEDValueContext context{m_dictionary.get(), cls};
-                instance->attributes.Put(
-                    ZedValueFromJson(attribute->GetType(), attributes.Key(item.key()), attribute->GetID(), context));
-            }
-        } else if (!attributes.Json().is_null()) {
+            for (const auto& item : attributes.Json().items())
+                collect.Guard([&] {
+                    const TDictAttribute* attribute = cls->FindAttribute(item.key());
+                    if (!attribute)
+                        attributes.Key(item.key()).Fail("not an attribute of " + cls->GetName());
+                    const ZEDValueContext context{m_dictionary.get(), cls};
+                    instance->attributes.Put(ZedValueFromJson(attribute->GetType(), attributes.Key(item.key()),
+                                                              attribute->GetID(), context));
+                });
+        } else if (!attributes.Absent()) {
             attributes.Fail("expected an object of attribute names");
         }
         if (!parent->children[last.code].emplace(last.name, std::move(instance)).second)
             node.Key("entity").Fail("declared twice");
-    }
-    m_root = std::move(fresh);
+    });
+    return fresh;
 }
 
 std::vector<TSimInstanceStore::Instance*> TSimInstanceStore::Resolve(const TEntitySpec& entity)

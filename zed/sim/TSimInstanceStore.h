@@ -34,6 +34,10 @@ public:
     // the file and the JSON path, and keeps the old content, on a bad file.
     void Load(const std::string& path);
     void Parse(std::string_view json, const std::string& source);
+    // Reads the text as Parse does, for every fault rather than the first
+    // (each once, a hundred at most, "<source>: <JSON path>: <what is
+    // wrong>"), changing nothing. True when there were none.
+    bool Check(std::string_view json, const std::string& source, std::vector<std::string>& faults) const;
 
     const TDictionary& GetDictionary() const { return *m_dictionary; }
 
@@ -53,6 +57,9 @@ public:
     static TEntitySpec SpecOf(const Instance& instance);
 
 private:
+    // The tree the text describes; without faults, the first fault throws.
+    Instance Read(std::string_view json, const std::string& source, std::vector<std::string>* faults) const;
+
     TDictionaryPtr m_dictionary;
     Instance m_root;
 };

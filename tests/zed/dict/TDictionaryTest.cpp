@@ -112,6 +112,54 @@ TEST(DictionaryLoad, FaultsNameTheFileThePlaceAndTheFault)
                 HasSubstr("$.classes[0].directives[0].request: a directive that takes attributes has no request arguments"));
 }
 
+TEST(DictionaryCheck, EveryIndependentFaultIsReportedOnceAndNothingIsMade)
+{
+    // A broken type, two attributes of it, a stranger key in a sibling class and
+    // a second fault further on: each reported where it is, the type's once.
+    const std::string json = Minimal(R"({"id": 1, "name": "Pair", "kind": "record",
+                                        "members": [{"id": 1, "name": "a", "type": "Nope"}]})",
+                                     R"(, "attributes": [{"id": 1, "name": "x", "type": "Pair", "partition": "Status"},
+                                                         {"id": 2, "name": "y", "type": "Pair", "partition": "Else"},
+                                                         {"id": 3, "name": "z", "type": "Pair", "partition": "Status"}]},
+                                        {"code": 2, "name": "Other", "colour": 1},
+                                        {"code": 3, "name": "Third", "directives": [{"id": 55, "name": "X"}])");
+    std::vector<std::string> faults;
+    EXPECT_EQ(TDictionary::Check(json, "test.json", faults), nullptr);
+    EXPECT_THAT(faults, ::testing::ElementsAre(
+                            "test.json: $.types[0].members[0].type: unknown type \"Nope\"",
+                            "test.json: $.classes[0].attributes[1].partition: unknown partition \"Else\"",
+                            "test.json: $.classes[1].colour: unknown key",
+                            "test.json: $.classes[2].directives[0].id: directive 55 is kept for the common exceptions "
+                            "(\"commonExceptions\")"));
+
+    // Loading still stops at the first; a good text checks clean and gives the dictionary.
+    EXPECT_EQ(LoadError(json), faults.front());
+    faults.clear();
+    auto good = TDictionary::Check(Minimal("", ""), "test.json", faults);
+    EXPECT_TRUE(faults.empty());
+    ASSERT_NE(good, nullptr);
+    EXPECT_EQ(good->GetRootClassCount(), 1u);
+
+    // A syntax error is one fault; a flood of faults is cut at a hundred.
+    faults.clear();
+    TDictionary::Check("{", "test.json", faults);
+    ASSERT_EQ(faults.size(), 1u);
+    EXPECT_THAT(faults[0], HasSubstr("test.json: $: not valid JSON"));
+    std::string many;
+    for (int i = 0; i < 500; ++i)
+        many += (i ? "," : "") + std::string(R"({"code": )") + std::to_string(i + 1) + R"(, "name": ""})";
+    faults.clear();
+    TDictionary::Check(R"({"format": "zed-dictionary 1", "partitions": [)" + many + R"(], "classes": []})", "t", faults);
+    EXPECT_EQ(faults.size(), 100u);
+}
+
+TEST(DictionaryLoad, NullIsNotAnAbsentList)
+{
+    EXPECT_THAT(LoadError(Minimal("", R"(, "attributes": null)")), HasSubstr("$.classes[0].attributes: expected an array"));
+    EXPECT_THAT(LoadError(R"({"format": "zed-dictionary 1", "partitions": [], "types": null, "classes": []})"),
+                HasSubstr("$.types: expected an array"));
+}
+
 TEST(DictionaryLoad, RecursiveAndOverDeepTypesAreRefused)
 {
     EXPECT_THAT(LoadError(Minimal(R"({"id": 1, "name": "A", "kind": "record", "members": [{"id": 1, "name": "m", "type": "B"}]},

@@ -308,6 +308,26 @@ TEST_F(SimulatedNetworkTest, EchoGivesEveryKindOfArgumentBackOrCountsThem)
         << "Confirm is required";
 }
 
+TEST_F(SimulatedNetworkTest, CheckingAnInstanceFileReportsEveryFaultAndChangesNothing)
+{
+    const std::size_t before = network->GetStore().Count();
+    std::vector<std::string> faults;
+    EXPECT_FALSE(network->GetStore().Check(R"({"format": "zed-instances 1", "instances": [
+        {"entity": "Network n", "attributes": {"Uptime": "5 days", "Colour": 1, "Name": "n"}},
+        {"entity": "Planet p"},
+        {"entity": "Network n", "attributes": null}]})", "i.json", faults));
+    EXPECT_THAT(faults, ::testing::ElementsAre(
+                            "i.json: $.instances[0].attributes.Colour: not an attribute of Network",
+                            ::testing::StartsWith("i.json: $.instances[0].attributes.Uptime: expected a duration"),
+                            ::testing::StartsWith("i.json: $.instances[1].entity: unknown class \"Planet\""),
+                            "i.json: $.instances[2].attributes: expected an object of attribute names"));
+    EXPECT_EQ(network->GetStore().Count(), before);
+    faults.clear();
+    EXPECT_TRUE(network->GetStore().Check(R"({"format": "zed-instances 1", "instances": []})", "i.json", faults));
+    EXPECT_TRUE(faults.empty());
+    EXPECT_EQ(network->GetStore().Count(), before);
+}
+
 TEST_F(SimulatedNetworkTest, CallsWithoutAModuleAndBadInstanceFilesThrow)
 {
     TSyncCall call(TEntitySpec("Network core"), 1);
