@@ -40,6 +40,10 @@ c++ -o "$work/hello-pkg" examples/hello-host/main.cpp -fPIC \
   -DKEL_NETWORK_DIR="\"$(pkg-config --variable=datadir kel)/network\"" $(pkg-config --cflags --libs kel)
 "$work/hello-pkg"
 
+echo "== installed network files, schemas and checker"
+"$prefix/bin/zedsh" validate "$prefix"/share/kel/network/dictionary.json "$prefix"/share/kel/network/instances.json
+ls "$prefix"/share/kel/schema/zed-dictionary.schema.json "$prefix"/share/kel/schema/zed-instances.schema.json >/dev/null
+
 echo "== Debian package"
 (cd "$build" && cpack >/dev/null)
 deb=$(ls "$build"/kel_*.deb | head -n 1)

@@ -12,13 +12,17 @@
 
 namespace {
 
+// An instance file says so in its format or shows it by its list; a misspelt
+// format should still be reported against the instance file's rules.
 bool IsInstanceFile(const std::string& text)
 {
     const nlohmann::json json = nlohmann::json::parse(text, nullptr, false);
     if (!json.is_object())
         return false;
     const auto format = json.find("format");
-    return format != json.end() && format->is_string() && format->get<std::string>().starts_with("zed-instances");
+    if (format != json.end() && format->is_string() && format->get<std::string>().starts_with("zed-instance"))
+        return true;
+    return json.contains("instances") && !json.contains("classes");
 }
 
 // Prints the file's verdict; true when it is valid.

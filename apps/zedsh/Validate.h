@@ -6,8 +6,8 @@
 #include <string>
 #include <vector>
 
-// Each file is recognised by its "format" ("zed-instances 1" is an instance
-// file, anything else is read as a dictionary). Dictionaries are checked
+// Each file is recognised by its "format" ("zed-instances 1") or its
+// "instances" list as an instance file; anything else is read as a dictionary. Dictionaries are checked
 // first; instance files are checked against the last valid dictionary named
 // among the files, else against defaultDictionary. Prints "FILE: valid" or
 // one line per fault ("FILE: JSON path: what is wrong"); returns 0 when every

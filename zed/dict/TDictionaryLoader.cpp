@@ -73,7 +73,10 @@ public:
 
     void Read(const ZedJsonNode& root)
     {
-        root.ExpectObject({"format", "partitions", "types", "commonExceptions", "classes"});
+        root.ExpectObject({"$schema", "format", "partitions", "types", "commonExceptions", "classes"});
+        // Editors find a document's schema there; the loader has nothing to take from it.
+        if (root.Has("$schema"))
+            root.Key("$schema").String();
         if (root.Key("format").String() != kFormat)
             root.Key("format").Fail(std::string("expected \"") + kFormat + "\"");
         m_faults.Guard([&] { ReadPartitions(root.Key("partitions")); });

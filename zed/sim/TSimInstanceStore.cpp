@@ -48,7 +48,10 @@ TSimInstanceStore::Instance TSimInstanceStore::Read(std::string_view json, const
                                                     std::vector<std::string>* faults) const
 {
     const nlohmann::json document = ZedJsonNode::ParseText(json, source);
-    const ZedJsonNode root = ZedJsonNode(document, "$", source).ExpectObject({"format", "instances"});
+    const ZedJsonNode root = ZedJsonNode(document, "$", source).ExpectObject({"$schema", "format", "instances"});
+    // Editors find a document's schema there; the loader has nothing to take from it.
+    if (root.Has("$schema"))
+        root.Key("$schema").String();
     if (root.Key("format").String() != kFormat)
         root.Key("format").Fail(std::string("expected \"") + kFormat + "\"");
 
