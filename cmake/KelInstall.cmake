@@ -7,6 +7,7 @@ include(CMakePackageConfigHelpers)
 # no installed header may include one (the install check compiles each
 # installed header on its own).
 set(KEL_PRIVATE_HEADERS
+  zed/dict/TDictionaryLoader.h
   zed/dict/ZedJsonReader.h
   zed/value/ZedValueJson.h
   kel/config/KELFileWriter.h
@@ -33,3 +34,28 @@ file(RELATIVE_PATH _kel_bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_
 set(KEL_PROGRAM_RPATH "$ORIGIN/${_kel_bin_to_lib}")
 # And the shipped network in the data folder beside theirs.
 file(RELATIVE_PATH KEL_BIN_TO_DATA ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR}/kel/network)
+
+# The API reference (Doxygen): `cmake --build build --target api-docs`
+# writes build/docs/api/html; warnings other than undocumented members fail it.
+find_package(Doxygen QUIET)
+if(DOXYGEN_FOUND)
+  set(KEL_API_OUTPUT ${PROJECT_BINARY_DIR}/docs/api)
+  set(KEL_API_PAGES "")
+  foreach(page zed frame config model fields controls forms output console)
+    string(APPEND KEL_API_PAGES " ${PROJECT_SOURCE_DIR}/docs/api/${page}.md")
+  endforeach()
+  set(KEL_API_EXCLUDE "")
+  foreach(header IN LISTS KEL_PRIVATE_HEADERS)
+    string(APPEND KEL_API_EXCLUDE " ${PROJECT_SOURCE_DIR}/${header}")
+  endforeach()
+  configure_file(${PROJECT_SOURCE_DIR}/docs/api/Doxyfile.in ${KEL_API_OUTPUT}/Doxyfile @ONLY)
+  add_custom_target(api-docs
+    COMMAND ${CMAKE_COMMAND} -E rm -f ${KEL_API_OUTPUT}/warnings.log
+    COMMAND Doxygen::doxygen ${KEL_API_OUTPUT}/Doxyfile
+    COMMAND ${CMAKE_COMMAND} -DLOG=${KEL_API_OUTPUT}/warnings.log -P ${PROJECT_SOURCE_DIR}/cmake/CheckApiWarnings.cmake
+    WORKING_DIRECTORY ${PROJECT_SOURCE_DIR}
+    COMMENT "API reference in ${KEL_API_OUTPUT}/html"
+    VERBATIM)
+endif()
+# Installed with the docs when it has been made.
+install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/api/html/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/api OPTIONAL COMPONENT runtime)

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string>
 
-// What the access library throws: a fault with a text for people.
+/// What the access library throws: a fault with a text for people.
 class ZED_EXPORT TException : public std::runtime_error {
 public:
     explicit TException(const std::string& text);
@@ -15,5 +15,5 @@ public:
 };
 
 class TTraceStream;
-// Trace lines show an exception by its text.
+/// Trace lines show an exception by its text.
 ZED_EXPORT TTraceStream& operator<<(TTraceStream& stream, const TException& exception);

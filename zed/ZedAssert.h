@@ -11,17 +11,17 @@
 
 #include <string>
 
-// Trace lines of the access library itself carry this module bit.
+/// Trace lines of the access library itself carry this module bit.
 inline constexpr unsigned int ZED_TRACE_MODULE = 0x10000;
 
-// Called with the place and the message of a failed assertion.
+/// Called with the place and the message of a failed assertion.
 using ZEDAssertHandler = void (*)(const char* file, int line, const std::string& message);
 
-// Installs a handler (null: the default) and returns the one it replaces.
+/// Installs a handler (null: the default) and returns the one it replaces.
 ZED_EXPORT ZEDAssertHandler ZEDSetAssertHandler(ZEDAssertHandler handler);
 ZED_EXPORT ZEDAssertHandler ZEDGetAssertHandler();
 
-// Traces and calls the handler; returns when the handler does.
+/// Traces and calls the handler; returns when the handler does.
 ZED_EXPORT void ZEDAssertFailed(const char* file, int line, const std::string& message);
 
 #define ZEDAssertM(condition, message)                              \
@@ -30,11 +30,11 @@ ZED_EXPORT void ZEDAssertFailed(const char* file, int line, const std::string& m
             ZEDAssertFailed(__FILE__, __LINE__, (message));         \
     } while (0)
 
-// Nothing can go on without the memory, whatever the handler: traces, calls
-// the handler, then throws TException.
+/// Nothing can go on without the memory, whatever the handler: traces, calls
+/// the handler, then throws TException.
 [[noreturn]] ZED_EXPORT void ZEDAllocationFailed(const char* file, int line);
 
-// For the rare allocation that can answer null (nothrow new, C allocators).
+/// For the rare allocation that can answer null (nothrow new, C allocators).
 template <typename T>
 T* ZEDAssertAllocation(T* pointer)
 {

@@ -6,8 +6,8 @@
 #include <cctype>
 #include <string_view>
 
-// Names of classes, attributes, directives and enumeration items compare
-// without regard to letter case.
+/// Names of classes, attributes, directives and enumeration items compare
+/// without regard to letter case.
 inline bool ZedSameIgnoringCase(std::string_view a, std::string_view b)
 {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {

@@ -10,27 +10,27 @@
 
 class KELTextReader;
 
-// One configuration file in memory: global sections, read from and written to
-// the file itself, and workspace sections, read from and written to a
-// workspace file the caller names. Values are kept as text.
-//
-// The flag of the getters and setters chooses the collection: 0 reads the
-// workspace sections first and writes to them; non-zero reads the global
-// sections first and writes to them. Getters answer 1 when found and 9 when
-// not (the out value then holds the default).
-//
-// Saving never leaves a half-written file (see KELFileWriter): the text goes
-// to a new file in the same directory, which then takes the old one's place
-// in one step, with the old one's permissions. A file without write
-// permission is not saved. When the last load had to drop malformed sections,
-// the next save first keeps the text that load read under the file's name +
-// ".bak".
-//
-// Names and values with a line end are refused by every setter (traced,
-// nothing stored): written out they would break the file's lines.
+/// One configuration file in memory: global sections, read from and written to
+/// the file itself, and workspace sections, read from and written to a
+/// workspace file the caller names. Values are kept as text.
+///
+/// The flag of the getters and setters chooses the collection: 0 reads the
+/// workspace sections first and writes to them; non-zero reads the global
+/// sections first and writes to them. Getters answer 1 when found and 9 when
+/// not (the out value then holds the default).
+///
+/// Saving never leaves a half-written file (see KELFileWriter): the text goes
+/// to a new file in the same directory, which then takes the old one's place
+/// in one step, with the old one's permissions. A file without write
+/// permission is not saved. When the last load had to drop malformed sections,
+/// the next save first keeps the text that load read under the file's name +
+/// ".bak".
+///
+/// Names and values with a line end are refused by every setter (traced,
+/// nothing stored): written out they would break the file's lines.
 class KEL_EXPORT IConfiguration {
 public:
-    // Published for callers that compose workspace-qualified names.
+    /// Published for callers that compose workspace-qualified names.
     static constexpr const char* WS_SEPARATOR = ".";
 
     explicit IConfiguration(std::string fileName = "");
@@ -42,18 +42,18 @@ public:
     const std::string& GetFilename() const { return m_fileName; }
     void SetFilename(std::string fileName) { m_fileName = std::move(fileName); }
 
-    // 0 when the file cannot be opened (nothing changes), else 1.
+    /// 0 when the file cannot be opened (nothing changes), else 1.
     int Load();
-    // Loads the global sections from a text already read, as Load does from the file.
+    /// Loads the global sections from a text already read, as Load does from the file.
     int Load(KELTextReader& file);
-    // 0 when the file cannot be written (the old file stays), else 1.
+    /// 0 when the file cannot be written (the old file stays), else 1.
     int Save();
     int LoadWorkspace(const std::string& fileName);
     int SaveWorkspace(const std::string& fileName);
     void ResetWorkspace() { m_workspace.Clear(); }
     void Reset();
     void Reset(KELSectionMap& sections) { sections.Clear(); }
-    // 1 when there is no global section.
+    /// 1 when there is no global section.
     int IsEmpty() const { return m_global.Empty() ? 1 : 0; }
     KELSectionMap& GetGlobalSections() { return m_global; }
     KELSectionMap& GetWorkspaceSections() { return m_workspace; }
@@ -66,28 +66,28 @@ public:
     int GetShort(std::string_view section, std::string_view key, short& out, int flag, short fallback = 0) const;
     int GetBool(std::string_view section, std::string_view key, bool& out, int flag, bool fallback = false) const;
     int GetDouble(std::string_view section, std::string_view key, double& out, int flag, double fallback = 0) const;
-    // The stored text, or null: the lookup itself, without copying.
+    /// The stored text, or null: the lookup itself, without copying.
     const std::string* FindValue(std::string_view section, std::string_view key, int flag) const;
 
     void SetString(std::string_view section, std::string_view key, std::string_view value, int flag);
-    // Written "%u": a negative number is stored as its unsigned 32-bit form.
+    /// Written "%u": a negative number is stored as its unsigned 32-bit form.
     void SetInt(std::string_view section, std::string_view key, int value, int flag);
     void SetShort(std::string_view section, std::string_view key, short value, int flag);
     void SetDouble(std::string_view section, std::string_view key, double value, int flag);
-    // Written as the resource texts 4026 (true) and 4027 (false).
+    /// Written as the resource texts 4026 (true) and 4027 (false).
     void SetBool(std::string_view section, std::string_view key, bool value, int flag);
 
     int AddSection(KELSectionMap& sections, std::string_view name);
-    // Always the global sections; the second text is not used.
+    /// Always the global sections; the second text is not used.
     int AddSection(std::string_view name, std::string_view unused);
     int RemoveSection(KELSectionMap& sections, std::string_view name);
     int RemoveSection(std::string_view name, std::string_view unused);
 
     void DumpDebug(std::ostream& out) const;
-    // The text Save writes: the header for the file name, then the global sections.
+    /// The text Save writes: the header for the file name, then the global sections.
     void SaveToText(std::string& out) const;
 
-    // Whether the last load dropped a malformed section (and so the next save keeps a ".bak").
+    /// Whether the last load dropped a malformed section (and so the next save keeps a ".bak").
     bool DroppedSectionsOnLoad() const { return m_droppedOnLoad; }
 
 protected:
@@ -98,7 +98,7 @@ protected:
     int UpdateSections(int, const std::string&) { return 1; }
 
 private:
-    // Reads every section into the collection; true when some had to be dropped.
+    /// Reads every section into the collection; true when some had to be dropped.
     bool LoadInto(const std::string& fileName, KELTextReader& file, KELSectionMap& sections);
     int SaveFrom(const std::string& fileName, const KELSectionMap& sections);
     static void FormatFile(const std::string& fileName, const KELSectionMap& sections, std::string& text);

@@ -9,9 +9,9 @@
 
 class KELTextReader;
 
-// One entry of a configuration section, written "    name = value". Name and
-// value are read trimmed, so blanks at either end of a value do not survive a
-// save and load; a value may hold "=" but never a line feed.
+/// One entry of a configuration section, written "    name = value". Name and
+/// value are read trimmed, so blanks at either end of a value do not survive a
+/// save and load; a value may hold "=" but never a line feed.
 class KEL_EXPORT ICustomField {
 public:
     ICustomField() = default;
@@ -21,16 +21,16 @@ public:
     const std::string& GetValue() const { return m_value; }
     void SetValue(std::string value) { m_value = std::move(value); }
 
-    // Reads the next field line: 1 field read, 3 a line without "=" (dropped),
-    // 6 a "[" line reached (the reader is set back to its start), 8 end of file.
-    // Blank and comment lines are passed over.
+    /// Reads the next field line: 1 field read, 3 a line without "=" (dropped),
+    /// 6 a "[" line reached (the reader is set back to its start), 8 end of file.
+    /// Blank and comment lines are passed over.
     int Load(KELTextReader& file);
-    // Appends the field's line to the text being written.
+    /// Appends the field's line to the text being written.
     void Save(std::string& out) const;
 
-    // The name part of a field line: 1, or 3 and an empty name without "=".
+    /// The name part of a field line: 1, or 3 and an empty name without "=".
     static int GetFieldName(std::string_view line, std::string& name);
-    // The value part of a field line; empty without "=".
+    /// The value part of a field line; empty without "=".
     static void GetFieldValue(std::string_view line, std::string& value);
 
     std::unique_ptr<ICustomField> Clone() const;

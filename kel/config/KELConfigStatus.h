@@ -1,6 +1,6 @@
 #pragma once
 
-// Statuses of the configuration readers.
+/// Statuses of the configuration readers.
 inline constexpr int KEL_CFG_SUCCESS = 1;
 inline constexpr int KEL_CFG_NO_EQUALS = 3;      // a line in a section without "="; skipped
 inline constexpr int KEL_CFG_INVALID_END = 4;    // the line after the fields is no valid end line

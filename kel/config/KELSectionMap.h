@@ -9,9 +9,9 @@
 
 class ISection;
 
-// The sections of one collection of a configuration file, owned, found by
-// name (case-sensitively) in constant time, and kept in the order they were
-// first added, so that a saved file keeps its layout from save to save.
+/// The sections of one collection of a configuration file, owned, found by
+/// name (case-sensitively) in constant time, and kept in the order they were
+/// first added, so that a saved file keeps its layout from save to save.
 class KEL_EXPORT KELSectionMap {
 public:
     KELSectionMap();
@@ -22,10 +22,10 @@ public:
     ~KELSectionMap();
 
     ISection* Find(std::string_view name) const;
-    // Stores the section under its name; one already there is replaced in its
-    // place and destroyed.
+    /// Stores the section under its name; one already there is replaced in its
+    /// place and destroyed.
     ISection& Put(std::unique_ptr<ISection> section);
-    // False when no section has the name.
+    /// False when no section has the name.
     bool Remove(std::string_view name);
     void Clear();
 

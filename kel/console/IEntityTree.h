@@ -10,14 +10,14 @@
 
 class TDictionary;
 
-// The network as a tree: classes and their instances, filled as the operator
-// opens nodes (the instances of a class are asked for with a wildcard Show
-// when its node opens, never before). An instance's menu offers its
-// attributes and each directive of its class; double-clicking an instance
-// opens its attributes.
+/// The network as a tree: classes and their instances, filled as the operator
+/// opens nodes (the instances of a class are asked for with a wildcard Show
+/// when its node opens, never before). An instance's menu offers its
+/// attributes and each directive of its class; double-clicking an instance
+/// opens its attributes.
 class KEL_EXPORT IEntityTree : public QTreeWidget {
 public:
-    // What an item stands for.
+    /// What an item stands for.
     enum ItemKind { ClassItem = QTreeWidgetItem::UserType + 1, InstanceItem, PendingItem };
     static constexpr int kEntityRole = Qt::UserRole;  // an instance's entity text
     static constexpr int kClassRole = Qt::UserRole + 1;  // a class's code
@@ -25,20 +25,20 @@ public:
     explicit IEntityTree(const TDictionary& dictionary, QWidget* parent = nullptr);
     ~IEntityTree() override;
 
-    // The host's answers to the operator's choices.
+    /// The host's answers to the operator's choices.
     void OnDirective(std::function<void(const TEntitySpec&, const std::string&)> handler)
     {
         m_onDirective = std::move(handler);
     }
     void OnAttributes(std::function<void(const TEntitySpec&)> handler) { m_onAttributes = std::move(handler); }
 
-    // Asks for the instances under a class node now (what opening it does).
+    /// Asks for the instances under a class node now (what opening it does).
     void Fill(QTreeWidgetItem* classItem);
-    // The entity of the selected instance, if one is selected.
+    /// The entity of the selected instance, if one is selected.
     bool GetSelectedEntity(TEntitySpec& entity) const;
-    // The item of an entity already in the tree, or null.
+    /// The item of an entity already in the tree, or null.
     QTreeWidgetItem* FindEntity(const std::string& entity) const;
-    // How many Show calls the tree has made: none until a node opens.
+    /// How many Show calls the tree has made: none until a node opens.
     int GetShowCount() const { return m_shows; }
 
 protected:

@@ -9,30 +9,30 @@
 
 class IListViewOutput;
 
-// One tab of the console: a list of time-stamped messages, each with the
-// icon of its severity. The list keeps at most 10,000 messages: when full,
-// the oldest 2,000 go at once.
+/// One tab of the console: a list of time-stamped messages, each with the
+/// icon of its severity. The list keeps at most 10,000 messages: when full,
+/// the oldest 2,000 go at once.
 class KEL_EXPORT IOutputWnd : public QWidget {
 public:
     static constexpr int kTimeWidth = 125;
     static constexpr int kMessageWidth = 500;
     static constexpr int kMaxItems = 10000;
     static constexpr int kTrimCount = 2000;
-    // What a message cell keeps: more than any column can show.
+    /// What a message cell keeps: more than any column can show.
     static constexpr int kMaxShown = 10000;
-    // Where an item keeps its message's severity (column 0).
+    /// Where an item keeps its message's severity (column 0).
     static constexpr int kSeverityRole = Qt::UserRole + 1;
 
     IOutputWnd();
     ~IOutputWnd() override;
 
-    // Makes the list (control id 33310 + index), its icons and columns, as a
-    // child of parent. Without its three icons the list has neither images
-    // nor columns (it still exists).
+    /// Makes the list (control id 33310 + index), its icons and columns, as a
+    /// child of parent. Without its three icons the list has neither images
+    /// nor columns (it still exists).
     bool Create(QWidget* parent);
-    // 1 when the message was added or there is no list yet; 0 when it could not be.
+    /// 1 when the message was added or there is no list yet; 0 when it could not be.
     int SetMessage(KEL_T_Severity severity, const char* text);
-    // Deletes every message; true when done.
+    /// Deletes every message; true when done.
     bool Clear();
 
     const std::string& GetTitle() const { return m_title; }

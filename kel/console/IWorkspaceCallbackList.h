@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-// Functions a workspace manager runs at one moment, in the order they were
-// added; a function added twice runs twice. Remove takes the first equal one.
+/// Functions a workspace manager runs at one moment, in the order they were
+/// added; a function added twice runs twice. Remove takes the first equal one.
 template <class... Arguments>
 class KELCallbackList {
 public:
@@ -34,7 +34,7 @@ private:
     std::vector<Function> m_functions;
 };
 
-// Run without arguments: saving, after opening, closing.
+/// Run without arguments: saving, after opening, closing.
 using IWorkspaceCallbackList = KELCallbackList<>;
-// Run with the workspace's name before it opens.
+/// Run with the workspace's name before it opens.
 using IWorkspaceOpenCallbackList = KELCallbackList<std::string>;

@@ -6,11 +6,11 @@
 
 #include <string>
 
-// The host's workspace manager: opening, saving and closing a workspace also
-// loads or saves the workspace settings of every configuration context, runs
-// the host's callbacks around it, and gives each unsaved document a file
-// beside the workspace. The host makes one and hands it to the application
-// object (SetWorkspaceManager).
+/// The host's workspace manager: opening, saving and closing a workspace also
+/// loads or saves the workspace settings of every configuration context, runs
+/// the host's callbacks around it, and gives each unsaved document a file
+/// beside the workspace. The host makes one and hands it to the application
+/// object (SetWorkspaceManager).
 class KEL_EXPORT IWorkspaceManager : public KELWorkspaceStore, public KELWorkspaceQuery {
 public:
     explicit IWorkspaceManager(QMainWindow* frame);
@@ -29,33 +29,33 @@ public:
     IWorkspaceCallbackList& GetPostOpenCallback() { return m_postOpen; }
     IWorkspaceCallbackList& GetCloseCallback() { return m_close; }
 
-    // False (after prompt 4042) when the file cannot be used; the open
-    // workspace is then left as it was.
+    /// False (after prompt 4042) when the file cannot be used; the open
+    /// workspace is then left as it was.
     bool OpenWorkspace(const std::string& name, bool flag = true);
-    // Saves under the open workspace's name; asks for one when none is open.
+    /// Saves under the open workspace's name; asks for one when none is open.
     bool OnWorkspaceSave();
     bool OnWorkspaceSaveAs();
-    // Saves under that name (what Save As does once a name is chosen).
+    /// Saves under that name (what Save As does once a name is chosen).
     bool SaveWorkspace(const std::string& name);
     void OnWorkspaceClose();
     void CloseWorkspace() { OnWorkspaceClose(); }
     void OnWorkspaceNew() {}
     void OnWorkspaceDelete() {}
 
-    // Asks the operator for a workspace file; 1 and the name when one was chosen.
+    /// Asks the operator for a workspace file; 1 and the name when one was chosen.
     virtual int PromptWorkspaceNameFile(std::string& name, bool forSaving);
 
     bool GetOpenWorkspaceName(std::string& name) const override;
 
-    // The seven characters a file name cannot hold, as tokens "#@2#"...
-    // "#@9#" (1 and 5 are not used), and back.
+    /// The seven characters a file name cannot hold, as tokens "#@2#"...
+    /// "#@9#" (1 and 5 are not used), and back.
     static void EncodeDocPath(std::string& path);
     static void DecodeDocPath(std::string& path);
 
 protected:
     void OnWorkspace(const std::string& name) override;
-    // Gives a document without a file one beside the workspace:
-    // "<title>.kdoc", else "<title>.kdoc.<n>" for the first n free.
+    /// Gives a document without a file one beside the workspace:
+    /// "<title>.kdoc", else "<title>.kdoc.<n>" for the first n free.
     int OnSaveDoc(QMainWindow* frame, KELWorkspaceDocument& document) override;
 
 private:

@@ -7,8 +7,8 @@
 class IPresentationForm;
 class KELFormLineLayout;
 
-// The window of a form in which its lines stand, one under the other: label,
-// then the field in a column after the widest label, then the units.
+/// The window of a form in which its lines stand, one under the other: label,
+/// then the field in a column after the widest label, then the units.
 class KEL_EXPORT IControlContainer : public IContainer, public IPresentationContainer {
 public:
     static constexpr int kIndentStep = 20;
@@ -25,7 +25,7 @@ public:
 
     IPresentationForm* GetForm() const { return m_pForm; }
     void PlaceElements() override;
-    // Lays the lines out again and takes the size they need.
+    /// Lays the lines out again and takes the size they need.
     void SizeHasChanged() override;
     void ComputeSize(QSize& size);
     unsigned int GetLabelMaxWidth() const { return m_labelMaxWidth; }
@@ -36,7 +36,7 @@ protected:
     void ComputeUnitSize();
 
 private:
-    // Walks the lines with the layout's rules; place moves each one.
+    /// Walks the lines with the layout's rules; place moves each one.
     QSize Layout(bool place);
     template <class Visit>
     void ForEachLine(Visit visit) const;

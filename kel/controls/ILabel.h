@@ -13,8 +13,8 @@
 class IElementInfo;
 class KELConfigContext;
 
-// The control of a label: its text in the application's bold font on the
-// window's background, flat, or in a pressed frame with the text 2 pixels in.
+/// The control of a label: its text in the application's bold font on the
+/// window's background, flat, or in a pressed frame with the text 2 pixels in.
 class KEL_EXPORT IExtendedStatic : public QLabel {
 public:
     explicit IExtendedStatic(QWidget* parent = nullptr);
@@ -32,9 +32,9 @@ private:
     QColor m_color;
 };
 
-// The label of a form line: the element's presentation name ("*" in front
-// when required), or the name the user gave it under the key CompleteID +
-// ".PName", followed by string 4018.
+/// The label of a form line: the element's presentation name ("*" in front
+/// when required), or the name the user gave it under the key CompleteID +
+/// ".PName", followed by string 4018.
 class KEL_EXPORT ILabel {
 public:
     static constexpr int kTextDepth = 2;  // how far a pressed label's text moves in
@@ -44,7 +44,7 @@ public:
     ILabel& operator=(const ILabel&) = delete;
     ~ILabel();
 
-    // Makes the control with the counter's id (advanced); throws ICreationFailedException when it cannot.
+    /// Makes the control with the counter's id (advanced); throws ICreationFailedException when it cannot.
     void Create(unsigned int& counter);
     QSize GetSize() const { return m_size; }
     QPoint GetCoordinates() const { return m_coordinates; }

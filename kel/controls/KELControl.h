@@ -7,8 +7,8 @@
 class IField;
 class QWidget;
 
-// A window control that edits a field: any Qt widget with the field's popup
-// menu (right click, Menu key, Shift+F10) in place of its own.
+/// A window control that edits a field: any Qt widget with the field's popup
+/// menu (right click, Menu key, Shift+F10) in place of its own.
 template <class Widget>
 class KELControl : public Widget, public IControlBase {
 public:

@@ -5,15 +5,15 @@
 class QDateTimeEdit;
 class QString;
 
-// An absolute time that may be changed: a date-time control showing
-// "MM/dd/yyy HH:mm:ss" in UTC, as the access library keeps times. A field
-// without a value shows nothing (or the not-returned text); one left to the
-// server's default shows string 4044 and reads back as the default's text, so
-// that its value goes marked default.
+/// An absolute time that may be changed: a date-time control showing
+/// "MM/dd/yyy HH:mm:ss" in UTC, as the access library keeps times. A field
+/// without a value shows nothing (or the not-returned text); one left to the
+/// server's default shows string 4044 and reads back as the default's text, so
+/// that its value goes marked default.
 class KEL_EXPORT IFieldDateTime : public KELTextField {
 public:
-    // The format as operators know it, where "yyy" is the full year; Qt
-    // spells that "yyyy" (its "yyy" would show two digits and a letter y).
+    /// The format as operators know it, where "yyy" is the full year; Qt
+    /// spells that "yyyy" (its "yyy" would show two digits and a letter y).
     static constexpr const char* kDisplayFormat = "MM/dd/yyy HH:mm:ss";
     static QString QtDisplayFormat(const char* format);
 
@@ -21,7 +21,7 @@ public:
     ~IFieldDateTime() override;
 
     void Create(unsigned int& id, IElementInfo& info) override;
-    // The time in the access library's text form; empty without a value.
+    /// The time in the access library's text form; empty without a value.
     void GetValue(std::string& text) const override;
     void SetToNotReturned() override;
     void SetValue(const std::string& text) override;
@@ -41,6 +41,6 @@ private:
 
     QDateTimeEdit* m_pEdit = nullptr;  // the window; a child of the container
     bool m_hasValue = false;
-    // Left to the server: shown as such, and read back as the default's text.
+    /// Left to the server: shown as such, and read back as the default's text.
     bool m_serverDefault = false;
 };

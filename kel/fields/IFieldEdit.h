@@ -4,9 +4,9 @@
 
 class QLineEdit;
 
-// The field of every element edited as one line of text: names, entity
-// specifications and classes, attribute identifiers, octet strings and
-// read-only times. Values it cannot convert it shows but does not return.
+/// The field of every element edited as one line of text: names, entity
+/// specifications and classes, attribute identifiers, octet strings and
+/// read-only times. Values it cannot convert it shows but does not return.
 class KEL_EXPORT IFieldEdit : public KELTextField {
 public:
     static constexpr int kWidth = 350;
@@ -22,7 +22,7 @@ public:
     void GetPartialRequest(std::string& request) override;
     std::unique_ptr<TValue> GetTValue(bool always) override;
 
-    // The kind's value of a text by data type, or null where the kind gives none.
+    /// The kind's value of a text by data type, or null where the kind gives none.
     static std::unique_ptr<TValue> ValueOfText(unsigned int dt, const std::string& text);
 
 protected:

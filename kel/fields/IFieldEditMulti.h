@@ -4,11 +4,11 @@
 
 class QPlainTextEdit;
 
-// The field of a text (data type 3): several lines, growing with its text by
-// a step of lines up to a largest number (settings "MultiEdit IncLine" and
-// "MultiEdit MaxLine" of "Presentation Form"), then scrolling. Its saved
-// contents keep line ends as "\n" (and a backslash as "\\"): a setting
-// holds one line.
+/// The field of a text (data type 3): several lines, growing with its text by
+/// a step of lines up to a largest number (settings "MultiEdit IncLine" and
+/// "MultiEdit MaxLine" of "Presentation Form"), then scrolling. Its saved
+/// contents keep line ends as "\n" (and a backslash as "\\"): a setting
+/// holds one line.
 class KEL_EXPORT IFieldEditMulti : public KELTextField {
 public:
     static constexpr int kWidth = 350;
@@ -24,13 +24,13 @@ public:
     void SetValue(const std::string& text) override;
     void SetValue(const TValue& value) override;
     void GetPartialRequest(std::string& request) override;
-    // True when the text differs from the one last put in by a value or a setting.
+    /// True when the text differs from the one last put in by a value or a setting.
     bool ValueChanged() const override;
     std::unique_ptr<TValue> GetTValue(bool always) override;
 
     int GetMaxLines() const { return m_maxLines; }
     int GetLineStep() const { return m_lineStep; }
-    // How many lines the control shows now.
+    /// How many lines the control shows now.
     int GetVisibleLines() const { return m_visibleLines; }
 
 protected:
@@ -40,8 +40,8 @@ protected:
     std::string FromSetting(const std::string& text) const override;
 
 private:
-    // Grows or shrinks the control to its text, by steps, within the largest
-    // number of lines; a change of size is passed up to the container.
+    /// Grows or shrinks the control to its text, by steps, within the largest
+    /// number of lines; a change of size is passed up to the container.
     void FitToText();
 
     QPlainTextEdit* m_pEdit = nullptr;  // the window; a child of the container

@@ -4,8 +4,8 @@
 
 class QPushButton;
 
-// An element for which an application is registered: a button that starts
-// the first such application for the form's entity, directive and element.
+/// An element for which an application is registered: a button that starts
+/// the first such application for the form's entity, directive and element.
 class KEL_EXPORT IFieldLaunch : public KELFieldWithoutValue {
 public:
     IFieldLaunch(IElementInfo& info, IContainer* container, std::string application);
@@ -13,7 +13,7 @@ public:
 
     void Create(unsigned int& id, IElementInfo& info) override;
     const std::string& GetApplication() const { return m_application; }
-    // Starts the application; false (traced) when it could not be started.
+    /// Starts the application; false (traced) when it could not be started.
     bool Launch();
 
 protected:

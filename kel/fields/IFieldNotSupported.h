@@ -7,10 +7,10 @@
 
 class QLineEdit;
 
-// The field of an element whose type has no field of its own: a read-only
-// line that shows a value's text form. A value it was given goes back
-// unchanged (a reply echoed, an attribute list passed on), so nothing that
-// cannot be edited is lost; a text or a reset leaves it with none.
+/// The field of an element whose type has no field of its own: a read-only
+/// line that shows a value's text form. A value it was given goes back
+/// unchanged (a reply echoed, an attribute list passed on), so nothing that
+/// cannot be edited is lost; a text or a reset leaves it with none.
 class KEL_EXPORT IFieldNotSupported : public KELFieldWithoutValue {
 public:
     static constexpr int kWidth = 350;

@@ -11,6 +11,8 @@
 #include <cstdlib>
 #include <sstream>
 
+/// What the numeric field kinds share: the text is read as Parsed, rewritten in
+/// its canonical form (16-bit kinds masked), and given as a Value.
 template <class Parsed, class Value, bool Floating, bool Mask16>
 class IFieldNumeric : public IFieldEditNum {
 public:
@@ -47,27 +49,35 @@ protected:
     std::unique_ptr<TValue> MakeEmpty() const override { return std::make_unique<Value>(); }
 };
 
+/// Field of data type 30 (Integer16).
 class KEL_EXPORT IFieldInteger16 final : public IFieldNumeric<std::int16_t, TInteger16, false, false> {
     using IFieldNumeric::IFieldNumeric;
 };
+/// Field of data type 31 (Integer32).
 class KEL_EXPORT IFieldInteger32 final : public IFieldNumeric<std::int32_t, TInteger32, false, false> {
     using IFieldNumeric::IFieldNumeric;
 };
+/// Field of data type 34 (Unsigned16).
 class KEL_EXPORT IFieldUnsigned16 final : public IFieldNumeric<std::uint16_t, TUnsigned16, false, true> {
     using IFieldNumeric::IFieldNumeric;
 };
+/// Field of data type 35 (Unsigned32).
 class KEL_EXPORT IFieldUnsigned32 final : public IFieldNumeric<std::uint32_t, TUnsigned32, false, false> {
     using IFieldNumeric::IFieldNumeric;
 };
+/// Field of data type 37 (Counter16).
 class KEL_EXPORT IFieldCounter16 final : public IFieldNumeric<std::uint16_t, TCounter16, false, true> {
     using IFieldNumeric::IFieldNumeric;
 };
+/// Field of data type 38 (Counter32).
 class KEL_EXPORT IFieldCounter32 final : public IFieldNumeric<std::uint32_t, TCounter32, false, false> {
     using IFieldNumeric::IFieldNumeric;
 };
+/// Field of data type 63 (Float).
 class KEL_EXPORT IFieldFloat final : public IFieldNumeric<float, TFloat, true, false> {
     using IFieldNumeric::IFieldNumeric;
 };
+/// Field of data type 72 (Real).
 class KEL_EXPORT IFieldReal final : public IFieldNumeric<double, TReal, true, false> {
     using IFieldNumeric::IFieldNumeric;
 };

@@ -8,16 +8,16 @@
 class IFieldContainer;
 class ILabel;
 
-// A record: a field container holding one member (a label and the field of
-// the member's type) per member of the record type, in the type's order. A
-// member of record type is a record field again, so records nest to any depth.
+/// A record: a field container holding one member (a label and the field of
+/// the member's type) per member of the record type, in the type's order. A
+/// member of record type is a record field again, so records nest to any depth.
 class KEL_EXPORT IFieldRecord : public KELCompositeField {
 public:
     IFieldRecord(IElementInfo& info, IContainer* container);
     ~IFieldRecord() override;
 
     void Create(unsigned int& id, IElementInfo& info) override;
-    // ")" whatever the members hold, as designed.
+    /// ")" whatever the members hold, as designed.
     void GetValue(std::string& text) const override;
     void SetToNotReturned() override;
     void SetValue(const TValue& value) override;
@@ -43,7 +43,7 @@ private:
     unsigned int* m_pCounter = nullptr;  // the form's counter, during Create only
 };
 
-// One member of a record: its label, then 18 pixels further its field.
+/// One member of a record: its label, then 18 pixels further its field.
 class KEL_EXPORT IFieldRecordMember : public IField {
 public:
     static constexpr int kLabelGap = 18;

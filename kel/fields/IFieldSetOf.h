@@ -12,11 +12,11 @@ class IFieldContainer;
 class IFieldSetOf;
 class QToolButton;
 
-// The strip of remove buttons beside a set's elements: one 15 by 15 button
-// from a pixel below each element's top. A press and a release on the same
-// button remove its element; a press released elsewhere removes nothing.
-// From the keyboard: Tab reaches the strip, Up and Down choose an element,
-// Delete or Space removes it.
+/// The strip of remove buttons beside a set's elements: one 15 by 15 button
+/// from a pixel below each element's top. A press and a release on the same
+/// button remove its element; a press released elsewhere removes nothing.
+/// From the keyboard: Tab reaches the strip, Up and Down choose an element,
+/// Delete or Space removes it.
 class KEL_EXPORT IFieldSetOfButtonMap : public QWidget {
 public:
     static constexpr int kButton = 15;
@@ -24,7 +24,7 @@ public:
     IFieldSetOfButtonMap(IFieldSetOf& set, IFieldContainer& elements, QWidget* parent);
     ~IFieldSetOfButtonMap() override;
 
-    // The button of the element at that place in the container, in strip coordinates.
+    /// The button of the element at that place in the container, in strip coordinates.
     QRect ButtonOf(IField& element) const;
     int GetChosen() const { return m_chosen; }
 
@@ -44,10 +44,10 @@ private:
     int m_chosen = 0;  // the element chosen from the keyboard, by index
 };
 
-// A set or sequence: a field container with one field per element (all of
-// the element type), the strip of remove buttons on its left and the add
-// button below. Element ids are never reused. A reply's value grows or
-// shrinks the set to its size.
+/// A set or sequence: a field container with one field per element (all of
+/// the element type), the strip of remove buttons on its left and the add
+/// button below. Element ids are never reused. A reply's value grows or
+/// shrinks the set to its size.
 class KEL_EXPORT IFieldSetOf : public KELElementsField {
 public:
     static constexpr int kStripGap = 3;
@@ -66,7 +66,7 @@ public:
     QSize Resize(const QSize& size) override;
     std::unique_ptr<TValue> GetTValue(bool partial) override;
 
-    // The add button: a new element, unless the set is read-only.
+    /// The add button: a new element, unless the set is read-only.
     void OnClicked();
     IField* CreateNewField() override;
     const TDictTypeConstructorOf* GetDictType() const { return m_pElementType.get(); }

@@ -6,9 +6,9 @@ class QButtonGroup;
 class QLineEdit;
 class QRadioButton;
 
-// A boolean: a pair of radio buttons (strings 4026 and 4027), or, for a
-// read-only element, the text of its value. A text over the buttons shows
-// what they cannot: not returned, or the server's default.
+/// A boolean: a pair of radio buttons (strings 4026 and 4027), or, for a
+/// read-only element, the text of its value. A text over the buttons shows
+/// what they cannot: not returned, or the server's default.
 class KEL_EXPORT IFieldToggle : public IField {
 public:
     IFieldToggle(IElementInfo& info, IContainer* container);
@@ -24,7 +24,7 @@ public:
     void SaveContents(const std::string& key) const override;
     bool ValueChanged() const override;
     void Dump() override;
-    // A button was clicked: the text over the buttons goes.
+    /// A button was clicked: the text over the buttons goes.
     void ControlCallback(int code, void* data) override;
     bool SetToNullValue() override;
     bool SetToServerDefault() override;

@@ -4,7 +4,7 @@
 
 class QLabel;
 
-// The units of an element, shown right after its field.
+/// The units of an element, shown right after its field.
 class KEL_EXPORT IFieldUnit : public KELFieldWithoutValue {
 public:
     IFieldUnit(IElementInfo& info, IContainer* container);

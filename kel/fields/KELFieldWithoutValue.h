@@ -2,9 +2,9 @@
 
 #include "kel/fields/IField.h"
 
-// The value operations of a field that gives no value (a placeholder, a
-// units text, a launch button): it takes what it is given for display only,
-// contributes nothing to a request and keeps nothing in the configuration.
+/// The value operations of a field that gives no value (a placeholder, a
+/// units text, a launch button): it takes what it is given for display only,
+/// contributes nothing to a request and keeps nothing in the configuration.
 class KEL_EXPORT KELFieldWithoutValue : public IField {
 public:
     KELFieldWithoutValue(IElementInfo& info, IContainer* container);
@@ -23,9 +23,9 @@ public:
     std::unique_ptr<TValue> GetTValue(bool always) override;
 
 protected:
-    // What the kind shows; the base keeps it for GetValue and Dump.
+    /// What the kind shows; the base keeps it for GetValue and Dump.
     virtual void Show(const QString& text);
-    // "KEL : <kind> Value : "
+    /// "KEL : <kind> Value : "
     virtual const char* DumpPrefix() const = 0;
 
 private:

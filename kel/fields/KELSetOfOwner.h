@@ -2,8 +2,8 @@
 
 #include "kel/KELExport.h"
 
-// What an element of a set asks of the set-of field that holds it: a new
-// element, or to lose one. The set-of field implements it.
+/// What an element of a set asks of the set-of field that holds it: a new
+/// element, or to lose one. The set-of field implements it.
 class KEL_EXPORT KELSetOfOwner {
 public:
     virtual ~KELSetOfOwner();

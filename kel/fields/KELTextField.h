@@ -2,10 +2,10 @@
 
 #include "kel/fields/IField.h"
 
-// What the kinds whose value is one text share: their saved contents are that
-// text (under the form's key and the field's complete id), their trace line
-// is "KEL : <kind> Value : <text>", and a change is a text other than the one
-// last put in.
+/// What the kinds whose value is one text share: their saved contents are that
+/// text (under the form's key and the field's complete id), their trace line
+/// is "KEL : <kind> Value : <text>", and a change is a text other than the one
+/// last put in.
 class KEL_EXPORT KELTextField : public IField {
 public:
     KELTextField(IElementInfo& info, IContainer* container);
@@ -14,22 +14,22 @@ public:
     void FillWithConfig(const std::string& key) override;
     void SaveContents(const std::string& key) const override;
     void Dump() override;
-    // An empty text.
+    /// An empty text.
     bool SetToNullValue() override;
-    // The default's text, which GetTValue then reads back marked default.
+    /// The default's text, which GetTValue then reads back marked default.
     bool SetToServerDefault() override;
 
 protected:
     std::string CurrentText() const;
-    // The text a value put in showed: what a change is measured against.
+    /// The text a value put in showed: what a change is measured against.
     void RememberPutIn(const std::string& text) { m_putIn = text; }
     bool TextChangedSincePutIn() const;
 
-    // "IFieldEdit": names the kind in the message of a missing user file.
+    /// "IFieldEdit": names the kind in the message of a missing user file.
     virtual const char* KindName() const = 0;
-    // "Edit": names the kind in its trace line.
+    /// "Edit": names the kind in its trace line.
     virtual const char* DumpName() const = 0;
-    // How the text is kept in a setting, which holds one line.
+    /// How the text is kept in a setting, which holds one line.
     virtual std::string ToSetting(const std::string& text) const { return text; }
     virtual std::string FromSetting(const std::string& text) const { return text; }
 

@@ -15,37 +15,37 @@ class IFieldUnit;
 class ILabel;
 class TValue;
 
-// One line of a form: the label, the field of the element and its units. It
-// forwards the form's operations to the field and turns the field's contents
-// into an argument of the directive's request. Its key is its position.
+/// One line of a form: the label, the field of the element and its units. It
+/// forwards the form's operations to the field and turns the field's contents
+/// into an argument of the directive's request. Its key is its position.
 class KEL_EXPORT IFormLine : public IPresentationElement, public KELValueElement, public KELFormLineLayout {
 public:
-    // Makes label, field and units on the container, their controls taking
-    // ids from the counter. A part that cannot be made throws
-    // ICreationFailedException, after what was made is gone again.
+    /// Makes label, field and units on the container, their controls taking
+    /// ids from the counter. A part that cannot be made throws
+    /// ICreationFailedException, after what was made is gone again.
     IFormLine(IElementInfo& info, IContainer* container, unsigned int& counter);
     IFormLine(const IFormLine&) = delete;
     IFormLine& operator=(const IFormLine&) = delete;
     ~IFormLine() override;
 
     void SetToNotReturned() override;
-    // "Name = value" for a line with a value; out stays as it was otherwise.
+    /// "Name = value" for a line with a value; out stays as it was otherwise.
     virtual void GetPartialRequest(std::string& out);
     virtual void FillWithConfig(const std::string& section);
     virtual void SaveContents(const std::string& section) const;
     void SetValue(const TValue& value) override;
-    // Whether the field's text differs from the one it showed when first asked.
+    /// Whether the field's text differs from the one it showed when first asked.
     virtual bool ValueChanged();
-    // What the field shows now becomes what ValueChanged compares with (a
-    // line refreshed from a reply has not been changed by the operator).
+    /// What the field shows now becomes what ValueChanged compares with (a
+    /// line refreshed from a reply has not been changed by the operator).
     void RememberValue();
     void Dump() override;
-    // Adds the line's argument; false (after telling the operator) only when
-    // a required argument has no value, so the call must not be sent.
+    /// Adds the line's argument; false (after telling the operator) only when
+    /// a required argument has no value, so the call must not be sent.
     bool FillRequest(TRequest& request) override;
     virtual void SetVisibility(int visibility) { m_visibility = visibility; }
     virtual int GetVisibility() const { return m_visibility; }
-    // The position is also the line's key in its form.
+    /// The position is also the line's key in its form.
     virtual void SetPosition(unsigned int position);
     virtual unsigned int GetPosition() const { return m_position; }
 
@@ -55,10 +55,10 @@ public:
     void ShowLine();
     void HideLine();
     int IsHidden() const { return m_hidden; }
-    // The idle pass: the label shows whether the line changed.
+    /// The idle pass: the label shows whether the line changed.
     int OnIdleUpdateCmdUI(unsigned long wParam, long lParam);
 
-    // What the control container lays out.
+    /// What the control container lays out.
     QWidget* GetLabelWindow() const override;
     IField* GetLineField() const override { return m_pField.get(); }
     IField* GetUnitField() const override;

@@ -3,8 +3,8 @@
 #include "kel/KELExport.h"
 #include "kel/model/IElementInfo.h"
 
-// What a form keeps of one element for its bookkeeping: identifier (its key),
-// position, visibility and element info.
+/// What a form keeps of one element for its bookkeeping: identifier (its key),
+/// position, visibility and element info.
 class KEL_EXPORT IFormLineInfo {
 public:
     explicit IFormLineInfo(unsigned int id = 0) : m_id(id) {}

@@ -3,11 +3,11 @@
 #include "kel/forms/IInputBase.h"
 #include "kel/forms/IPresentationForm.h"
 
-// The form in which an operator enters the arguments of one directive on one
-// entity: a line per displayed argument, in the order of the form's
-// ".Position" setting and without those of its ".Hidden" setting (both lists
-// of argument ids, in the section "<entity id> - <directive> - 0"). The
-// application builds the call, has the form fill its request, and sends it.
+/// The form in which an operator enters the arguments of one directive on one
+/// entity: a line per displayed argument, in the order of the form's
+/// ".Position" setting and without those of its ".Hidden" setting (both lists
+/// of argument ids, in the section "<entity id> - <directive> - 0"). The
+/// application builds the call, has the form fill its request, and sends it.
 class KEL_EXPORT IInputForm : public IPresentationForm, public IInputBase {
 public:
     explicit IInputForm(KELConfigContext* context, QWidget* parent = nullptr);
@@ -20,6 +20,6 @@ public:
     void PostCreate() override;
     void Dump() override;
 
-    // Deletes the control container with every line; a new CreatePresentation may follow.
+    /// Deletes the control container with every line; a new CreatePresentation may follow.
     void CleanPresentation();
 };

@@ -5,10 +5,10 @@
 
 #include <string>
 
-// The attributes of an entity as a scrolling form: a line per displayed
-// attribute of a partition, ordered by the form's ".Position" setting; those
-// of its ".Hidden" setting keep their line (replies still reach them) but are
-// not shown. Refreshed by ProcessReply, applied by FillRequest.
+/// The attributes of an entity as a scrolling form: a line per displayed
+/// attribute of a partition, ordered by the form's ".Position" setting; those
+/// of its ".Hidden" setting keep their line (replies still reach them) but are
+/// not shown. Refreshed by ProcessReply, applied by FillRequest.
 class KEL_EXPORT IInputOutputForm : public IPresentationForm, public IInputOutputBase {
 public:
     explicit IInputOutputForm(KELConfigContext* context, QWidget* parent = nullptr);
@@ -22,7 +22,7 @@ public:
     void PostProcessReply() override;
     void Dump() override;
 
-    // Reads ".Hidden" and ".Position" again and places the lines by them.
+    /// Reads ".Hidden" and ".Position" again and places the lines by them.
     void ResetPresentation();
 
 protected:

@@ -15,13 +15,13 @@ class IControlContainer;
 class IFormLine;
 class TEntityClass;
 
-// The scrolling view of a form: it scrolls one child, the control container,
-// which holds the controls of every line. As a presentation it makes that
-// container and one form line per element; it also names the configuration
-// section of the form's settings, "<entity id> - <directive> - <n>".
-//
-// The container is as large as its lines need and never shrinks with the
-// view, which shows scroll bars when it is larger than the view.
+/// The scrolling view of a form: it scrolls one child, the control container,
+/// which holds the controls of every line. As a presentation it makes that
+/// container and one form line per element; it also names the configuration
+/// section of the form's settings, "<entity id> - <directive> - <n>".
+///
+/// The container is as large as its lines need and never shrinks with the
+/// view, which shows scroll bars when it is larger than the view.
 class KEL_EXPORT IPresentationForm : public QScrollArea, public IPresentation, public KELFormContext {
 public:
     explicit IPresentationForm(KELConfigContext* context, QWidget* parent = nullptr);
@@ -30,16 +30,16 @@ public:
     std::unique_ptr<IPresentationElement> CreateElement(IElementInfo& info) override;
     IPresentationContainer* CreateContainer() override;
 
-    // A control container, child of parent (the form when null); the first one becomes the form's.
+    /// A control container, child of parent (the form when null); the first one becomes the form's.
     IControlContainer* CreateControlContainer(QWidget* parent = nullptr);
-    // A line on the form's control container, its controls numbered by the form's counter.
+    /// A line on the form's control container, its controls numbered by the form's counter.
     std::unique_ptr<IFormLine> CreateFormLine(IElementInfo& info);
 
     virtual void PreCreate();
     virtual void PostCreate();
     void OnNewSize() override;
     virtual void PostProcessReply();
-    // The idle pass: every line that is not hidden updates its label's look.
+    /// The idle pass: every line that is not hidden updates its label's look.
     virtual int OnIdleUpdateCmdUI(unsigned long wParam, long lParam);
 
     IControlContainer* GetControlContainer() const { return m_pControlContainer; }
@@ -49,18 +49,18 @@ public:
 
     void GetSettingSectionName(std::string& out, long n) const;
     static void GetSettingSectionName(std::string& out, const char* entityId, long directive, long n);
-    // "(12,3,5)": the class codes down to the first 0.
+    /// "(12,3,5)": the class codes down to the first 0.
     static void GetEntityID(std::string& out, const char* entitySpec);
     static void GetEntityID(std::string& out, const TEntityClass& entityClass);
 
-    // What the form's fields learn of it.
+    /// What the form's fields learn of it.
     IPresentationForm* GetPresentationForm() override { return this; }
     KELConfigContext* GetFormConfigContext() const override { return ConfigurationContext(); }
     const TEntitySpec& GetCurrentEntity() const override { return m_entity; }
     unsigned int GetCurrentDirective() const override { return m_currentDirective; }
 
 protected:
-    // Forgets the control container (a form that deletes it calls this first).
+    /// Forgets the control container (a form that deletes it calls this first).
     void ForgetControlContainer() { m_pControlContainer = nullptr; }
     void resizeEvent(QResizeEvent* event) override;
 

@@ -5,14 +5,14 @@
 class IPresentationContainer;
 class TRequest;
 
-// What every form that takes input does with its lines, whatever made them
-// (a directive's arguments, an entity's attributes). A null container has no
-// lines.
+/// What every form that takes input does with its lines, whatever made them
+/// (a directive's arguments, an entity's attributes). A null container has no
+/// lines.
 namespace KELFormLines {
 
-// False when a line refused (a required argument is missing): the call must not be sent.
+/// False when a line refused (a required argument is missing): the call must not be sent.
 bool FillRequest(const IPresentationContainer* container, TRequest& request);
-// "Name = value,Name = value" of the lines with a value.
+/// "Name = value,Name = value" of the lines with a value.
 void GetRequest(const IPresentationContainer* container, std::string& out);
 void FillWithDefaults(const IPresentationContainer* container);
 void FillWithConfig(const IPresentationContainer* container, const std::string& section);

@@ -17,24 +17,24 @@ class KELConfigContext;
 class KELWorkspaceQuery;
 class TEntitySpec;
 
-// The library's one application object: the host's name, the standard paths,
-// the fonts, the configuration contexts and the layered lookup of settings
-// over them, the console that receives messages, the workspace manager, the
-// help window, the tooltip switch and a call counter. Made by InitializeKEL,
-// reached by GetKELapp, removed by DestroyKEL.
-//
-// Paths each end with "/":
-//   system path   $ORVEX_SYSTEM_PATH (the variable named by string 4050),
-//                 else the application path;
-//   user path     $ORVEX_USER_PATH (string 4051), else the user
-//                 application-data path;
-//   application   the directory of the running executable;
-//   user data     $XDG_DATA_HOME (or ~/.local/share) + string 4065
-//                 ("orvex/kel"), created when missing.
-//
-// Layered lookup (Get*Config): the user file is asked first with the caller's
-// flag, then the system file, always global sections first. 1 found; 9 not
-// found (the default is returned); 2 no such context, or no file at all.
+/// The library's one application object: the host's name, the standard paths,
+/// the fonts, the configuration contexts and the layered lookup of settings
+/// over them, the console that receives messages, the workspace manager, the
+/// help window, the tooltip switch and a call counter. Made by InitializeKEL,
+/// reached by GetKELapp, removed by DestroyKEL.
+///
+/// Paths each end with "/":
+///   system path   $ORVEX_SYSTEM_PATH (the variable named by string 4050),
+///                 else the application path;
+///   user path     $ORVEX_USER_PATH (string 4051), else the user
+///                 application-data path;
+///   application   the directory of the running executable;
+///   user data     $XDG_DATA_HOME (or ~/.local/share) + string 4065
+///                 ("orvex/kel"), created when missing.
+///
+/// Layered lookup (Get*Config): the user file is asked first with the caller's
+/// flag, then the system file, always global sections first. 1 found; 9 not
+/// found (the default is returned); 2 no such context, or no file at all.
 class KEL_EXPORT IApplication {
 public:
     explicit IApplication(std::string applicationName);
@@ -54,12 +54,12 @@ public:
     const QFont* GetItalicFont() const { return &m_italicFont; }
     const QFont* GetBoldFont() const { return &m_boldFont; }
 
-    // Appends a context; a second one of the same code hides behind the first.
+    /// Appends a context; a second one of the same code hides behind the first.
     KELConfigContext* DefineNewContext(const char* code);
     KELConfigContext* GetConfigContext(const char* code) const;
-    // Removes and destroys the first context of the code. Always answers false.
+    /// Removes and destroys the first context of the code. Always answers false.
     bool RemoveContext(const char* code);
-    // Walks the contexts in order: a position below 0 is the end.
+    /// Walks the contexts in order: a position below 0 is the end.
     long GetFirstConfigContextPosition() const { return m_contexts.empty() ? -1 : 0; }
     KELConfigContext* GetNextConfigContext(long& position) const;
 
@@ -90,16 +90,16 @@ public:
     int IsTooltipEnabled() const { return m_tooltipsEnabled; }
     void EnableTootip(int enabled) { m_tooltipsEnabled = enabled; }
 
-    // Shows the text in the help window (made when first needed if no GUI
-    // application ran when this object was made; dropped without one).
+    /// Shows the text in the help window (made when first needed if no GUI
+    /// application ran when this object was made; dropped without one).
     void DisplayHelp(const std::string& text);
     IHelpDialog* GetHelpDialog() const { return m_pHelpDialog.get(); }
 
-    // To tab 0 of the console when one with a window is set; else dropped.
+    /// To tab 0 of the console when one with a window is set; else dropped.
     void InsertMessageConsole(KEL_T_Severity severity, const std::string& text);
 
-    // The first backquoted instance name of the synonym form, quotes
-    // included; empty, with ok 0, when there is none.
+    /// The first backquoted instance name of the synonym form, quotes
+    /// included; empty, with ok 0, when there is none.
     static std::string GetSynonymWithoutClass(const TEntitySpec& entity, unsigned char& ok);
 
 private:
@@ -126,11 +126,11 @@ private:
 };
 
 extern "C" {
-// Loads the resource module and makes the application object; null, after
-// telling why, when the resource module is missing. A second call makes a
-// new object and leaves the first one alive (the host's to answer for).
+/// Loads the resource module and makes the application object; null, after
+/// telling why, when the resource module is missing. A second call makes a
+/// new object and leaves the first one alive (the host's to answer for).
 KEL_EXPORT IApplication* InitializeKEL(const char* applicationName);
 KEL_EXPORT IApplication* GetKELapp();
-// Destroys the object, if any; harmless to call twice.
+/// Destroys the object, if any; harmless to call twice.
 KEL_EXPORT void DestroyKEL();
 }

@@ -5,7 +5,7 @@
 #include <exception>
 #include <string>
 
-// The one exception that leaves the library: a window could not be created.
+/// The one exception that leaves the library: a window could not be created.
 class KEL_EXPORT ICreationFailedException : public std::exception {
 public:
     explicit ICreationFailedException(std::string message);
@@ -18,7 +18,7 @@ private:
     std::string m_message;
 };
 
-// Nothing when condition holds; otherwise traces the failure and throws
-// ICreationFailedException with string 4039 formatted with the name. Callers
-// use it right after creating a child window.
+/// Nothing when condition holds; otherwise traces the failure and throws
+/// ICreationFailedException with string 4039 formatted with the name. Callers
+/// use it right after creating a child window.
 KEL_EXPORT void ZEDAssertCreationFailed(int condition, const std::string& name);

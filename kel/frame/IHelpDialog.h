@@ -6,8 +6,8 @@
 
 class QPlainTextEdit;
 
-// The modeless window in which the application object shows help texts. Its
-// text control carries the control identifier 4101.
+/// The modeless window in which the application object shows help texts. Its
+/// text control carries the control identifier 4101.
 class KEL_EXPORT IHelpDialog : public QDialog {
     Q_OBJECT
 public:

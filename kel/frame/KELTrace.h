@@ -12,14 +12,14 @@
 #include "kel/frame/KELTraceMethEntrance.h"
 #include "kel/frame/KELTraceStream.h"
 
-// The library's module bit and the kinds of line.
+/// The library's module bit and the kinds of line.
 inline constexpr unsigned int KEL_TRACE_MODULE = 1024;
 inline constexpr unsigned int KEL_TRACE_PBLM = 1;  // errors and unexpected states
 inline constexpr unsigned int KEL_TRACE_EXCP = 2;  // creation failures before a throw
 inline constexpr unsigned int KEL_TRACE_INFO = 4;  // progress
 inline constexpr unsigned int KEL_TRACE_FUNC = 8;  // method entrance
 
-// One trace line under construction; ends the line when the statement ends.
+/// One trace line under construction; ends the line when the statement ends.
 class KEL_EXPORT KELTraceSite {
 public:
     static bool Enabled(unsigned int kind) { return KELTraceMethEntrance::IsOn(KEL_TRACE_MODULE | kind); }

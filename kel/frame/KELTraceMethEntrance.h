@@ -4,14 +4,14 @@
 
 class TTraceStream;
 
-// Writes "Entering" and "Leaving" lines around one call of a traced method,
-// and a "LEAVING ABNORMALLY" line when the call ends without Leave, which is
-// what happens when an exception passes through it. Lives on that call's
-// stack.
-//
-// It also keeps the library's one copy of the application's trace mask: read
-// from the access library the first time anything asks, and never again, so
-// that a disabled trace site costs one test of a global.
+/// Writes "Entering" and "Leaving" lines around one call of a traced method,
+/// and a "LEAVING ABNORMALLY" line when the call ends without Leave, which is
+/// what happens when an exception passes through it. Lives on that call's
+/// stack.
+///
+/// It also keeps the library's one copy of the application's trace mask: read
+/// from the access library the first time anything asks, and never again, so
+/// that a disabled trace site costs one test of a global.
 class KEL_EXPORT KELTraceMethEntrance {
 public:
     explicit KELTraceMethEntrance(unsigned int moduleBit);
@@ -25,15 +25,15 @@ public:
     void Enter(TTraceStream& stream, const char* name, const void* object, const char* method);
     void Leave();
 
-    // True when the mask shares any bit with the given bits.
+    /// True when the mask shares any bit with the given bits.
     static bool Tracing(unsigned int bits);
 
-    // True when the mask holds every one of the given bits. Before the first
-    // read the cached mask is all ones, so the one test passes and the slow
-    // path reads the real mask.
+    /// True when the mask holds every one of the given bits. Before the first
+    /// read the cached mask is all ones, so the one test passes and the slow
+    /// path reads the real mask.
     static bool IsOn(unsigned int bits) { return (m_appMask & bits) == bits && Confirm(bits); }
 
-    // Tests only: forget the cached mask so that the next trace site reads it.
+    /// Tests only: forget the cached mask so that the next trace site reads it.
     static void ForgetMaskForTesting();
 
 protected:

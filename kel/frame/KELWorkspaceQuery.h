@@ -4,11 +4,11 @@
 
 #include <string>
 
-// What configuration contexts ask the host's workspace manager: the name of
-// the workspace that is open. The workspace manager implements it.
+/// What configuration contexts ask the host's workspace manager: the name of
+/// the workspace that is open. The workspace manager implements it.
 class KEL_EXPORT KELWorkspaceQuery {
 public:
     virtual ~KELWorkspaceQuery();
-    // False when no workspace is open.
+    /// False when no workspace is open.
     virtual bool GetOpenWorkspaceName(std::string& name) const = 0;
 };

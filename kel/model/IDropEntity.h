@@ -6,8 +6,8 @@
 
 class QDataStream;
 
-// What a drag of an entity carries: an id and a text, written to and read
-// from a data stream in that order (the id as 4 bytes unsigned).
+/// What a drag of an entity carries: an id and a text, written to and read
+/// from a data stream in that order (the id as 4 bytes unsigned).
 class KEL_EXPORT IDropEntity {
 public:
     IDropEntity();
@@ -18,7 +18,7 @@ public:
     const QString& GetValue() const { return m_value; }
     void SetValue(const QString& value) { m_value = value; }
 
-    // Writes when storing, else reads.
+    /// Writes when storing, else reads.
     virtual void Serialize(QDataStream& archive, bool storing);
 
 private:

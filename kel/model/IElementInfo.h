@@ -8,15 +8,15 @@
 #include <memory>
 #include <string>
 
-// What the presentation code knows of one element of the dictionary (an
-// attribute, a directive argument, a record member or a set-of entry): whose
-// it is, how it is identified and named, its dictionary type and object, its
-// default, units and access, and where it stands in text and list output.
-// Builders fill one, hand it by reference to the constructors of fields,
-// labels, columns and text elements, which copy what they need.
-//
-// The dictionary type and object are the info's own copies; copying an info
-// copies them again, so no two infos ever share one.
+/// What the presentation code knows of one element of the dictionary (an
+/// attribute, a directive argument, a record member or a set-of entry): whose
+/// it is, how it is identified and named, its dictionary type and object, its
+/// default, units and access, and where it stands in text and list output.
+/// Builders fill one, hand it by reference to the constructors of fields,
+/// labels, columns and text elements, which copy what they need.
+///
+/// The dictionary type and object are the info's own copies; copying an info
+/// copies them again, so no two infos ever share one.
 class KEL_EXPORT IElementInfo {
 public:
     IElementInfo();
@@ -35,9 +35,9 @@ public:
     const std::string& GetCompleteID() const { return m_completeId; }
     const std::string& GetPrefix() const { return m_prefix; }
     unsigned char HasDictType() const { return m_hasDictType; }
-    // The info's copy, of the most derived class (a consumer may downcast it); null when unset.
+    /// The info's copy, of the most derived class (a consumer may downcast it); null when unset.
     const TDictType* GetDictType() const { return m_pDictType.get(); }
-    // A TDictArgument or a TDictAttribute; null when unset.
+    /// A TDictArgument or a TDictAttribute; null when unset.
     const TDictValue* GetDictValue() const { return m_pDictValue.get(); }
     ZED_T_DICT_DEFAULT DefaultAllowed() { return m_defaultAllowed; }
     const std::string& GetDefault() const { return m_default; }
@@ -60,10 +60,10 @@ public:
     void SetPresentationName(const std::string& name) { m_presentationName = name; }
     void SetName(const std::string& name) { m_name = name; }
     void SetCompleteID(const std::string& id) { m_completeId = id; }
-    // Does not change HasDictType: callers set both.
+    /// Does not change HasDictType: callers set both.
     void SetHasDictType(unsigned char has) { m_hasDictType = has; }
     void SetDictType(const TDictType& type);
-    // Keeps a copy of an argument or an attribute; anything else (or null) leaves none.
+    /// Keeps a copy of an argument or an attribute; anything else (or null) leaves none.
     void SetDictValue(const TDictValue* value);
     void SetDefaultAllowed(ZED_T_DICT_DEFAULT policy) { m_defaultAllowed = policy; }
     void SetDefault(const std::string& text) { m_default = text; }
@@ -90,7 +90,7 @@ private:
     std::string m_completeId;
     std::string m_prefix;
     unsigned char m_hasDictType = 0;
-    // Shared only so that consumers may Share() the type; never shared between infos.
+    /// Shared only so that consumers may Share() the type; never shared between infos.
     std::shared_ptr<const TDictType> m_pDictType;
     std::unique_ptr<TDictValue> m_pDictValue;
     ZED_T_DICT_DEFAULT m_defaultAllowed = 0;
@@ -100,8 +100,8 @@ private:
     ZED_T_DICT_ACCESS m_access = 3;
     unsigned int m_maxSize = 0;
     std::string m_keyword;
-    // Producers of text and list output set these three; the constructors
-    // leave them for them (zero here rather than indeterminate).
+    /// Producers of text and list output set these three; the constructors
+    /// leave them for them (zero here rather than indeterminate).
     unsigned int m_startOffset = 0;
     unsigned int m_stopOffset = 0;
     unsigned int m_maxColWidth = 0;

@@ -8,7 +8,7 @@
 #include <map>
 #include <memory>
 
-// The elements a presentation owns, one per key, walked in key order.
+/// The elements a presentation owns, one per key, walked in key order.
 class KEL_EXPORT IPresentationContainer {
 public:
     IPresentationContainer();
@@ -16,11 +16,11 @@ public:
     IPresentationContainer& operator=(const IPresentationContainer&) = delete;
     virtual ~IPresentationContainer();
 
-    // Takes the element unless one of the same key is held: then it is
-    // refused, false is answered and the element stays with the caller.
+    /// Takes the element unless one of the same key is held: then it is
+    /// refused, false is answered and the element stays with the caller.
     bool InsertElement(std::unique_ptr<IPresentationElement>&& element);
     IPresentationElement* FindElement(int key) const;
-    // Hands the element back to the caller; null when none has the key.
+    /// Hands the element back to the caller; null when none has the key.
     std::unique_ptr<IPresentationElement> RemoveElement(int key);
     void ClearElements() { m_elements.clear(); }
     std::size_t GetElementCount() const { return m_elements.size(); }

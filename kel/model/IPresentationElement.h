@@ -4,9 +4,9 @@
 
 class TRequest;
 
-// The base of the generated elements that stand for one dictionary element
-// (form lines, list columns, text elements). Its key, under which a
-// presentation keeps it, is fixed when it is made; its element id may change.
+/// The base of the generated elements that stand for one dictionary element
+/// (form lines, list columns, text elements). Its key, under which a
+/// presentation keeps it, is fixed when it is made; its element id may change.
 class KEL_EXPORT IPresentationElement {
 public:
     explicit IPresentationElement(unsigned int id = 0);
@@ -18,13 +18,13 @@ public:
     unsigned int GetID() const { return m_id; }
     void SetID(unsigned int id) { m_id = id; }
 
-    // Adds this element's part of a request; the base adds nothing.
+    /// Adds this element's part of a request; the base adds nothing.
     virtual bool FillRequest(TRequest& request);
-    // Writes the element to the trace; the base writes nothing.
+    /// Writes the element to the trace; the base writes nothing.
     virtual void Dump();
 
 protected:
-    // For elements whose key follows a property of theirs (a form line's position).
+    /// For elements whose key follows a property of theirs (a form line's position).
     void SetKey(int key) { m_key = key; }
 
 private:

@@ -4,8 +4,8 @@
 
 class TValue;
 
-// An element that shows a value of a reply: a form line, a list column, a
-// text element. Reply processing reaches every kind through this.
+/// An element that shows a value of a reply: a form line, a list column, a
+/// text element. Reply processing reaches every kind through this.
 class KEL_EXPORT KELValueElement {
 public:
     KELValueElement() = default;

@@ -8,8 +8,8 @@
 
 class IPresentationList;
 
-// A column of a presentation list: one dictionary element, whose values go
-// to the list's current row.
+/// A column of a presentation list: one dictionary element, whose values go
+/// to the list's current row.
 class KEL_EXPORT IColumn : public IPresentationElement, public KELValueElement {
 public:
     IColumn(unsigned int id, std::string title, int column, IPresentationList* list);
@@ -19,7 +19,7 @@ public:
     void SetToNotReturned() override;
 
     const std::string& GetTitle() const { return m_title; }
-    // Its index among the list's columns (its place in the model).
+    /// Its index among the list's columns (its place in the model).
     int GetColumn() const { return m_column; }
 
 private:

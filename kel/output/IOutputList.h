@@ -5,11 +5,11 @@
 
 class KELCallReply;
 
-// An output in list form: a column per displayed argument or attribute and a
-// row per reply or event report processed. A list is a log: every reply adds
-// a row, newest last, even from an entity already listed, so that a list of
-// repeated reads shows how values moved. A list of attributes takes them from
-// the attribute list a reply carries (what Show answers).
+/// An output in list form: a column per displayed argument or attribute and a
+/// row per reply or event report processed. A list is a log: every reply adds
+/// a row, newest last, even from an entity already listed, so that a list of
+/// repeated reads shows how values moved. A list of attributes takes them from
+/// the attribute list a reply carries (what Show answers).
 class KEL_EXPORT IOutputList : public IPresentationList, public IOutputBase {
 public:
     explicit IOutputList(KELConfigContext* context = nullptr, QWidget* parent = nullptr);
@@ -19,9 +19,9 @@ public:
     std::unique_ptr<IPresentationElement> CreateElement(IElementInfo& info) override;
     void PostCreate() override;
 
-    // A row for the presentation's entity (an event report's own entity).
+    /// A row for the presentation's entity (an event report's own entity).
     void ProcessReply(const TReply& reply) override;
-    // A row for the entity that answered.
+    /// A row for the entity that answered.
     void ProcessReply(const KELCallReply& reply);
 
 private:

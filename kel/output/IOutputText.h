@@ -7,8 +7,8 @@
 
 #include <memory>
 
-// An output as read-only text: a line "Name = value" per element, the value
-// as the access library prints it, rewritten after every reply.
+/// An output as read-only text: a line "Name = value" per element, the value
+/// as the access library prints it, rewritten after every reply.
 class KEL_EXPORT IOutputText : public QPlainTextEdit, public IPresentation, public IOutputBase {
 public:
     explicit IOutputText(KELConfigContext* context = nullptr, QWidget* parent = nullptr);
@@ -19,7 +19,7 @@ public:
     void PostCreate() override;
     void ProcessReply(const TReply& reply) override;
 
-    // The text as it stands.
+    /// The text as it stands.
     QString Text() const { return toPlainText(); }
 
 private:

@@ -9,9 +9,9 @@ class IPresentationContainer;
 class IPresentationElement;
 class KELConfigContext;
 
-// What a view that presents one entity (a form, a list, a text) offers the
-// generic creation code: the configuration context its display settings come
-// from, and the factories of its container and its elements.
+/// What a view that presents one entity (a form, a list, a text) offers the
+/// generic creation code: the configuration context its display settings come
+/// from, and the factories of its container and its elements.
 class KEL_EXPORT IPresentation {
 public:
     explicit IPresentation(KELConfigContext* context) : m_pContext(context) {}

@@ -12,18 +12,18 @@ class IPresentationElement;
 class TDictArgument;
 class TDictAttribute;
 
-// The non-visual side of a presentation: its entity and name, the container
-// of its elements, and the filling of element infos from the dictionary's
-// attributes and arguments.
-//
-// A container that is a window (a form's control container) belongs to its
-// Qt parent; one that is not belongs to the presentation (TakeContainer).
+/// The non-visual side of a presentation: its entity and name, the container
+/// of its elements, and the filling of element infos from the dictionary's
+/// attributes and arguments.
+///
+/// A container that is a window (a form's control container) belongs to its
+/// Qt parent; one that is not belongs to the presentation (TakeContainer).
 class KEL_EXPORT IPresentationBase {
 public:
     IPresentationBase(const IPresentationBase&) = delete;
     IPresentationBase& operator=(const IPresentationBase&) = delete;
     virtual ~IPresentationBase();
-    // Dumps every element of the container; nothing before there is one.
+    /// Dumps every element of the container; nothing before there is one.
     virtual void Dump();
     virtual IPresentationContainer* CreateContainer() = 0;
     virtual std::unique_ptr<IPresentationElement> CreateElement(IElementInfo& info) = 0;
@@ -34,18 +34,18 @@ public:
     const TEntitySpec& GetEntity() const { return m_entity; }
     void SetName(const std::string& name) { m_name = name; }
     const std::string& GetName() const { return m_name; }
-    // Null before creation.
+    /// Null before creation.
     IPresentationContainer* GetContainer() const { return m_pContainer; }
 
 protected:
     IPresentationBase();
-    // The container the presentation's elements go to, not owned (a window's parent owns it).
+    /// The container the presentation's elements go to, not owned (a window's parent owns it).
     void SetContainer(IPresentationContainer* container);
-    // A container the presentation owns.
+    /// A container the presentation owns.
     void TakeContainer(std::unique_ptr<IPresentationContainer> container);
 
     void InitAttrElementInfo(const TDictAttribute& attribute, IElementInfo& info) const;
-    // The caller sets the info's prefix first: the complete id is built on it.
+    /// The caller sets the info's prefix first: the complete id is built on it.
     void InitArgElementInfo(const TDictArgument& argument, IElementInfo& info) const;
 
 private:

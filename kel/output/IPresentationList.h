@@ -11,12 +11,12 @@
 class KELListModel;
 class IPresentationContainer;
 
-// The dictionary-driven list view: a first column with the entity a row came
-// from, then one column per displayed element, titled with its presentation
-// name. The columns' order, hidden ones and widths are settings of the list
-// (".Position", ".Hidden", ".Width" in its section), read by OnInitialUpdate
-// and written by SaveColumnSettings. Rows live in a model, so a list of
-// 100,000 rows scrolls as one of ten.
+/// The dictionary-driven list view: a first column with the entity a row came
+/// from, then one column per displayed element, titled with its presentation
+/// name. The columns' order, hidden ones and widths are settings of the list
+/// (".Position", ".Hidden", ".Width" in its section), read by OnInitialUpdate
+/// and written by SaveColumnSettings. Rows live in a model, so a list of
+/// 100,000 rows scrolls as one of ten.
 class KEL_EXPORT IPresentationList : public QTreeView, public IPresentation {
 public:
     explicit IPresentationList(KELConfigContext* context = nullptr, QWidget* parent = nullptr);
@@ -24,17 +24,17 @@ public:
 
     IPresentationContainer* CreateContainer() override;
     std::unique_ptr<IPresentationElement> CreateElement(IElementInfo& info) override;
-    // Applies the column settings of the section.
+    /// Applies the column settings of the section.
     virtual void OnInitialUpdate();
     void SaveColumnSettings() const;
 
-    // A new row, which the next values fill; its first cell is the entity.
+    /// A new row, which the next values fill; its first cell is the entity.
     int BeginRow(const std::string& entity);
-    // A cell of the current row (the last begun); nothing before a row.
+    /// A cell of the current row (the last begun); nothing before a row.
     void SetCurrentCell(int column, const QString& text);
     int GetCurrentRow() const { return m_currentRow; }
     KELListModel* GetModel() const { return m_pModel; }
-    // The settings section: "<entity id> - <directive or event> - <kind>".
+    /// The settings section: "<entity id> - <directive or event> - <kind>".
     void SetSettingSection(const std::string& section) { m_section = section; }
     const std::string& GetSettingSection() const { return m_section; }
 

@@ -6,7 +6,7 @@
 
 #include <string>
 
-// An element of a text presentation: a name and the text of its last value.
+/// An element of a text presentation: a name and the text of its last value.
 class KEL_EXPORT ITextElement : public IPresentationElement, public KELValueElement {
 public:
     ITextElement(unsigned int id, std::string name);

@@ -10,11 +10,11 @@
 
 class TCall;
 
-// What one synchronous call brought back, kept after the call is gone: the
-// entity that answered, when, the reply and the call's status. All copies.
+/// What one synchronous call brought back, kept after the call is gone: the
+/// entity that answered, when, the reply and the call's status. All copies.
 class KEL_EXPORT KELCallReply {
 public:
-    // Reads the call's current reply (TCall::SelectReply chooses which).
+    /// Reads the call's current reply (TCall::SelectReply chooses which).
     explicit KELCallReply(const TCall& call);
     KELCallReply(const KELCallReply&) = default;
     KELCallReply& operator=(const KELCallReply&) = default;
@@ -32,8 +32,8 @@ private:
     unsigned int m_callStatus;
 };
 
-// An owning run of call replies (one directive to many entities, or issued
-// again and again). A null entry is allowed and owns nothing.
+/// An owning run of call replies (one directive to many entities, or issued
+/// again and again). A null entry is allowed and owns nothing.
 class KEL_EXPORT KELCallReplyList {
 public:
     KELCallReplyList();
@@ -42,13 +42,13 @@ public:
     virtual ~KELCallReplyList();
 
     void AddTail(std::unique_ptr<KELCallReply> reply) { m_replies.push_back(std::move(reply)); }
-    // One reply for every reply the call holds, in the call's order.
+    /// One reply for every reply the call holds, in the call's order.
     void AddAll(const TCall& call);
     std::unique_ptr<KELCallReply> RemoveHead();
     bool IsEmpty() const { return m_replies.empty(); }
     std::size_t GetCount() const { return m_replies.size(); }
     const std::list<std::unique_ptr<KELCallReply>>& Replies() const { return m_replies; }
-    // Deletes every reply, from head to tail.
+    /// Deletes every reply, from head to tail.
     void Clean();
 
 private:

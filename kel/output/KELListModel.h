@@ -7,17 +7,17 @@
 
 #include <vector>
 
-// The rows of a list output: text cells under column titles. Rows are only
-// ever added (a list is a log of what came back) and sorted; a cell is a
-// shared QString, so repeated texts cost one copy.
+/// The rows of a list output: text cells under column titles. Rows are only
+/// ever added (a list is a log of what came back) and sorted; a cell is a
+/// shared QString, so repeated texts cost one copy.
 class KEL_EXPORT KELListModel : public QAbstractTableModel {
 public:
     explicit KELListModel(QObject* parent = nullptr);
     ~KELListModel() override;
 
-    // A new column at the end; its index.
+    /// A new column at the end; its index.
     int AddColumn(const QString& title);
-    // A new row of empty cells at the end; its index.
+    /// A new row of empty cells at the end; its index.
     int AddRow();
     void SetCell(int row, int column, const QString& text);
     QString Cell(int row, int column) const;
@@ -27,8 +27,8 @@ public:
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
     QVariant data(const QModelIndex& index, int role) const override;
     QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
-    // Ascending or descending by the column's text, ignoring case, in the
-    // operator's locale; rows that compare equal keep their order.
+    /// Ascending or descending by the column's text, ignoring case, in the
+    /// operator's locale; rows that compare equal keep their order.
     void sort(int column, Qt::SortOrder order = Qt::AscendingOrder) override;
 
 private:

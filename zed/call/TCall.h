@@ -7,14 +7,14 @@
 
 #include <vector>
 
-// Call statuses (TSyncCall::GetStatus).
+/// Call statuses (TSyncCall::GetStatus).
 inline constexpr unsigned int ZED_STATUS_RESPONSE = 52854857;
-// A common exception: its text stands on the entity's class, null instance,
-// under directive 55.
+/// A common exception: its text stands on the entity's class, null instance,
+/// under directive 55.
 inline constexpr unsigned int ZED_STATUS_COMMON_EXCEPTION = 52854873;
 inline constexpr unsigned int ZED_STATUS_SPECIALISED_EXCEPTION = 52854881;
 
-// What one entity answered to a call.
+/// What one entity answered to a call.
 struct ZED_EXPORT TCallResult {
     TEntitySpec outEntity;
     TAbsTime timeStamp;
@@ -22,9 +22,9 @@ struct ZED_EXPORT TCallResult {
     unsigned int status = ZED_STATUS_RESPONSE;
 };
 
-// A directive on an entity with its request: what goes out, and what came
-// back. A call to a wildcard instance comes back once per instance; the
-// accessors show the current reply, SelectReply moves between them.
+/// A directive on an entity with its request: what goes out, and what came
+/// back. A call to a wildcard instance comes back once per instance; the
+/// accessors show the current reply, SelectReply moves between them.
 class ZED_EXPORT TCall {
 public:
     TCall(TEntitySpec entity, unsigned int directive, TRequest request = {});
@@ -38,13 +38,13 @@ public:
     TRequest& GetRequest() { return m_request; }
 
     std::size_t GetReplyCount() const { return m_results.size(); }
-    // False (and nothing changes) past the last reply.
+    /// False (and nothing changes) past the last reply.
     bool SelectReply(std::size_t index);
     std::size_t GetSelectedReply() const { return m_selected; }
 
-    // The current reply's entity, time, reply and status. Before the call has
-    // been carried out: the call's entity, time 0, an empty response, and the
-    // response status.
+    /// The current reply's entity, time, reply and status. Before the call has
+    /// been carried out: the call's entity, time 0, an empty response, and the
+    /// response status.
     const TEntitySpec& GetOutEntity() const;
     const TAbsTime& GetTimeStamp() const;
     const TReply& GetReply() const;
@@ -63,13 +63,13 @@ private:
     std::size_t m_selected = 0;
 };
 
-// A call carried out at once by the management module of the entity's class.
+/// A call carried out at once by the management module of the entity's class.
 class ZED_EXPORT TSyncCall : public TCall {
 public:
     using TCall::TCall;
     ~TSyncCall() override;
 
-    // Carries the call out; the first reply is then current. Returns its
-    // status. Throws TException when no module takes the entity's class.
+    /// Carries the call out; the first reply is then current. Returns its
+    /// status. Throws TException when no module takes the entity's class.
     unsigned int Execute();
 };

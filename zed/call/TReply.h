@@ -4,12 +4,12 @@
 
 #include <string>
 
-// What GetReplyType answers.
+/// What GetReplyType answers.
 inline constexpr unsigned int ZED_REPLY_RESPONSE = 0;
 inline constexpr unsigned int ZED_REPLY_EXCEPTION = 1;
 
-// One reply to a directive: a response or an exception, its code in the
-// dictionary, and its argument values found by argument identifier.
+/// One reply to a directive: a response or an exception, its code in the
+/// dictionary, and its argument values found by argument identifier.
 class ZED_EXPORT TReply {
 public:
     TReply();
@@ -20,21 +20,21 @@ public:
     TReply(TReply&&) noexcept;
     TReply& operator=(TReply&&) noexcept;
 
-    // 0 for a response, non-zero for an exception.
+    /// 0 for a response, non-zero for an exception.
     unsigned int GetReplyType() const { return m_replyType; }
     unsigned int GetReplyCode() const { return m_replyCode; }
 
     void Add(const TValue& value) { m_values.Put(value); }
     void Add(TValuePtr value) { m_values.Put(std::move(value)); }
-    // The value of that argument, or an absent value.
+    /// The value of that argument, or an absent value.
     const TValue& operator[](unsigned int argumentId) const { return m_values[argumentId]; }
     std::size_t Size() const { return m_values.Size(); }
     const TValue& At(std::size_t index) const { return m_values.At(index); }
-    // The first value of that data type in reply order (an event report, an
-    // attribute list), or null.
+    /// The first value of that data type in reply order (an event report, an
+    /// attribute list), or null.
     const TValue* FindFirst(ZED_T_DATATYPE datatype) const;
 
-    // "response 1 { 3 = up, ... }"
+    /// "response 1 { 3 = up, ... }"
     std::string ToString() const;
 
 private:
@@ -43,7 +43,7 @@ private:
     TValueList m_values;
 };
 
-// Walks a reply's values in order.
+/// Walks a reply's values in order.
 class ZED_EXPORT TReplyIterator {
 public:
     explicit TReplyIterator(const TReply& reply) : m_reply(reply) {}

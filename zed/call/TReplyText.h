@@ -11,8 +11,8 @@
 
 #include <iosfwd>
 
-// The call's current reply.
+/// The call's current reply.
 ZED_EXPORT void ZEDWriteReply(std::ostream& out, const TDictionary& dictionary, const TCall& call,
                               unsigned int directiveId);
-// The event reports a result carries ("event <name> from <entity>" and their arguments).
+/// The event reports a result carries ("event <name> from <entity>" and their arguments).
 ZED_EXPORT void ZEDWriteEvents(std::ostream& out, const TDictionary& dictionary, const TCallResult& result);

@@ -4,7 +4,7 @@
 
 #include <string>
 
-// The arguments of one directive, found by argument identifier.
+/// The arguments of one directive, found by argument identifier.
 class ZED_EXPORT TRequest {
 public:
     TRequest();
@@ -12,9 +12,9 @@ public:
     TRequest(const TRequest&);
     TRequest& operator=(const TRequest&);
 
-    // Adds a copy of the value; an argument given twice keeps the last.
+    /// Adds a copy of the value; an argument given twice keeps the last.
     void Add(const TValue& argument) { m_arguments.Put(argument); }
-    // Takes the value over.
+    /// Takes the value over.
     void Add(TValuePtr argument) { m_arguments.Put(std::move(argument)); }
 
     const TValue& operator[](unsigned int argumentId) const { return m_arguments[argumentId]; }

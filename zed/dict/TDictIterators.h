@@ -15,12 +15,13 @@
 
 #include <vector>
 
+/// Walks the arguments of a directive's request, of one of its replies, or of an event.
 class ZED_EXPORT TDictArgumentIterator {
 public:
-    // selector: ZED_DICT_REQUEST (7) the directive's request arguments;
-    // ZED_DICT_RESPONSE (8) or ZED_DICT_EXCEPTION (9) the arguments of the
-    // directive's reply of that code; ZED_DICT_EVENT (10) the arguments of the
-    // event whose identifier is given as directiveOrEvent.
+    /// selector: ZED_DICT_REQUEST (7) the directive's request arguments;
+    /// ZED_DICT_RESPONSE (8) or ZED_DICT_EXCEPTION (9) the arguments of the
+    /// directive's reply of that code; ZED_DICT_EVENT (10) the arguments of the
+    /// event whose identifier is given as directiveOrEvent.
     TDictArgumentIterator(const TEntityClass& entityClass, unsigned int directiveOrEvent,
                           ZED_T_DICT_OBJECT_TYPE selector, unsigned int replyCode = 0);
 
@@ -35,9 +36,10 @@ private:
     std::size_t m_index = 0;
 };
 
+/// Walks a class's attributes, all of them or one partition's.
 class ZED_EXPORT TDictAttributeIterator {
 public:
-    // partition 0 walks every attribute, any other only that partition's.
+    /// partition 0 walks every attribute, any other only that partition's.
     explicit TDictAttributeIterator(const TEntityClass& entityClass, unsigned int partition = 0);
 
     void First();

@@ -12,8 +12,8 @@
 #include <string>
 #include <vector>
 
-// What arguments and attributes share: an element with a type, units, a
-// default and a place in forms.
+/// What arguments and attributes share: an element with a type, units, a
+/// default and a place in forms.
 class ZED_EXPORT TDictValue {
 public:
     virtual ~TDictValue();
@@ -30,7 +30,7 @@ public:
     const std::string& GetUnits() const { return m_units; }
     bool IsDisplayed() const { return m_displayed; }
     ZED_T_DICT_DEFAULT DefaultAllowed() const { return m_defaultPolicy; }
-    // The default as text; ZED_NO_DEFAULT_TEXT when the dictionary has none.
+    /// The default as text; ZED_NO_DEFAULT_TEXT when the dictionary has none.
     const std::string& GetDefaultValue() const { return m_defaultText; }
     unsigned int GetValueLength() const { return m_valueLength; }
 
@@ -52,6 +52,7 @@ private:
     unsigned int m_valueLength = 0;
 };
 
+/// An argument of a directive's request, of a reply or of an event.
 class ZED_EXPORT TDictArgument final : public TDictValue {
 public:
     TDictArgument() = default;
@@ -66,6 +67,7 @@ private:
     bool m_required = false;
 };
 
+/// An attribute of an entity class: its partition, its access and its SQL column size.
 class ZED_EXPORT TDictAttribute final : public TDictValue {
 public:
     TDictAttribute() = default;
@@ -75,7 +77,7 @@ public:
 
     unsigned int GetPartition() const { return m_partition; }
     ZED_T_DICT_ACCESS GetAccess() const { return m_access; }
-    // 0 when the attribute has no SQL column size of its own.
+    /// 0 when the attribute has no SQL column size of its own.
     unsigned int GetSQLColumnSize() const { return m_sqlColumnSize; }
 
 private:
@@ -85,13 +87,13 @@ private:
     unsigned int m_sqlColumnSize = 0;
 };
 
-// A response (object type 8) or an exception (9) of a directive.
+/// A response (object type 8) or an exception (9) of a directive.
 class ZED_EXPORT TDictReply {
 public:
     ZED_T_DICT_OBJECT_TYPE GetDictObjectType() const { return m_kind; }
     unsigned int GetReplyCode() const { return m_code; }
     const std::string& GetName() const { return m_name; }
-    // The sentence shown to people for this reply.
+    /// The sentence shown to people for this reply.
     const std::string& GetReplyText() const { return m_text; }
     const std::vector<TDictArgument>& GetArguments() const { return m_arguments; }
     const TDictArgument* FindArgument(unsigned int id) const;
@@ -105,19 +107,20 @@ private:
     std::vector<TDictArgument> m_arguments;
 };
 
+/// A directive of an entity class: its request, its responses and its exceptions.
 class ZED_EXPORT TDictDirective {
 public:
     unsigned int GetID() const { return m_id; }
     const std::string& GetName() const { return m_name; }
     const std::string& GetPresentationName() const { return m_presentationName; }
     const std::vector<TDictArgument>& GetRequestArguments() const { return m_request; }
-    // True for a directive whose request carries attribute values of the
-    // entity's class (Set, Create): each value is identified by its
-    // attribute's code, and the directive has no request arguments of its own.
+    /// True for a directive whose request carries attribute values of the
+    /// entity's class (Set, Create): each value is identified by its
+    /// attribute's code, and the directive has no request arguments of its own.
     bool TakesAttributes() const { return m_takesAttributes; }
     const std::vector<TDictReply>& GetResponses() const { return m_responses; }
     const std::vector<TDictReply>& GetExceptions() const { return m_exceptions; }
-    // The response (8) or exception (9) of that code, or null.
+    /// The response (8) or exception (9) of that code, or null.
     const TDictReply* FindReply(ZED_T_DICT_OBJECT_TYPE kind, unsigned int code) const;
     const TDictArgument* FindRequestArgument(unsigned int id) const;
     const TDictArgument* FindRequestArgument(const std::string& name) const;
@@ -133,6 +136,7 @@ private:
     std::vector<TDictReply> m_exceptions;
 };
 
+/// An event an entity class reports, with its arguments.
 class ZED_EXPORT TDictEvent {
 public:
     unsigned int GetID() const { return m_id; }
@@ -148,6 +152,8 @@ private:
     std::vector<TDictArgument> m_arguments;
 };
 
+/// An entity class: attributes, directives (the common exceptions under
+/// directive 55 among them), events, and the classes below it.
 class ZED_EXPORT TDictClass {
 public:
     TDictClass();
@@ -158,13 +164,13 @@ public:
     unsigned int GetCode() const { return m_code; }
     const std::string& GetName() const { return m_name; }
     const std::string& GetPresentationName() const { return m_presentationName; }
-    // Null for a class at the top.
+    /// Null for a class at the top.
     const TDictClass* GetParent() const { return m_pParent; }
 
     std::size_t GetChildCount() const { return m_children.size(); }
     const TDictClass& GetChild(std::size_t index) const { return *m_children.at(index); }
     const TDictClass* FindChild(unsigned int code) const;
-    // By name, ignoring case.
+    /// By name, ignoring case.
     const TDictClass* FindChild(const std::string& name) const;
 
     const std::vector<TDictAttribute>& GetAttributes() const { return m_attributes; }

@@ -24,11 +24,12 @@
 #include <string_view>
 #include <vector>
 
+/// Entity class (data type 60): the class codes from the top of the tree down.
 class ZED_EXPORT TEntityClass final : public TValue {
 public:
     TEntityClass() = default;  // absent, depth 0
     explicit TEntityClass(std::vector<unsigned int> codes, unsigned int id = 0);
-    // Parses class names; throws TException on a bad text.
+    /// Parses class names; throws TException on a bad text.
     explicit TEntityClass(std::string_view text, unsigned int id = 0);
     ~TEntityClass() override;
 
@@ -53,9 +54,12 @@ private:
     std::vector<unsigned int> m_codes;
 };
 
+/// Entity specification (data type 55): a class and an instance at each level,
+/// the instance named, left out or a wildcard.
 class ZED_EXPORT TEntitySpec final : public TValue {
 public:
     enum class Instance { Null, Named, Wildcard };
+    /// One level of a specification: a class code and its instance.
     struct Component {
         unsigned int code = 0;
         Instance kind = Instance::Null;
@@ -64,8 +68,8 @@ public:
     };
 
     TEntitySpec() = default;  // absent, depth 0
-    // Parses the text form with the current dictionary; the empty text gives
-    // an empty specification. Throws TException on a bad text.
+    /// Parses the text form with the current dictionary; the empty text gives
+    /// an empty specification. Throws TException on a bad text.
     explicit TEntitySpec(std::string_view text, unsigned int id = 0);
     ~TEntitySpec() override;
 
@@ -80,15 +84,15 @@ public:
     TEntitySpec& AddClass(unsigned int code, std::string instanceName);
     TEntitySpec& AddClassWildcard(unsigned int code);
     TEntitySpec& AddClassNullInstance(unsigned int code);
-    // The same specification with the instance at one depth replaced.
+    /// The same specification with the instance at one depth replaced.
     TEntitySpec WithInstance(std::size_t depth, std::string instanceName) const;
 
     static std::optional<TEntitySpec> Parse(std::string_view text, const TDictionary* dictionary,
                                             std::string* error = nullptr);
     std::string ToString(const TDictionary* dictionary) const;
     using TValue::ToString;
-    // Instance names in backquotes; ok is false (and the text best effort)
-    // when a class is not in the current dictionary.
+    /// Instance names in backquotes; ok is false (and the text best effort)
+    /// when a class is not in the current dictionary.
     std::string ToStringSynonym(bool& ok) const;
 
 protected:

@@ -3,12 +3,12 @@
 #include "zed/dict/TDictType.h"
 #include "zed/value/TValue.h"
 
-// One item of an enumeration: a code whose text comes from its definition.
+/// One item of an enumeration: a code whose text comes from its definition.
 class ZED_EXPORT TEnumeration final : public TValue {
 public:
     using Definition = std::shared_ptr<const TDictTypeEnumeration>;
 
-    // An absent value of the enumeration.
+    /// An absent value of the enumeration.
     explicit TEnumeration(Definition definition = nullptr, unsigned int id = 0);
     TEnumeration(Definition definition, int code, unsigned int id = 0);
     ~TEnumeration() override;
@@ -21,7 +21,7 @@ public:
 
 protected:
     std::unique_ptr<TValue> CloneValue() const override;
-    // The item's text; the bare code when the definition does not know it.
+    /// The item's text; the bare code when the definition does not know it.
     std::string ContentText() const override;
     bool SameContent(const TValue& other) const override;
 

@@ -9,7 +9,7 @@
 #include <cstdint>
 #include <string>
 
-// Text forms of contents, shared by every scalar kind.
+/// Text forms of contents, shared by every scalar kind.
 ZED_EXPORT std::string ZedContentText(bool value);
 ZED_EXPORT std::string ZedContentText(const std::string& value);
 ZED_EXPORT std::string ZedContentText(std::int64_t value);
@@ -17,15 +17,16 @@ ZED_EXPORT std::string ZedContentText(std::uint64_t value);
 ZED_EXPORT std::string ZedContentText(double value);
 ZED_EXPORT std::string ZedContentText(float value);
 
+/// What the scalar values share: one content of type Content under data type DT.
 template <typename Derived, ZED_T_DATATYPE DT, typename Content>
 class TScalarValue : public TValue {
 public:
     using ContentType = Content;
     static constexpr ZED_T_DATATYPE kDatatype = DT;
 
-    // An absent value.
+    /// An absent value.
     TScalarValue() = default;
-    // A present value.
+    /// A present value.
     explicit TScalarValue(Content value, unsigned int id = 0) : TValue(id), m_value(std::move(value)) {}
 
     ZED_T_DATATYPE GetDatatype() const override { return DT; }
@@ -73,7 +74,7 @@ ZED_SCALAR_VALUE(TBoolean, ZED_DT_BOOLEAN, bool);
 ZED_SCALAR_VALUE(TLatin1String, ZED_DT_LATIN1STRING, std::string);
 ZED_SCALAR_VALUE(TSimpleName, ZED_DT_SIMPLENAME, std::string);
 ZED_SCALAR_VALUE(TFullName, ZED_DT_FULLNAME, std::string);
-// Octets shown and entered as text.
+/// Octets shown and entered as text.
 ZED_SCALAR_VALUE(TOctetString, ZED_DT_OCTETSTRING, std::string);
 ZED_SCALAR_VALUE(TInteger16, ZED_DT_INTEGER16, std::int16_t);
 ZED_SCALAR_VALUE(TInteger32, ZED_DT_INTEGER32, std::int32_t);
@@ -86,8 +87,8 @@ ZED_SCALAR_VALUE(TReal, ZED_DT_REAL, double);
 
 #undef ZED_SCALAR_VALUE
 
-// The identifier of an attribute, as a value (data type 83). The name, when a
-// producer knows it, is what the text form shows; equality is by code.
+/// The identifier of an attribute, as a value (data type 83). The name, when a
+/// producer knows it, is what the text form shows; equality is by code.
 class ZED_EXPORT TAttributeID final : public TScalarValue<TAttributeID, ZED_DT_ATTRIBUTEID, std::uint32_t> {
 public:
     using TScalarValue::TScalarValue;
@@ -104,7 +105,7 @@ private:
     std::string m_name;
 };
 
-// A value of one of the reserved kinds 14, 15 and 16, kept as text.
+/// A value of one of the reserved kinds 14, 15 and 16, kept as text.
 class ZED_EXPORT TOpaque final : public TValue {
 public:
     explicit TOpaque(ZED_T_DATATYPE datatype);

@@ -1,6 +1,6 @@
 #pragma once
 
-// Set-of (data type 52) and sequence-of (53) values: elements of one type in
+/// Set-of (data type 52).and sequence-of (53) values: elements of one type in
 // order. They differ in data type code only, so one template carries both.
 // Present from construction: an empty set is a value.
 
@@ -9,6 +9,7 @@
 
 #include <vector>
 
+/// What sets and sequences share: elements of one type, in order, each owned.
 class ZED_EXPORT TConstructedOf : public TValue {
 public:
     using Definition = std::shared_ptr<const TDictTypeConstructorOf>;
@@ -18,7 +19,7 @@ public:
     const Definition& GetDefinition() const { return m_definition; }
     const TDictType* GetDictType() const override { return m_definition.get(); }
 
-    // Adds a copy, or takes the value, at the end.
+    /// Adds a copy, or takes the value, at the end.
     void Add(const TValue& element) { m_elements.emplace_back(element.Clone()); }
     void Add(TValuePtr element);
     std::size_t Size() const { return m_elements.size(); }
@@ -27,7 +28,7 @@ public:
 
 protected:
     TConstructedOf(Definition definition, unsigned int id);
-    // "{ a, b }"
+    /// "{ a, b }"
     std::string ContentText() const override;
     bool SameContent(const TValue& other) const override;
 
@@ -36,6 +37,7 @@ private:
     std::vector<TValueHolder> m_elements;
 };
 
+/// Set-of (data type 52).
 class ZED_EXPORT TSetOf final : public TConstructedOf {
 public:
     explicit TSetOf(Definition definition = nullptr, unsigned int id = 0) : TConstructedOf(std::move(definition), id) {}
@@ -46,6 +48,7 @@ protected:
     std::unique_ptr<TValue> CloneValue() const override;
 };
 
+/// Sequence-of (data type 53).
 class ZED_EXPORT TSequenceOf final : public TConstructedOf {
 public:
     explicit TSequenceOf(Definition definition = nullptr, unsigned int id = 0)

@@ -15,6 +15,7 @@
 #include <optional>
 #include <string_view>
 
+/// Absolute time (data type 47): milliseconds from 1970-01-01 00:00:00, without a time zone.
 class ZED_EXPORT TAbsTime final : public TScalarValue<TAbsTime, ZED_DT_ABSTIME, std::int64_t> {
 public:
     using TScalarValue::TScalarValue;
@@ -30,6 +31,7 @@ protected:
     std::string ContentText() const override { return Format(GetValue()); }
 };
 
+/// Relative time (data type 48): a duration in milliseconds.
 class ZED_EXPORT TRelTime final : public TScalarValue<TRelTime, ZED_DT_RELTIME, std::int64_t> {
 public:
     using TScalarValue::TScalarValue;

@@ -3,18 +3,18 @@
 #include "zed/dict/TDictType.h"
 #include "zed/value/TValueHolder.h"
 
-// A value of a user-defined type (data type 79): a value of the base type,
-// wrapped with the definition that names it.
+/// A value of a user-defined type (data type 79): a value of the base type,
+/// wrapped with the definition that names it.
 class ZED_EXPORT TUserDefined final : public TValue {
 public:
-    // definition: the user type's base under the user type's name.
+    /// definition: the user type's base under the user type's name.
     TUserDefined(TDictTypePtr definition, TValuePtr value, unsigned int id = 0);
     ~TUserDefined() override;
 
     ZED_T_DATATYPE GetDatatype() const override { return ZED_DT_USERDEFINED; }
     const TDictTypePtr& GetDefinition() const { return m_definition; }
     const TDictType* GetDictType() const override { return m_definition.get(); }
-    // The wrapped value; absent when there is none.
+    /// The wrapped value; absent when there is none.
     const TValue& GetValue() const { return m_value.OrAbsent(); }
 
 protected:

@@ -10,22 +10,22 @@
 class TDictType;
 class TTraceStream;
 
-// A value of the management model: the argument of a request, a value of a
-// reply, a member of a record. Every value has
-//   - an identifier: the code of the argument, attribute or member it is;
-//   - presence: a value made without content is absent until it gets one;
-//   - a default mark: "let the server use its default" (SetDefault);
-//   - an optional reason code, set by a server that could not give the
-//     content ("access denied"); a value with a reason is present.
-// Values are copied deeply with Clone; composites own their parts.
+/// A value of the management model: the argument of a request, a value of a
+/// reply, a member of a record. Every value has
+///   - an identifier: the code of the argument, attribute or member it is;
+///   - presence: a value made without content is absent until it gets one;
+///   - a default mark: "let the server use its default" (SetDefault);
+///   - an optional reason code, set by a server that could not give the
+///     content ("access denied"); a value with a reason is present.
+/// Values are copied deeply with Clone; composites own their parts.
 class ZED_EXPORT TValue {
 public:
     virtual ~TValue();
 
     virtual ZED_T_DATATYPE GetDatatype() const = 0;
-    // The dictionary type that a composite value was made from (record,
-    // set-of, sequence-of, enumeration, user-defined), so that its parts can
-    // be named; null for scalars and for composites made without one.
+    /// The dictionary type that a composite value was made from (record,
+    /// set-of, sequence-of, enumeration, user-defined), so that its parts can
+    /// be named; null for scalars and for composites made without one.
     virtual const TDictType* GetDictType() const { return nullptr; }
 
     unsigned int GetID() const { return m_id; }
@@ -42,18 +42,18 @@ public:
 
     std::unique_ptr<TValue> Clone() const { return CloneValue(); }
 
-    // The value as text: the content's text form, or the reason's text when
-    // the value carries a reason; empty for an absent value.
+    /// The value as text: the content's text form, or the reason's text when
+    /// the value carries a reason; empty for an absent value.
     std::string ToString() const;
 
-    // Same kind, identifier, presence, default mark, reason and content.
+    /// Same kind, identifier, presence, default mark, reason and content.
     bool operator==(const TValue& other) const;
 
-    // The text of a reason code: "(access denied)" and the like.
+    /// The text of a reason code: "(access denied)" and the like.
     static std::string ReasonText(unsigned int reason);
 
-    // The one shared value that lookups answer for an identifier that is not
-    // there: absent, of data type ZED_DT_MARKER.
+    /// The one shared value that lookups answer for an identifier that is not
+    /// there: absent, of data type ZED_DT_MARKER.
     static const TValue& Absent();
 
 protected:
@@ -65,9 +65,9 @@ protected:
     void MarkPresent() { m_present = true; }
 
     virtual std::unique_ptr<TValue> CloneValue() const = 0;
-    // The content's text; only called on present values without a reason.
+    /// The content's text; only called on present values without a reason.
     virtual std::string ContentText() const = 0;
-    // Compares contents; other is of the same dynamic class.
+    /// Compares contents; other is of the same dynamic class.
     virtual bool SameContent(const TValue& other) const = 0;
 
 private:
@@ -79,10 +79,10 @@ private:
 
 using TValuePtr = std::unique_ptr<TValue>;
 
-// Trace lines show a value by its text form (an entity specification too).
+/// Trace lines show a value by its text form (an entity specification too).
 ZED_EXPORT TTraceStream& operator<<(TTraceStream& stream, const TValue& value);
 
-// Reason codes that servers give instead of a value.
+/// Reason codes that servers give instead of a value.
 inline constexpr unsigned int ZED_REASON_NOT_AVAILABLE = 1;
 inline constexpr unsigned int ZED_REASON_ACCESS_DENIED = 2;
 inline constexpr unsigned int ZED_REASON_NO_SUCH_ATTRIBUTE = 3;

@@ -2,8 +2,8 @@
 
 #include "zed/value/TValue.h"
 
-// Owns one value (or none) and copies it deeply: lets classes that own
-// values keep the compiler's copy operations.
+/// Owns one value (or none) and copies it deeply: lets classes that own
+/// values keep the compiler's copy operations.
 class TValueHolder {
 public:
     TValueHolder() = default;
@@ -23,7 +23,7 @@ public:
     TValue* get() { return m_value.get(); }
     const TValue& operator*() const { return *m_value; }
     const TValue* operator->() const { return m_value.get(); }
-    // The value, or the shared absent value.
+    /// The value, or the shared absent value.
     const TValue& OrAbsent() const { return m_value ? *m_value : TValue::Absent(); }
 
 private:

@@ -7,13 +7,13 @@
 #include <memory>
 #include <vector>
 
-// An owning list of values in order, found by identifier in constant time:
-// what records, requests, replies and event reports keep their values in.
-// A value put under an identifier already held replaces the earlier one in
-// its place. Copies are deep.
+/// An owning list of values in order, found by identifier in constant time:
+/// what records, requests, replies and event reports keep their values in.
+/// A value put under an identifier already held replaces the earlier one in
+/// its place. Copies are deep.
 class ZED_EXPORT TValueList {
 public:
-    // What a value is found by: its identifier, unless the list says otherwise.
+    /// What a value is found by: its identifier, unless the list says otherwise.
     using KeyFunction = unsigned int (*)(const TValue&);
     static unsigned int IdentifierKey(const TValue& value) { return value.GetID(); }
 
@@ -26,9 +26,9 @@ public:
 
     void Put(TValuePtr value);
     void Put(const TValue& value) { Put(value.Clone()); }
-    // The value of that identifier, or null.
+    /// The value of that identifier, or null.
     const TValue* Find(unsigned int key) const;
-    // The value of that identifier, or TValue::Absent().
+    /// The value of that identifier, or TValue::Absent().
     const TValue& operator[](unsigned int key) const;
     bool Remove(unsigned int key);
     void Clear();

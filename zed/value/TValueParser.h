@@ -24,24 +24,25 @@
 
 class TAttributeID;
 
+/// What a text value's names are looked up in.
 struct ZEDValueContext {
-    // Names classes in entity specifications; the current one when null.
+    /// Names classes in entity specifications; the current one when null.
     const TDictionary* dictionary = nullptr;
-    // Names attributes in attribute identifiers and lists; none when null.
+    /// Names attributes in attribute identifiers and lists; none when null.
     const TDictClass* entityClass = nullptr;
 };
 
-// An absent value of the type's class with the given identifier: what a
-// field without content or a "use the default" argument sends. Container
-// kinds come back empty, and so present.
+/// An absent value of the type's class with the given identifier: what a
+/// field without content or a "use the default" argument sends. Container
+/// kinds come back empty, and so present.
 ZED_EXPORT TValuePtr ZEDMakeValue(const TDictType& type, unsigned int id);
 
-// An attribute identifier from its code or its name (ignoring case) within a
-// class: what a person types to name an attribute. Null, with the reason,
-// when the text names no attribute of the class.
+/// An attribute identifier from its code or its name (ignoring case) within a
+/// class: what a person types to name an attribute. Null, with the reason,
+/// when the text names no attribute of the class.
 ZED_EXPORT std::unique_ptr<TAttributeID> ZEDParseAttributeID(std::string_view text, const TDictClass& entityClass,
                                                              std::string* error = nullptr);
 
-// Null, and error set to the reason, when the text is not a value of the type.
+/// Null, and error set to the reason, when the text is not a value of the type.
 ZED_EXPORT TValuePtr ZEDParseValue(const TDictType& type, std::string_view text, unsigned int id,
                                    const ZEDValueContext& context = {}, std::string* error = nullptr);

@@ -1,7 +1,7 @@
 #pragma once
 
-// Data-type codes of values and dictionary elements. KEL chooses field kinds
-// by these numbers, so they are fixed.
+/// Data-type codes of values and dictionary elements. KEL chooses field kinds
+/// by these numbers, so they are fixed.
 using ZED_T_DATATYPE = unsigned int;
 
 inline constexpr ZED_T_DATATYPE ZED_DT_BOOLEAN = 1;
@@ -33,5 +33,5 @@ inline constexpr ZED_T_DATATYPE ZED_DT_USERDEFINED = 79;
 inline constexpr ZED_T_DATATYPE ZED_DT_EVENTREPORT = 80;
 inline constexpr ZED_T_DATATYPE ZED_DT_ATTRIBUTE = 82;
 inline constexpr ZED_T_DATATYPE ZED_DT_ATTRIBUTEID = 83;
-// Not a data type: marks an element that is none of the above.
+/// Not a data type: marks an element that is none of the above.
 inline constexpr ZED_T_DATATYPE ZED_DT_MARKER = 999;
