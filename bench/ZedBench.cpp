@@ -1,5 +1,6 @@
 // The access library's hot paths, each against a named baseline in the same run:
 //   dictionary load    vs  parsing the same JSON text alone (nlohmann);
+//   dictionary check   vs  the dictionary load (what collecting every fault costs);
 //   reply lookup       vs  a linear scan of the same values per lookup;
 //   wildcard Show      vs  the same instances asked one call each.
 
@@ -13,6 +14,7 @@
 
 #include <algorithm>
 #include <string>
+#include <vector>
 
 namespace {
 
@@ -58,6 +60,18 @@ void BM_DictionaryLoad_1000Classes50Attributes(benchmark::State& state)
     state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * LargeDictionary().size()));
 }
 BENCHMARK(BM_DictionaryLoad_1000Classes50Attributes)->Unit(benchmark::kMillisecond);
+
+void BM_DictionaryCheck_1000Classes50Attributes(benchmark::State& state)
+{
+    for (auto _ : state) {
+        std::vector<std::string> faults;
+        benchmark::DoNotOptimize(TDictionary::Check(LargeDictionary(), "bench.json", faults));
+        if (!faults.empty())
+            state.SkipWithError(faults.front().c_str());
+    }
+    state.SetBytesProcessed(static_cast<int64_t>(state.iterations() * LargeDictionary().size()));
+}
+BENCHMARK(BM_DictionaryCheck_1000Classes50Attributes)->Unit(benchmark::kMillisecond);
 
 constexpr unsigned int kReplyValues = 1000;
 
