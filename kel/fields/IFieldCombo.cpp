@@ -129,7 +129,9 @@ void IFieldCombo::SetValue(const TValue& value)
 
 void IFieldCombo::GetValue(std::string& text) const
 {
-    if (m_serverDefault)
+    // The server's default holds only while nothing is chosen: a pick by the
+    // operator (mouse or keyboard) replaces it.
+    if (m_serverDefault && (!m_pCombo || m_pCombo->currentIndex() < 0))
         text = GetDefault();
     else if (m_pCombo)
         text = m_pCombo->currentIndex() < 0 ? std::string() : m_pCombo->currentText().toStdString();
