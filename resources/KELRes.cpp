@@ -93,6 +93,7 @@ constexpr Entry kStrings[] = {
     {4072, "&Refresh\nRead the attributes of the entity again"},
     {4073, "&Apply\nSet the attributes that were changed since they were read"},
     {4074, "&Events\nShow every event report that the network raised about the entity since the form was opened"},
+    {4075, "\"%s\" is not a date and time of the form %s"},
 };
 
 // Popup menu 4004: six sub-menus used by position.

@@ -1,20 +1,13 @@
 #include "kel/fields/IFieldDateTime.h"
 
-#include "kel/controls/KELControl.h"
+#include "kel/controls/IControlDateTime.h"
 #include "kel/fields/IContainer.h"
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
 #include "zed/value/TTimeValues.h"
 
-#include <QDateTimeEdit>
-#include <QSignalBlocker>
-
-namespace {
-
-// The control's lowest time stands for "no value" and shows the special text.
-const QDateTime kEmpty(QDate(100, 1, 1), QTime(0, 0), Qt::UTC);
-
-} // namespace
+#include <QFontMetrics>
+#include <QStyle>
 
 QString IFieldDateTime::QtDisplayFormat(const char* format)
 {
@@ -41,62 +34,52 @@ IFieldDateTime::~IFieldDateTime() = default;
 
 void IFieldDateTime::Create(unsigned int& id, IElementInfo& info)
 {
-    auto* edit = new KELControl<QDateTimeEdit>(this, GetContainer());
+    auto* edit = new IControlDateTime(this, GetContainer(), QtDisplayFormat(kDisplayFormat));
     AdoptControl(edit, id, info);
-    edit->setTimeSpec(Qt::UTC);
-    edit->setDisplayFormat(QtDisplayFormat(kDisplayFormat));
-    if (IsReadOnly())
+    if (IsReadOnly()) {
         IControlBase::ShowAsReadOnly(edit);
-    edit->setMinimumDateTime(kEmpty);
-    edit->setCalendarPopup(true);
-    edit->setReadOnly(IsReadOnly() != 0);
-    QObject::connect(edit, &QDateTimeEdit::dateTimeChanged, edit, [this](const QDateTime& time) {
-        m_hasValue = time != kEmpty;
-        m_serverDefault = false;
-    });
+        edit->SetFlag(1);
+    }
+    // Typing or a pick from the calendar replaces the server's default.
+    QObject::connect(edit, &QLineEdit::textEdited, edit, [this] { m_serverDefault = false; });
     m_pEdit = edit;
     SetWindow(edit);
-    ShowEmpty(QString());
-    Resize(QSize(edit->sizeHint().width(), edit->sizeHint().height()));
+    // Room for a whole time, the calendar button and the frame.
+    const QFontMetrics metrics(edit->font());
+    const int button = edit->style()->pixelMetric(QStyle::PM_SmallIconSize) + 8;
+    const int width = metrics.horizontalAdvance(edit->GetFormat() + QStringLiteral("00")) + button + 8;
+    Resize(QSize(std::max(150, width), std::max(edit->sizeHint().height(), metrics.height() + 3)));
 }
 
-void IFieldDateTime::ShowEmpty(const QString& text)
+void IFieldDateTime::ShowNothing(const std::string& text)
 {
-    m_hasValue = false;
     m_serverDefault = false;
-    if (!m_pEdit)
-        return;
-    const QSignalBlocker quiet(m_pEdit);
-    // A blank, not an empty text: Qt shows no special text for an empty one.
-    m_pEdit->setSpecialValueText(text.isEmpty() ? QStringLiteral(" ") : text);
-    m_pEdit->setDateTime(kEmpty);
-}
-
-void IFieldDateTime::ShowTime(std::int64_t milliseconds)
-{
-    const QDateTime time = QDateTime::fromMSecsSinceEpoch(milliseconds, Qt::UTC);
-    if (!m_pEdit || time <= kEmpty)
-        return;
-    const QSignalBlocker quiet(m_pEdit);
-    m_pEdit->setDateTime(time);
-    m_hasValue = true;
-    m_serverDefault = false;
+    if (m_pEdit) {
+        m_pEdit->ShowNothing(QString::fromStdString(text));
+        m_pEdit->MarkInvalid(QString());
+    }
 }
 
 void IFieldDateTime::GetValue(std::string& text) const
 {
-    if (m_serverDefault)
-        text = GetDefault();
-    else
-        text = m_hasValue && m_pEdit ? TAbsTime::Format(m_pEdit->dateTime().toMSecsSinceEpoch()) : std::string();
+    text.clear();
+    if (!m_pEdit)
+        return;
+    if (m_pEdit->IsBlank()) {
+        if (m_serverDefault)
+            text = GetDefault();
+        return;
+    }
+    const QDateTime time = m_pEdit->Time();
+    text = time.isValid() ? TAbsTime::Format(time.toMSecsSinceEpoch()) : m_pEdit->displayText().toStdString();
 }
 
-void IFieldDateTime::SetToNotReturned() { ShowEmpty(QString::fromStdString(KELResources::String(4025))); }
+void IFieldDateTime::SetToNotReturned() { ShowNothing(KELResources::String(4025)); }
 
 void IFieldDateTime::SetValue(const std::string& text)
 {
     if (text.empty()) {
-        ShowEmpty(QString());
+        ShowNothing(std::string());
         return;
     }
     const std::optional<std::int64_t> milliseconds = TAbsTime::Parse(text);
@@ -104,7 +87,11 @@ void IFieldDateTime::SetValue(const std::string& text)
         KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "KEL : IFieldDateTime::SetValue, not a time : " << text;
         return;
     }
-    ShowTime(*milliseconds);
+    m_serverDefault = false;
+    if (m_pEdit) {
+        m_pEdit->ShowTime(QDateTime::fromMSecsSinceEpoch(*milliseconds, Qt::UTC));
+        m_pEdit->MarkInvalid(QString());
+    }
 }
 
 void IFieldDateTime::SetValue(const TValue& value)
@@ -115,23 +102,44 @@ void IFieldDateTime::SetValue(const TValue& value)
         return;
     }
     if (!value.IsPresent()) {
-        ShowEmpty(QString::fromStdString(value.ToString()));
+        ShowNothing(value.ToString());
         return;
     }
-    ShowTime(static_cast<const TAbsTime&>(value).GetMilliseconds());
+    SetValue(TAbsTime::Format(static_cast<const TAbsTime&>(value).GetMilliseconds()));
+    RememberPutIn(CurrentText());
+    SetInitialValue(value.Clone());
 }
 
 void IFieldDateTime::GetPartialRequest(std::string& request) { request += CurrentText(); }
 
+bool IFieldDateTime::ValueChanged() const { return TextChangedSincePutIn(); }
+
+bool IFieldDateTime::CheckText(std::string* reason)
+{
+    if (!m_pEdit || m_pEdit->IsBlank() || m_pEdit->Time().isValid())
+        return true;
+    if (reason)
+        *reason = KELResources::Format(4075, {m_pEdit->displayText().toStdString(), m_pEdit->GetFormat().toStdString()});
+    return false;
+}
+
+void IFieldDateTime::ControlCallback(int code, void*)
+{
+    if (!m_pEdit || IsReadOnly() || (code != KEL_CONTROL_KILLFOCUS && code != KEL_CONTROL_CHANGED))
+        return;
+    std::string reason;
+    m_pEdit->MarkInvalid(CheckText(&reason) ? QString() : QString::fromStdString(reason));
+}
+
 bool IFieldDateTime::SetToNullValue()
 {
-    ShowEmpty(QString());
+    ShowNothing(std::string());
     return true;
 }
 
 bool IFieldDateTime::SetToServerDefault()
 {
-    ShowEmpty(QString::fromStdString(KELResources::String(4044)));
+    ShowNothing(KELResources::String(4044));
     m_serverDefault = true;
     return true;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "kel/fields/KELCheckedField.h"
 #include "kel/fields/KELTextField.h"
 
 class IControlEditNum;
@@ -11,7 +12,7 @@ class IControlEditNum;
 /// loses the focus it is marked where it stands, with the reason as tooltip
 /// and accessible description, and the mark goes as soon as the text is
 /// valid; a valid text is rewritten in the kind's own form.
-class KEL_EXPORT IFieldEditNum : public KELTextField {
+class KEL_EXPORT IFieldEditNum : public KELTextField, public KELCheckedField {
 public:
     IFieldEditNum(IElementInfo& info, IContainer* container);
     ~IFieldEditNum() override;
@@ -33,7 +34,7 @@ public:
     /// ignored); the text is then rewritten in the kind's format.
     virtual bool Valid(std::string& text) = 0;
     /// False, with the reason, when the text is neither empty nor valid.
-    bool CheckText(std::string* reason = nullptr);
+    bool CheckText(std::string* reason = nullptr) override;
 
 protected:
     const char* KindName() const override { return "IFieldEditNum"; }

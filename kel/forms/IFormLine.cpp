@@ -3,7 +3,7 @@
 #include "kel/controls/IControlContainer.h"
 #include "kel/fields/IContainer.h"
 #include "kel/fields/IFieldBuilder.h"
-#include "kel/fields/IFieldEditNum.h"
+#include "kel/fields/KELCheckedField.h"
 #include "kel/fields/IFieldUnit.h"
 #include "kel/fields/KELFormContext.h"
 #include "kel/controls/ILabel.h"
@@ -198,18 +198,24 @@ void IFormLine::Dump()
         m_pField->Dump();
 }
 
+bool IFormLine::Refuse(std::string message)
+{
+    m_refusal = std::move(message);
+    KELPrompt::Message(KELPrompt::Icon::Stop, KELResources::String(4011), m_refusal);
+    return false;
+}
+
 bool IFormLine::FillRequest(TRequest& request)
 {
+    m_refusal.clear();
     if (!m_pField)
         return true;
-    // A number that is no number is not sent as 0: the operator hears which line holds it.
-    if (auto* number = dynamic_cast<IFieldEditNum*>(m_pField.get())) {
+    // A number or a time the field cannot read is not sent as some other
+    // value: the operator hears which line holds it.
+    if (auto* checked = dynamic_cast<KELCheckedField*>(m_pField.get())) {
         std::string reason;
-        if (!number->CheckText(&reason)) {
-            KELPrompt::Message(KELPrompt::Icon::Stop, KELResources::String(4011),
-                               KELResources::Format(4071, {m_pLabel ? m_pLabel->LabelText() : "", reason}));
-            return false;
-        }
+        if (!checked->CheckText(&reason))
+            return Refuse(KELResources::Format(4071, {m_pLabel ? m_pLabel->LabelText() : "", reason}));
     }
     if (std::unique_ptr<TValue> value = m_pField->GetTValue(false)) {
         request.Add(std::move(value));
@@ -222,9 +228,7 @@ bool IFormLine::FillRequest(TRequest& request)
             request.Add(std::move(value));
             return true;
         }
-        KELPrompt::Message(KELPrompt::Icon::Stop, KELResources::String(4011),
-                           KELResources::Format(4049, {m_pLabel->LabelText()}));
-        return false;
+        return Refuse(KELResources::Format(4049, {m_pLabel->LabelText()}));
     }
     if (!ValueChanged())
         return true;

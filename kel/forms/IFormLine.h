@@ -43,6 +43,8 @@ public:
     /// Adds the line's argument; false (after telling the operator) only when
     /// a required argument has no value, so the call must not be sent.
     bool FillRequest(TRequest& request) override;
+    /// What the operator was told when FillRequest last refused; empty when it did not.
+    const std::string& GetRefusal() const { return m_refusal; }
     virtual void SetVisibility(int visibility) { m_visibility = visibility; }
     virtual int GetVisibility() const { return m_visibility; }
     /// The position is also the line's key in its form.
@@ -66,7 +68,10 @@ public:
     bool IsLineShown() const override { return m_visibility != 0; }
 
 private:
+    bool Refuse(std::string message);
+
     std::string m_initialText;
+    std::string m_refusal;
     bool m_snapshotTaken = false;
     bool m_changedState = false;
     unsigned int m_position = 0;

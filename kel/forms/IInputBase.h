@@ -20,6 +20,8 @@ public:
     unsigned int GetDirectiveID() const { return m_directive; }
     /// False when a line refused (a required argument is missing): the call must not be sent.
     bool FillRequest(TRequest& request);
+    /// Why FillRequest last refused, as the operator was told; empty when it did not.
+    const std::string& GetRefusal() const { return m_refusal; }
     /// "Name = value,Name = value" of the lines with a value.
     void GetRequest(std::string& out);
     void FillWithDefaults();
@@ -39,4 +41,5 @@ protected:
 private:
     unsigned int m_directive = 0;
     std::string m_fillSection;
+    std::string m_refusal;
 };

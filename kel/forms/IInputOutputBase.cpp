@@ -72,11 +72,15 @@ void IInputOutputBase::PostProcessReply() {}
 bool IInputOutputBase::FillRequest(TRequest& request)
 {
     bool filled = true;
+    m_refusal.clear();
     if (IPresentationContainer* container = GetContainer())
         container->ForEachElement([&](IPresentationElement& element) {
             auto* line = dynamic_cast<IFormLine*>(&element);
-            if (filled && line && line->ValueChanged())
-                filled = line->FillRequest(request);
+            if (!filled || !line || !line->ValueChanged())
+                return;
+            filled = line->FillRequest(request);
+            if (!filled)
+                m_refusal = line->GetRefusal();
         });
     return filled;
 }

@@ -26,6 +26,8 @@ public:
     /// The lines the operator changed since creation or the last reply;
     /// false when a line refused: the call must not be sent.
     bool FillRequest(TRequest& request);
+    /// Why FillRequest last refused, as the operator was told; empty when it did not.
+    const std::string& GetRefusal() const { return m_refusal; }
     void GetRequest(std::string& out);
     void FillWithDefaults();
     void FillWithCurrentConfig(const std::string& section);
@@ -43,4 +45,5 @@ protected:
 
 private:
     unsigned int m_partition = 0;
+    std::string m_refusal;
 };

@@ -21,14 +21,18 @@ void ForEachLine(const IPresentationContainer* container, Visit visit)
 
 namespace KELFormLines {
 
-bool FillRequest(const IPresentationContainer* container, TRequest& request)
+bool FillRequest(const IPresentationContainer* container, TRequest& request, std::string& refusal)
 {
+    refusal.clear();
     if (!container)
         return true;
     bool filled = true;
     container->ForEachElement([&](IPresentationElement& element) {
-        if (filled)
-            filled = element.FillRequest(request);
+        if (!filled)
+            return;
+        filled = element.FillRequest(request);
+        if (const auto* line = dynamic_cast<const IFormLine*>(&element); !filled && line)
+            refusal = line->GetRefusal();
     });
     return filled;
 }

@@ -10,8 +10,10 @@ class TRequest;
 /// lines.
 namespace KELFormLines {
 
-/// False when a line refused (a required argument is missing): the call must not be sent.
-bool FillRequest(const IPresentationContainer* container, TRequest& request);
+/// False when a line refused (a required argument is missing, a text its
+/// field cannot read): the call must not be sent; refusal then holds what the
+/// operator was told.
+bool FillRequest(const IPresentationContainer* container, TRequest& request, std::string& refusal);
 /// "Name = value,Name = value" of the lines with a value.
 void GetRequest(const IPresentationContainer* container, std::string& out);
 void FillWithDefaults(const IPresentationContainer* container);

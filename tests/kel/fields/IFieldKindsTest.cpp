@@ -1,8 +1,10 @@
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
+#include "kel/controls/IControlDateTime.h"
 #include "kel/controls/IControlEditNum.h"
 #include "kel/fields/IFieldBuilder.h"
 #include "kel/fields/IFieldCombo.h"
+#include "kel/fields/IFieldDateTime.h"
 #include "kel/fields/IFieldEdit.h"
 #include "kel/fields/IFieldEditMulti.h"
 #include "kel/fields/IFieldNumeric.h"
@@ -15,10 +17,12 @@
 #include "zed/value/TEnumeration.h"
 
 #include <QApplication>
+#include <QCalendarWidget>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QRadioButton>
+#include <QTest>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -315,6 +319,100 @@ TEST_F(FieldKindsTest, ComboListsTheItemsAndChoosesByTextCodeOrValue)
     combo->SetToNotReturned();
     EXPECT_EQ(list->placeholderText(), "<not returned>");
     EXPECT_EQ(combo->GetTValue(false), nullptr);
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(FieldKindsTest, AComboLeftToTheServerSendsWhatTheOperatorPicks)
+{
+    IElementInfo info = Element(ZED_DT_ENUMERATION);
+    info.SetDictType(*Dictionary().FindType("OperState"));
+    info.SetHasDictType(1);
+    info.SetDefaultAllowed(ZED_DEFAULT_SERVER);
+    info.SetDefault("<server default>");
+    auto combo = Make<IFieldCombo>(info);
+    auto* list = static_cast<QComboBox*>(combo->GetWindow());
+    combo->SetToServerDefault();
+    EXPECT_EQ(Request(*combo), "<server default>");
+    EXPECT_TRUE(combo->GetTValue(false)->IsDefault());
+
+    // From the keyboard: the arrow moves to the first item.
+    QKeyEvent down(QEvent::KeyPress, Qt::Key_Down, Qt::NoModifier);
+    QApplication::sendEvent(list, &down);
+    ASSERT_GE(list->currentIndex(), 0);
+    EXPECT_EQ(Request(*combo), list->currentText().toStdString());
+    std::unique_ptr<TValue> picked = combo->GetTValue(false);
+    EXPECT_FALSE(picked->IsDefault());
+    EXPECT_EQ(picked->ToString(), list->currentText().toStdString());
+
+    // With the mouse: the list's own choice of another row.
+    combo->SetToServerDefault();
+    list->setCurrentIndex(1);
+    emit list->activated(1);
+    EXPECT_EQ(Request(*combo), list->itemText(1).toStdString());
+    EXPECT_TRUE(combo->ValueChanged());
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(FieldKindsTest, ATimeIsTypedPickedAndLeftFromTheKeyboard)
+{
+    auto at = Make<IFieldDateTime>(Element(ZED_DT_ABSTIME));
+    auto after = Make<IFieldEdit>(Element(ZED_DT_SIMPLENAME));
+    auto* edit = at->GetControl();
+    form.show();
+    form.activateWindow();
+    QApplication::processEvents();
+    EXPECT_EQ(edit->ShownText(), "MM/DD/YYYY HH:MM:SS") << "an empty field says what it takes";
+
+    // Typed with its separators, into the empty field; Tab then leaves it.
+    edit->setFocus();
+    QTest::keyClicks(edit, "03/01/2026 12:30:05");
+    EXPECT_EQ(edit->displayText(), "03/01/2026 12:30:05");
+    QTest::keyClick(edit, Qt::Key_Tab);
+    EXPECT_TRUE(after->GetWindow()->hasFocus()) << "Tab leaves the field";
+    QTest::keyClicks(after->GetWindow(), "r2");
+    EXPECT_EQ(Text(*after), "r2") << "what is typed next lands in the next field";
+    EXPECT_EQ(Text(*at), "2026-03-01 12:30:05");
+    EXPECT_EQ(at->GetTValue(false)->ToString(), "2026-03-01 12:30:05");
+
+    // Digits alone fill the same places; a date alone gets midnight, shown as sent.
+    at->SetToNullValue();
+    edit->setFocus();
+    QTest::keyClicks(edit, "04022025");
+    QTest::keyClick(edit, Qt::Key_Tab);
+    EXPECT_EQ(edit->displayText(), "04/02/2025 00:00:00");
+    EXPECT_EQ(at->GetTValue(false)->ToString(), "2025-04-02 00:00:00");
+
+    // The calendar opens at the date typed and keeps the time typed.
+    at->SetValue(std::string("2026-03-01 12:30:05"));
+    edit->setFocus();
+    QTest::keyClick(edit, Qt::Key_Down, Qt::AltModifier);
+    ASSERT_NE(edit->GetCalendar(), nullptr);
+    EXPECT_EQ(edit->GetCalendar()->selectedDate(), QDate(2026, 3, 1));
+    emit edit->GetCalendar()->activated(QDate(2026, 3, 9));
+    EXPECT_EQ(Text(*at), "2026-03-09 12:30:05");
+    EXPECT_TRUE(at->ValueChanged());
+    at->SetToNullValue();
+    edit->OpenCalendar();
+    EXPECT_EQ(edit->GetCalendar()->selectedDate(), QDateTime::currentDateTimeUtc().date()) << "empty: today";
+    edit->GetCalendar()->close();
+
+    // Half a time is no time: marked where it stands, and not sent.
+    at->SetToNullValue();
+    edit->setFocus();
+    QTest::keyClicks(edit, "0301");
+    after->GetWindow()->setFocus();
+    QApplication::processEvents();
+    EXPECT_TRUE(edit->IsMarkedInvalid());
+    std::string reason;
+    EXPECT_FALSE(at->CheckText(&reason));
+    EXPECT_EQ(reason, "\"03/01/____ __:__:__\" is not a date and time of the form MM/dd/yyyy HH:mm:ss");
+    form.hide();
 }
 
 } // namespace

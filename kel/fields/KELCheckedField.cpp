@@ -1,0 +1,3 @@
+#include "kel/fields/KELCheckedField.h"
+
+KELCheckedField::~KELCheckedField() = default;
