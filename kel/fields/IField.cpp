@@ -173,7 +173,10 @@ void IField::SetInitialValue(std::unique_ptr<TValue> value)
 bool IField::RevertToInitial()
 {
     if (m_initialValueSet) {
-        if (m_pInitialValue)
+        // A value left to the server goes back to being left to it.
+        if (m_pInitialValue && m_pInitialValue->IsDefault())
+            SetToServerDefault();
+        else if (m_pInitialValue)
             SetValue(*m_pInitialValue);
         else
             SetToNullValue();
@@ -184,6 +187,22 @@ bool IField::RevertToInitial()
     SetToNullValue();
     m_initialValueSet = false;
     return false;
+}
+
+void IField::KeepValueAsInitial()
+{
+    // Composites are not filled from settings: theirs stays what a reply gave.
+    switch (m_dt) {
+    case ZED_DT_RECORD:
+    case ZED_DT_SETOF:
+    case ZED_DT_SEQUENCEOF:
+    case ZED_DT_ATTRIBUTE:
+    case ZED_DT_ATTRIBUTELIST: return;
+    default: break;
+    }
+    std::unique_ptr<TValue> value = GetTValue(false);
+    if (value && (value->IsPresent() || value->IsDefault()))
+        SetInitialValue(std::move(value));
 }
 
 bool IField::LockInitialValueSet(bool lock)

@@ -92,6 +92,10 @@ public:
     bool LockInitialValueSet(bool lock);
     /// By the default policy: the dictionary's text (1), the server's (2), else nothing.
     void SetToDefault();
+    /// What the field shows now becomes its initial value, so that a form
+    /// filled from defaults or saved contents reverts to them; nothing when it
+    /// shows no value.
+    void KeepValueAsInitial();
     /// The configuration context of the parent form; null without a form.
     KELConfigContext* ConfigurationContext() const;
 

@@ -115,9 +115,7 @@ void IFieldToggle::SetValue(const TValue& value)
         SetToNotReturned();
         return;
     }
-    const bool on = static_cast<const TBoolean&>(value).GetValue();
-    m_putIn = on ? 1 : 0;
-    Show(on);
+    Show(static_cast<const TBoolean&>(value).GetValue());
     SetInitialValue(value.Clone());
 }
 
@@ -142,12 +140,14 @@ void IFieldToggle::GetPartialRequest(std::string& request)
     request = m_pTrue->isChecked() ? "True" : m_pFalse->isChecked() ? "False" : "";
 }
 
-std::unique_ptr<TValue> IFieldToggle::GetTValue(bool always)
+// Neither choice checked gives no value, even when one is asked for always,
+// unless the text edit shows what stands for it (not returned, the default).
+std::unique_ptr<TValue> IFieldToggle::GetTValue(bool)
 {
     std::unique_ptr<TValue> value;
     if (m_pTrue && (m_pTrue->isChecked() || m_pFalse->isChecked()))
         value = std::make_unique<TBoolean>(m_pTrue->isChecked());
-    else if (always || (m_pEdit && m_pEdit->isVisibleTo(m_pEdit->parentWidget())))
+    else if (m_pEdit && m_pEdit->isVisibleTo(m_pEdit->parentWidget()))
         value = std::make_unique<TBoolean>();
     if (!value)
         return nullptr;
@@ -206,13 +206,20 @@ void IFieldToggle::SaveContents(const std::string& key) const
     SaveConfigText(key, KELResources::String(m_pTrue->isChecked() ? 4026 : 4027), "IFieldToggle");
 }
 
-bool IFieldToggle::ValueChanged() const
+int IFieldToggle::CheckedState() const
 {
-    if (IsReadOnly() || !m_pTrue)
-        return false;
-    const int now = m_pTrue->isChecked() ? 1 : m_pFalse->isChecked() ? 0 : -1;
-    return now != m_putIn;
+    if (!m_pTrue)
+        return -1;
+    return m_pTrue->isChecked() ? 1 : m_pFalse->isChecked() ? 0 : -1;
 }
+
+void IFieldToggle::SetInitialValue(std::unique_ptr<TValue> value)
+{
+    m_putIn = CheckedState();
+    IField::SetInitialValue(std::move(value));
+}
+
+bool IFieldToggle::ValueChanged() const { return !IsReadOnly() && m_pTrue && CheckedState() != m_putIn; }
 
 void IFieldToggle::Dump()
 {

@@ -29,6 +29,8 @@ public:
     bool SetToNullValue() override;
     bool SetToServerDefault() override;
     std::unique_ptr<TValue> GetTValue(bool always) override;
+    /// The state shown is also what a change is measured against.
+    void SetInitialValue(std::unique_ptr<TValue> value) override;
 
     QRadioButton* GetTrueButton() const { return m_pTrue; }
     QRadioButton* GetFalseButton() const { return m_pFalse; }
@@ -38,6 +40,8 @@ private:
     void Show(bool value);
     void Uncheck();
     void ShowText(const std::string& text);
+    /// -1 neither, 0 false, 1 true.
+    int CheckedState() const;
 
     QRadioButton* m_pTrue = nullptr;
     QRadioButton* m_pFalse = nullptr;

@@ -32,6 +32,12 @@ void KELTextField::Dump()
 
 bool KELTextField::TextChangedSincePutIn() const { return !IsReadOnly() && CurrentText() != m_putIn; }
 
+void KELTextField::SetInitialValue(std::unique_ptr<TValue> value)
+{
+    m_putIn = CurrentText();
+    IField::SetInitialValue(std::move(value));
+}
+
 bool KELTextField::SetToNullValue()
 {
     SetValue(std::string());

@@ -18,6 +18,8 @@ public:
     bool SetToNullValue() override;
     /// The default's text, which GetTValue then reads back marked default.
     bool SetToServerDefault() override;
+    /// The text shown is also what a change is measured against.
+    void SetInitialValue(std::unique_ptr<TValue> value) override;
 
 protected:
     std::string CurrentText() const;

@@ -49,17 +49,24 @@ void GetRequest(const IPresentationContainer* container, std::string& out)
         out.pop_back();
 }
 
+// What a form is filled with is what its fields revert to.
 void FillWithDefaults(const IPresentationContainer* container)
 {
     ForEachLine(container, [](IFormLine& line) {
-        if (line.GetField())
-            line.GetField()->SetToDefault();
+        if (IField* field = line.GetField()) {
+            field->SetToDefault();
+            field->KeepValueAsInitial();
+        }
     });
 }
 
 void FillWithConfig(const IPresentationContainer* container, const std::string& section)
 {
-    ForEachLine(container, [&](IFormLine& line) { line.FillWithConfig(section); });
+    ForEachLine(container, [&](IFormLine& line) {
+        line.FillWithConfig(section);
+        if (IField* field = line.GetField())
+            field->KeepValueAsInitial();
+    });
 }
 
 void SaveContents(const IPresentationContainer* container, const std::string& section)

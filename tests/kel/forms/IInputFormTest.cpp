@@ -1,5 +1,6 @@
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
+#include "kel/controls/IControlBase.h"
 #include "kel/fields/IFieldAttribute.h"
 #include "kel/fields/IFieldCombo.h"
 #include "kel/fields/KELCompositeField.h"
@@ -29,6 +30,7 @@
 #include "zed/value/TUserDefined.h"
 
 #include <gmock/gmock.h>
+#include <QRadioButton>
 #include <QToolButton>
 
 #include <gtest/gtest.h>
@@ -324,6 +326,84 @@ TEST_F(InputFormTest, SectionNamesAndEntityIdentifiers)
     IControlContainer* first = form->GetControlContainer();
     EXPECT_NE(form->CreateControlContainer(), first);
     EXPECT_EQ(form->GetControlContainer(), first) << "the form keeps its first container";
+}
+
+} // namespace
+
+namespace {
+
+std::string TextOf(IField& field)
+{
+    std::string text;
+    field.GetValue(text);
+    return text;
+}
+
+// As the field's menu does, from the field's own control (a toggle's is a button of its row).
+void Revert(IField& field)
+{
+    auto* control = dynamic_cast<IControlBase*>(field.GetWindow());
+    for (QObject* child : field.GetWindow()->children())
+        if (!control)
+            control = dynamic_cast<IControlBase*>(child);
+    ASSERT_NE(control, nullptr);
+    control->OnFieldRevertToInit();
+}
+
+TEST_F(InputFormTest, ARevertGoesBackToWhatTheFormWasFilledWith)
+{
+    {
+        auto saved = Open(kEcho);
+        saved->SetFillConfigSection("Echo contents");
+        Line(*saved, 4)->GetField()->SetValue(std::string("2.25"));
+        Line(*saved, 1)->GetField()->SetValue(std::string("1"));
+        saved->SaveContents("");
+    }
+    auto form = Open(kEcho);
+    form->SetFillConfigSection("Echo contents");
+    form->FillWithDefaults();
+    form->FillWithCurrentConfig();
+    IFormLine& weightLine = *Line(*form, 4);
+    IField& weight = *weightLine.GetField();
+    EXPECT_FALSE(weightLine.ValueChanged());
+    weight.SetValue(std::string("9"));
+    EXPECT_TRUE(weightLine.ValueChanged());
+    Revert(weight);
+    EXPECT_EQ(TextOf(weight), "2.25") << "the saved contents, not a blank";
+    EXPECT_FALSE(weightLine.ValueChanged()) << "no longer marked as changed";
+    EXPECT_FALSE(weight.ValueChanged());
+
+    auto& confirm = dynamic_cast<IFieldToggle&>(*Line(*form, 1)->GetField());
+    confirm.GetFalseButton()->click();
+    Revert(confirm);
+    EXPECT_TRUE(confirm.GetTrueButton()->isChecked());
+    EXPECT_FALSE(confirm.ValueChanged());
+
+    // A form filled with defaults only: the dictionary's, and the server's.
+    auto defaults = Open(kEcho);
+    defaults->FillWithDefaults();
+    IField& fresh = *Line(*defaults, 4)->GetField();
+    fresh.SetValue(std::string("3"));
+    Revert(fresh);
+    EXPECT_EQ(TextOf(fresh), "1.5");
+    auto test = Open(kTest);
+    test->FillWithDefaults();
+    IField& size = *Line(*test, 2)->GetField();
+    size.SetValue(std::string("64"));
+    Revert(size);
+    std::unique_ptr<TValue> reverted = size.GetTValue(false);
+    ASSERT_NE(reverted, nullptr);
+    EXPECT_TRUE(reverted->IsDefault()) << "left to the server again";
+}
+
+TEST_F(InputFormTest, AToggleWithNeitherChoiceGivesNoValueUnlessItShowsOne)
+{
+    auto form = Open(kEcho);
+    auto& confirm = dynamic_cast<IFieldToggle&>(*Line(*form, 1)->GetField());
+    EXPECT_EQ(confirm.GetTValue(false), nullptr);
+    EXPECT_EQ(confirm.GetTValue(true), nullptr) << "asked always, still none";
+    confirm.SetToNotReturned();
+    EXPECT_EQ(confirm.GetTValue(true), nullptr);
 }
 
 } // namespace
