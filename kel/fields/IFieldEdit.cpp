@@ -1,6 +1,7 @@
 #include "kel/fields/IFieldEdit.h"
 
 #include "kel/controls/KELControl.h"
+#include "kel/controls/KELTypingLimit.h"
 #include "kel/fields/IContainer.h"
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
@@ -11,13 +12,6 @@
 
 #include <QFontMetrics>
 #include <QLineEdit>
-
-namespace {
-
-// What a text limit of 0 means to an edit control: no limit of its own.
-constexpr int kNoLimit = 32767;
-
-} // namespace
 
 IFieldEdit::IFieldEdit(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
 
@@ -31,8 +25,7 @@ void IFieldEdit::Create(unsigned int& id, IElementInfo& info)
         IControlBase::ShowAsReadOnly(edit);
         edit->SetFlag(1);
     }
-    const unsigned int limit = info.GetMaxSize();
-    edit->setMaxLength(limit == 0 || limit > static_cast<unsigned int>(kNoLimit) ? kNoLimit : static_cast<int>(limit));
+    KELTypingLimit::Apply(edit, static_cast<int>(std::min(info.GetMaxSize(), 32768u)));
     m_pEdit = edit;
     SetWindow(edit);
     Resize(QSize(kWidth, QFontMetrics(edit->font()).boundingRect(QStringLiteral("Text")).height() + 3));
@@ -45,7 +38,7 @@ void IFieldEdit::SetToNotReturned() { SetValue(KELResources::String(4025)); }
 void IFieldEdit::SetValue(const std::string& text)
 {
     if (m_pEdit) {
-        m_pEdit->setText(QString::fromStdString(text));
+        KELTypingLimit::SetText(m_pEdit, QString::fromStdString(text));
         m_pEdit->setCursorPosition(0);  // the start of a long text, not its end
     }
 }

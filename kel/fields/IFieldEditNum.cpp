@@ -1,6 +1,7 @@
 #include "kel/fields/IFieldEditNum.h"
 
 #include "kel/controls/IControlEditNum.h"
+#include "kel/controls/KELTypingLimit.h"
 #include "kel/fields/IContainer.h"
 #include "kel/frame/ICreationFailedException.h"
 #include "kel/frame/KELResources.h"
@@ -31,8 +32,7 @@ void IFieldEditNum::Create(unsigned int& id, IElementInfo& info)
         IControlBase::ShowAsReadOnly(edit);
         edit->SetFlag(1);
     }
-    if (info.GetMaxSize() > 0 && info.GetMaxSize() < 32767)
-        edit->setMaxLength(static_cast<int>(info.GetMaxSize()));
+    KELTypingLimit::Apply(edit, static_cast<int>(std::min(info.GetMaxSize(), 32768u)));
     m_pEdit = edit;
     SetWindow(edit);
     Resize(QSize(150, QFontMetrics(edit->font()).boundingRect(QStringLiteral("Text")).height() + 3));
@@ -49,7 +49,7 @@ void IFieldEditNum::SetValue(const std::string& text)
 {
     if (!m_pEdit)
         return;
-    m_pEdit->setText(QString::fromStdString(text));
+    KELTypingLimit::SetText(m_pEdit, QString::fromStdString(text));
     m_pEdit->MarkInvalid(QString());
 }
 
@@ -97,7 +97,7 @@ void IFieldEditNum::ControlCallback(int code, void*)
         // Leaving the field puts a valid text in the kind's own form.
         std::string text = CurrentText();
         if (!text.empty() && Valid(text))
-            m_pEdit->setText(QString::fromStdString(text));
+            KELTypingLimit::SetText(m_pEdit, QString::fromStdString(text));
     }
 }
 

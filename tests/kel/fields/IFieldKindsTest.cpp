@@ -416,3 +416,37 @@ TEST_F(FieldKindsTest, ATimeIsTypedPickedAndLeftFromTheKeyboard)
 }
 
 } // namespace
+
+namespace {
+
+TEST_F(FieldKindsTest, ATextLimitBindsTypingOnly)
+{
+    IElementInfo info = Element(ZED_DT_SIMPLENAME);
+    info.SetMaxSize(8);
+    auto name = Make<IFieldEdit>(info);
+    auto* edit = static_cast<QLineEdit*>(name->GetWindow());
+    QTest::keyClicks(edit, "abcdefghijk");
+    EXPECT_EQ(Text(*name), "abcdefgh") << "typing stops at the limit";
+
+    // A reply's longer value is shown and given back whole.
+    name->SetValue(TSimpleName("a-name-of-twenty-one"));
+    EXPECT_EQ(Text(*name), "a-name-of-twenty-one");
+    EXPECT_EQ(name->GetTValue(false)->ToString(), "a-name-of-twenty-one");
+    edit->end(false);
+    QTest::keyClicks(edit, "x");
+    EXPECT_EQ(Text(*name), "a-name-of-twenty-one") << "nor can typing make it longer";
+    QTest::keyClick(edit, Qt::Key_Backspace);
+    QTest::keyClicks(edit, "yz");
+    EXPECT_EQ(Text(*name), "a-name-of-twenty-ony");
+    edit->selectAll();
+    QTest::keyClicks(edit, "0123456789");
+    EXPECT_EQ(Text(*name), "01234567") << "once shortened, the limit holds again";
+
+    IElementInfo number = Element(ZED_DT_UNSIGNED32);
+    number.SetMaxSize(3);
+    auto count = Make<IFieldEditNum>(number);
+    count->SetValue(TUnsigned32(123456));
+    EXPECT_EQ(Text(*count), "123456");
+}
+
+} // namespace
