@@ -22,10 +22,12 @@
 
 #include "zed/TApplication.h"
 #include "zed/dict/TDictionary.h"
+#include "zed/value/TAttribute.h"
 #include "zed/value/TSetOf.h"
 #include "zed/value/TValueParser.h"
 
 #include <QApplication>
+#include <QLineEdit>
 #include <QToolButton>
 #include <QDir>
 #include <QFile>
@@ -94,21 +96,53 @@ TValuePtr ParseFor(IInputForm& form, const TDictType& type, int id, const std::s
                          &error);
 }
 
+// An attribute list filled as an operator fills it: for each attribute the
+// add button, its name typed and entered, then its value typed.
+bool FillAttributes(IInputForm& form, IFieldAttrList& list, const std::string& json, std::ostream& out)
+{
+    std::string error;
+    const TValuePtr value = ParseFor(form, *ZEDGetApplication()->GetDictionary()->FindType("AttributeList"), 0, json, error);
+    if (!value) {
+        out << "  " << error << "\n";
+        return false;
+    }
+    const auto& attributes = static_cast<const TAttributeList&>(*value);
+    int typed = 0;
+    for (std::size_t i = 0; i < attributes.Size(); ++i) {
+        list.GetAddButton()->click();
+        IField* added = nullptr;
+        for (long at = list.GetFieldContainer()->GoFirst(); at >= 0;)
+            added = list.GetFieldContainer()->GetNext(at);
+        auto* attribute = dynamic_cast<IFieldAttribute*>(added);
+        auto* name = attribute ? qobject_cast<QLineEdit*>(attribute->GetIDField()->GetWindow()) : nullptr;
+        if (!name)
+            continue;
+        name->setText(QString::fromStdString(attributes.At(i).GetAttributeID().GetName()));
+        emit name->editingFinished();
+        if (IField* field = attribute->GetValueField(); field && !field->IsReadOnly()) {
+            field->SetValue(attributes.At(i).GetValue().ToString());
+            ++typed;
+        }
+    }
+    out << "  Settings: " << attributes.Size() << " added, " << typed << " typed\n";
+    return typed == static_cast<int>(attributes.Size());
+}
+
 // Fills a composite as an operator would. A set is grown by its add button
 // three times, the middle element removed again, then each element is given
-// its part of the JSON value; records (nested ones too), attributes and
-// attribute lists take the value whole.
+// its part of the JSON value; an attribute list gets its attributes one by
+// one; records (nested ones too) and attributes take the value whole.
 bool Grow(IInputForm& form, const std::string& name, const std::string& json, std::ostream& out)
 {
     IField* field = FieldOf(form, name);
     std::string error;
     TDictTypePtr whole;
+    if (auto* list = dynamic_cast<IFieldAttrList*>(field))
+        return FillAttributes(form, *list, json, out);
     if (auto* record = dynamic_cast<IFieldRecord*>(field); record && record->GetDictType())
         whole = record->GetDictType()->Share();
     else if (dynamic_cast<IFieldAttribute*>(field))
         whole = ZEDGetApplication()->GetDictionary()->FindType("Attribute");
-    else if (dynamic_cast<IFieldAttrList*>(field))
-        whole = ZEDGetApplication()->GetDictionary()->FindType("AttributeList");
     if (whole) {
         const TValuePtr value = ParseFor(form, *whole, field->GetID(), json, error);
         if (value)

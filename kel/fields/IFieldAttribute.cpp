@@ -6,7 +6,10 @@
 #include "zed/TApplication.h"
 #include "zed/TException.h"
 #include "zed/value/TAttribute.h"
+#include "zed/value/TUserDefined.h"
 #include "zed/value/TValueParser.h"
+
+#include <QLineEdit>
 
 #include <charconv>
 
@@ -14,12 +17,16 @@ IFieldAttributeID::~IFieldAttributeID() = default;
 
 namespace {
 
+const TDictClass* ClassOf(const TEntitySpec& entity)
+{
+    const TDictionary* dictionary = ZEDGetApplication()->GetDictionary().get();
+    return dictionary && entity.GetDepth() ? dictionary->FindClass(entity.GetEntityClass()) : nullptr;
+}
+
 // An identifier from its text: a name of the class's attributes, or a code.
 TAttributeID IdentifierOf(const std::string& text, const TEntitySpec& entity)
 {
-    const TDictionary* dictionary = ZEDGetApplication()->GetDictionary().get();
-    const TDictClass* cls = dictionary && entity.GetDepth() ? dictionary->FindClass(entity.GetEntityClass()) : nullptr;
-    if (cls)
+    if (const TDictClass* cls = ClassOf(entity))
         if (std::unique_ptr<TAttributeID> found = ZEDParseAttributeID(text, *cls))
             return *found;
     std::uint32_t code = 0;
@@ -68,6 +75,8 @@ void IFieldAttribute::CreateFields(IElementInfo& info)
     auto field = std::make_unique<IFieldAttributeID>(idInfo, GetFieldContainer());
     field->Create(m_controlId, idInfo);
     m_pFieldAttributeID = field.get();
+    if (auto* edit = qobject_cast<QLineEdit*>(field->GetWindow()); edit && !IsReadOnly())
+        QObject::connect(edit, &QLineEdit::editingFinished, edit, [this] { IdentifierChosen(); });
     GetFieldContainer()->InsertField(std::move(field));
     QSize size;
     GetFieldContainer()->ComputeSize(size);
@@ -96,10 +105,70 @@ void IFieldAttribute::ConstructElementInfoFromValue(IElementInfo& info, const TV
 
 void IFieldAttribute::DropValueField()
 {
+    m_typedFor = 0;
+    m_pUserBase.reset();
     if (!m_pValueField || !GetFieldContainer())
         return;
     std::unique_ptr<IField> old = GetFieldContainer()->RemoveField(static_cast<int>(m_pValueField->GetID()));
     m_pValueField = nullptr;
+}
+
+void IFieldAttribute::PlaceValueField(std::unique_ptr<IField> field)
+{
+    m_pValueField = field.get();
+    GetFieldContainer()->InsertField(std::move(field));
+    SizeHasChanged();
+}
+
+void IFieldAttribute::IdentifierChosen()
+{
+    if (IsReadOnly() || !m_pFieldAttributeID || !GetFieldContainer())
+        return;
+    std::string text;
+    m_pFieldAttributeID->GetValue(text);
+    const TDictClass* cls = ClassOf(m_entity);
+    const TAttributeID id = IdentifierOf(text, m_entity);
+    const TDictAttribute* attribute = cls && id.IsPresent() ? cls->FindAttribute(id.GetValue()) : nullptr;
+    // An identifier no attribute has keeps what there is; the same one keeps what was typed.
+    if (!attribute || (m_pValueField && m_typedFor == attribute->GetID()))
+        return;
+    // A user type is edited as its base, and its value given back wrapped.
+    TDictTypePtr type = attribute->GetTypePtr();
+    TDictTypePtr userBase;
+    if (type->GetDictObjectType() == ZED_DICT_TYPE_USERDEFINED)
+        type = userBase = static_cast<const TDictTypeUserDefined&>(*type).GetBase();
+    // A value that was there goes into the field to edit.
+    std::unique_ptr<TValue> kept = m_pValueField ? m_pValueField->GetTValue(false) : nullptr;
+    if (kept && kept->GetDatatype() == ZED_DT_USERDEFINED)
+        kept = static_cast<const TUserDefined&>(*kept).GetValue().Clone();
+    if (kept && kept->GetDatatype() != type->GetDatatype())
+        kept.reset();
+    DropValueField();
+    IElementInfo info;
+    info.SetCompleteID("");
+    info.SetID(2);
+    info.SetEntity(m_entity);
+    info.SetName(attribute->GetName());
+    info.SetPresentationName(attribute->GetPresentationName());
+    info.SetDT(type->GetDatatype());
+    info.SetHasDictType(1);
+    info.SetDictType(*type);
+    info.SetIsDisplayed(1);
+    info.SetRequired(0);
+    info.SetUnits("");
+    info.SetMaxSize(attribute->GetValueLength());
+    info.SetAccess(ZED_ACCESS_READ_WRITE);
+    try {
+        std::unique_ptr<IField> field = IFieldBuilder::CreateField(GetFieldContainer(), m_controlId, info);
+        if (kept && kept->IsPresent())
+            field->SetValue(*kept);
+        PlaceValueField(std::move(field));
+        m_typedFor = attribute->GetID();
+        m_pUserBase = userBase;
+    } catch (const TException& e) {
+        KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this)
+            << "KEL Exception catched : IFieldAttribute::IdentifierChosen failed : " << e.what();
+    }
 }
 
 void IFieldAttribute::SetValue(const TValue& value)
@@ -124,10 +193,10 @@ void IFieldAttribute::SetValue(const TValue& value)
             ConstructElementInfoFromValue(info, attribute.GetValue());
             std::unique_ptr<IField> field = IFieldBuilder::CreateField(GetFieldContainer(), m_controlId, info);
             field->SetValue(attribute.GetValue());
-            m_pValueField = field.get();
-            GetFieldContainer()->InsertField(std::move(field));
+            PlaceValueField(std::move(field));
+        } else {
+            SizeHasChanged();
         }
-        SizeHasChanged();
         SetInitialValue(value.Clone());
     } catch (const TException& e) {
         KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this) << "KEL Exception catched : IFieldAttribute::SetValue failed : "
@@ -143,7 +212,7 @@ std::unique_ptr<TValue> IFieldAttribute::GetTValue(bool partial)
     auto attribute = std::make_unique<TAttribute>(IdentifierOf(text, m_entity), GetID());
     if (m_pValueField)
         if (std::unique_ptr<TValue> value = m_pValueField->GetTValue(partial))
-            attribute->SetValue(std::move(value));
+            attribute->SetValue(m_pUserBase ? std::make_unique<TUserDefined>(m_pUserBase, std::move(value)) : std::move(value));
     return attribute;
 }
 
@@ -195,16 +264,7 @@ IFieldAttrList::IFieldAttrList(IElementInfo& info, IContainer* container) : KELE
 
 IFieldAttrList::~IFieldAttrList() = default;
 
-void IFieldAttrList::Create(unsigned int& id, IElementInfo& info)
-{
-    auto* container = new IFieldContainer(this, GetContainer());
-    AdoptControl(container, id, info);
-    container->setObjectName(QStringLiteral("Field Container"));
-    SetFieldContainer(container);
-    m_access = info.GetAccess();
-    SetWindow(container);
-    IField::Resize(QSize(1, 1));
-}
+void IFieldAttrList::Create(unsigned int& id, IElementInfo& info) { CreateFrame(id, info, true); }
 
 bool IFieldAttrList::InitElementInfo()
 {
@@ -217,7 +277,7 @@ bool IFieldAttrList::InitElementInfo()
     m_elementInfo.SetIsDisplayed(1);
     m_elementInfo.SetRequired(0);
     m_elementInfo.SetUnits("");
-    m_elementInfo.SetAccess(m_access);
+    m_elementInfo.SetAccess(GetAccess());
     m_elementInfo.SetIsSetOfElement(1);
     m_elementInfoReady = 1;
     return true;
@@ -275,13 +335,3 @@ void IFieldAttrList::SetToNotReturned()
 {
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this) << "KEL : IFieldAttrList::SetToNotReturned, not supported";
 }
-
-bool IFieldAttrList::Placed(const char* operation) const
-{
-    if (GetFieldContainer() && GetContainer())
-        return true;
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-        << "KEL : IFieldAttrList::" << operation << ", m_pFieldContainer or m_pParentWnd must be valid !";
-    return false;
-}
-

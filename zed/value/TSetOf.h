@@ -1,8 +1,9 @@
 #pragma once
 
-/// Set-of (data type 52).and sequence-of (53) values: elements of one type in
-// order. They differ in data type code only, so one template carries both.
-// Present from construction: an empty set is a value.
+// Set-of (data type 52) and sequence-of (53) values: elements of one type in
+// order. They differ in data type code only: a set may say it is a sequence,
+// and a sequence is such a set. Present from construction: an empty set is a
+// value.
 
 #include "zed/dict/TDictType.h"
 #include "zed/value/TValueHolder.h"
@@ -37,26 +38,31 @@ private:
     std::vector<TValueHolder> m_elements;
 };
 
-/// Set-of (data type 52).
-class ZED_EXPORT TSetOf final : public TConstructedOf {
+/// Set-of (data type 52), or sequence-of (53) when it says it is one.
+class ZED_EXPORT TSetOf : public TConstructedOf {
 public:
-    explicit TSetOf(Definition definition = nullptr, unsigned int id = 0) : TConstructedOf(std::move(definition), id) {}
+    explicit TSetOf(Definition definition = nullptr, unsigned int id = 0, bool sequence = false)
+        : TConstructedOf(std::move(definition), id), m_sequence(sequence)
+    {
+    }
     ~TSetOf() override;
-    ZED_T_DATATYPE GetDatatype() const override { return ZED_DT_SETOF; }
+    ZED_T_DATATYPE GetDatatype() const override { return m_sequence ? ZED_DT_SEQUENCEOF : ZED_DT_SETOF; }
+    bool IsSequence() const { return m_sequence; }
 
 protected:
     std::unique_ptr<TValue> CloneValue() const override;
+
+private:
+    bool m_sequence;
 };
 
-/// Sequence-of (data type 53).
-class ZED_EXPORT TSequenceOf final : public TConstructedOf {
+/// Sequence-of (data type 53): a set that is a sequence.
+class ZED_EXPORT TSequenceOf final : public TSetOf {
 public:
-    explicit TSequenceOf(Definition definition = nullptr, unsigned int id = 0)
-        : TConstructedOf(std::move(definition), id)
+    explicit TSequenceOf(Definition definition = nullptr, unsigned int id = 0) : TSetOf(std::move(definition), id, true)
     {
     }
     ~TSequenceOf() override;
-    ZED_T_DATATYPE GetDatatype() const override { return ZED_DT_SEQUENCEOF; }
 
 protected:
     std::unique_ptr<TValue> CloneValue() const override;

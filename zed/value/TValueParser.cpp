@@ -195,9 +195,7 @@ TValuePtr MakeEmpty(const TDictType& type)
     case ZED_DT_SEQUENCEOF: {
         auto definition =
             type.GetDictObjectType() == ZED_DICT_TYPE_CONSTRUCTOR ? type.ShareAs<TDictTypeConstructorOf>() : nullptr;
-        if (type.GetDatatype() == ZED_DT_SEQUENCEOF)
-            return std::make_unique<TSequenceOf>(definition);
-        return std::make_unique<TSetOf>(definition);
+        return std::make_unique<TSetOf>(definition, 0, type.GetDatatype() == ZED_DT_SEQUENCEOF);
     }
     case ZED_DT_ATTRIBUTELIST: return std::make_unique<TAttributeList>();
     case ZED_DT_ATTRIBUTE: return std::make_unique<TAttribute>();
@@ -287,13 +285,8 @@ TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsig
         if (type.GetDictObjectType() != ZED_DICT_TYPE_CONSTRUCTOR)
             node.Fail("set without element type");
         auto definition = type.ShareAs<TDictTypeConstructorOf>();
-        TValuePtr result;
-        TConstructedOf* set;
-        if (definition->IsSequence())
-            result = std::make_unique<TSequenceOf>(definition, id);
-        else
-            result = std::make_unique<TSetOf>(definition, id);
-        set = static_cast<TConstructedOf*>(result.get());
+        TValuePtr result = std::make_unique<TSetOf>(definition, id, definition->IsSequence());
+        auto* set = static_cast<TConstructedOf*>(result.get());
         for (std::size_t i = 0, n = node.ArraySize(true); i < n; ++i)
             set->Add(ZedValueFromJson(*definition->GetElementType(), node.At(i), 0, context));
         return result;

@@ -1,5 +1,6 @@
 #include "kel/fields/IFieldAttribute.h"
 #include "kel/fields/IFieldBuilder.h"
+#include "kel/fields/IFieldCombo.h"
 #include "kel/fields/IFieldContainer.h"
 #include "kel/fields/IFieldNumeric.h"
 #include "kel/fields/IFieldRecord.h"
@@ -11,6 +12,11 @@
 #include "support/ShippedNetwork.h"
 #include "zed/value/TAttribute.h"
 #include "zed/value/TValueParser.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTest>
+#include <QToolButton>
 
 #include <gtest/gtest.h>
 
@@ -27,9 +33,9 @@ protected:
     void TearDown() override { DestroyKEL(); }
 
     template <class Kind>
-    std::unique_ptr<Kind> Make(unsigned int dt)
+    std::unique_ptr<Kind> Make(unsigned int dt, const char* entity = "Network core Router r1")
     {
-        IElementInfo info(TEntitySpec("Network core Router r1"), "Watched", "");
+        IElementInfo info(TEntitySpec(entity), "Watched", "");
         info.SetID(5);
         info.SetDT(dt);
         unsigned int id = 1;
@@ -150,6 +156,88 @@ TEST_F(AttributeFieldTest, AnIdentifierIsEnteredAsText)
     std::string text;
     id->GetValue(text);
     EXPECT_EQ(text, "Priority");
+}
+
+} // namespace
+
+namespace {
+
+// An operator adds an attribute, names it and types its value; the list shows
+// its own name, as its line has no label.
+TEST_F(AttributeFieldTest, AnAttributeListIsFilledAttributeByAttributeFromTheKeyboard)
+{
+    auto list = Make<IFieldAttrList>(ZED_DT_ATTRIBUTELIST);
+    ASSERT_NE(list->GetCaption(), nullptr);
+    EXPECT_EQ(list->GetCaption()->text(), "Watched :");
+    ASSERT_NE(list->GetAddButton(), nullptr);
+    list->GetAddButton()->click();
+    ASSERT_EQ(list->GetFieldContainer()->GetCount(), 1u);
+    long at = list->GetFieldContainer()->GoFirst();
+    auto* attribute = dynamic_cast<IFieldAttribute*>(list->GetFieldContainer()->GetNext(at));
+    ASSERT_NE(attribute, nullptr);
+    auto* name = static_cast<QLineEdit*>(attribute->GetIDField()->GetWindow());
+    QTest::keyClicks(name, "Priority");
+    QTest::keyClick(name, Qt::Key_Return);
+    IField* value = attribute->GetValueField();
+    ASSERT_NE(dynamic_cast<IFieldInteger16*>(value), nullptr) << "a field of the attribute's type";
+    EXPECT_FALSE(value->IsReadOnly()) << "to be typed into";
+    QTest::keyClicks(value->GetWindow(), "7");
+    std::string text;
+    list->GetValue(text);
+    EXPECT_EQ(text, "{Priority = 7}");
+    EXPECT_EQ(list->GetTValue(false)->ToString(), "{ Priority = 7 }");
+
+    // Entered again, the same name keeps what was typed; an unknown one keeps the field.
+    QTest::keyClick(name, Qt::Key_Return);
+    EXPECT_EQ(attribute->GetValueField(), value);
+    name->setText("Nonsense");
+    QTest::keyClick(name, Qt::Key_Return);
+    EXPECT_EQ(attribute->GetValueField(), value);
+    // A value that arrived is shown as designed, read-only; naming it again makes it editable.
+    attribute->SetValue(*Parse("Attribute", R"({"attribute": "Priority", "value": 3})"));
+    EXPECT_TRUE(attribute->GetValueField()->IsReadOnly());
+    QTest::keyClick(name, Qt::Key_Return);
+    ASSERT_NE(attribute->GetValueField(), nullptr);
+    EXPECT_FALSE(attribute->GetValueField()->IsReadOnly());
+    attribute->GetValueField()->GetValue(text);
+    EXPECT_EQ(text, "3") << "the value it had goes into the field to edit";
+
+    // An attribute of a user type is edited as its base and goes as the user type.
+    auto onInterface = Make<IFieldAttribute>(ZED_DT_ATTRIBUTE, "Network core Router r1 Interface eth0");
+    auto* duplex = static_cast<QLineEdit*>(onInterface->GetIDField()->GetWindow());
+    QTest::keyClicks(duplex, "Duplex");
+    QTest::keyClick(duplex, Qt::Key_Return);
+    ASSERT_NE(dynamic_cast<IFieldCombo*>(onInterface->GetValueField()), nullptr);
+    onInterface->GetValueField()->SetValue(std::string("Full"));
+    std::unique_ptr<TValue> sent = onInterface->GetTValue(false);
+    const TValue& inner = static_cast<const TAttribute&>(*sent).GetValue();
+    EXPECT_EQ(inner.GetDatatype(), ZED_DT_USERDEFINED);
+    EXPECT_EQ(inner.ToString(), "Full");
+}
+
+// Without their container or parent window, the layout operations of a set
+// and an attribute list each say so with their own names.
+TEST_F(AttributeFieldTest, LayoutWithoutItsPartsIsTracedWithEachOperationsName)
+{
+    for (unsigned int dt : {ZED_DT_ATTRIBUTELIST, ZED_DT_SETOF}) {
+        IElementInfo info(TEntitySpec("Network core Router r1"), "Watched", "");
+        info.SetDT(dt);
+        std::unique_ptr<IField> orphan = dt == ZED_DT_SETOF ? std::unique_ptr<IField>(std::make_unique<IFieldSetOf>(info, nullptr))
+                                                           : std::make_unique<IFieldAttrList>(info, nullptr);
+        const std::string kind = dt == ZED_DT_SETOF ? "IFieldSetOf" : "IFieldAttrList";
+        TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_PBLM);
+        orphan->SizeHasChanged();
+        orphan->Move(QPoint(3, 4));
+        orphan->Resize(QSize(5, 6));
+        orphan->MoveAndResize(QPoint(1, 1), QSize(2, 2));
+        std::vector<std::string> said;
+        for (const std::string& line : capture.Lines())
+            said.push_back(line.substr(line.find("KEL : ")));
+        const std::string tail = ", m_pFieldContainer or m_pParentWnd must be valid !";
+        EXPECT_EQ(said, (std::vector<std::string>{"KEL : " + kind + "::SizeHasChanged" + tail, "KEL : " + kind + "::Move" + tail,
+                                                  "KEL : " + kind + "::Resize" + tail,
+                                                  "KEL : " + kind + "::MoveAndResize" + tail}));
+    }
 }
 
 } // namespace

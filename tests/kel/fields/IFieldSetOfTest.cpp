@@ -16,6 +16,7 @@
 #include <QToolButton>
 
 #include <gmock/gmock.h>
+#include <typeinfo>
 #include <gtest/gtest.h>
 
 using ::testing::ElementsAre;
@@ -131,6 +132,10 @@ TEST_F(SetOfFieldTest, AValueGrowsOrShrinksTheSetAndComesBack)
     EXPECT_EQ(text, "{Locked,Unlocked}");
     std::unique_ptr<TValue> back = set->GetTValue(false);
     ASSERT_EQ(back->GetDatatype(), ZED_DT_SEQUENCEOF) << "a sequence stays a sequence";
+    const auto* asSet = dynamic_cast<const TSetOf*>(back.get());
+    ASSERT_NE(asSet, nullptr) << "a set-of field gives a TSetOf, for a sequence type too";
+    EXPECT_TRUE(typeid(*asSet) == typeid(TSetOf)) << typeid(*asSet).name();
+    EXPECT_TRUE(asSet->IsSequence());
     EXPECT_EQ(back->ToString(), two->ToString());
     EXPECT_EQ(back->GetID(), 9u);
 
