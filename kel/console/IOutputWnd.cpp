@@ -8,6 +8,7 @@
 #include <QIcon>
 #include <QPixmap>
 #include <QResizeEvent>
+#include <QStyledItemDelegate>
 #include <QTimer>
 
 #include <array>
@@ -41,6 +42,20 @@ const std::array<QIcon, 3>& Icons(bool& complete)
     return icons;
 }
 
+// Draws no more of a message than a column can show; the item keeps it whole.
+class ShownPart : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+protected:
+    void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override
+    {
+        QStyledItemDelegate::initStyleOption(option, index);
+        if (option->text.size() > IOutputWnd::kMaxShown)
+            option->text.truncate(IOutputWnd::kMaxShown);
+    }
+};
+
 } // namespace
 
 IOutputWnd::IOutputWnd() = default;
@@ -54,6 +69,7 @@ bool IOutputWnd::Create(QWidget* parent)
     m_pList->setProperty("controlId", 33310 + m_index);
     m_pList->setAccessibleName(QString::fromStdString(m_title));
     m_pList->setGeometry(rect());
+    m_pList->setItemDelegate(new ShownPart(m_pList));
     m_pList->show();
     bool complete = false;
     Icons(complete);
@@ -77,12 +93,11 @@ int IOutputWnd::SetMessage(KEL_T_Severity severity, const char* text)
 {
     if (!m_pList)
         return 1;
-    QString message = QString::fromUtf8(text ? text : "");
-    if (message.size() > kMaxShown)
-        message.truncate(kMaxShown);
+    const QString message = QString::fromUtf8(text ? text : "");
     const QString time = QString::fromStdString(TAbsTime::Now().ToString());
     if (m_hasImages) {
-        const int width = m_pList->fontMetrics().horizontalAdvance(message);
+        const int width = m_pList->fontMetrics().horizontalAdvance(
+            message.size() > kMaxShown ? QStringView(message).left(kMaxShown).toString() : message);
         if (width > m_pList->columnWidth(1))
             m_pList->setColumnWidth(1, width);
     }

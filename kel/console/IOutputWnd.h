@@ -18,7 +18,8 @@ public:
     static constexpr int kMessageWidth = 500;
     static constexpr int kMaxItems = 10000;
     static constexpr int kTrimCount = 2000;
-    /// What a message cell keeps: more than any column can show.
+    /// What a message cell draws and is measured by: more than any column
+    /// can show. The item keeps the whole message, which Copy gives.
     static constexpr int kMaxShown = 10000;
     /// Where an item keeps its message's severity (column 0).
     static constexpr int kSeverityRole = Qt::UserRole + 1;

@@ -3,6 +3,7 @@
 #include "kel/controls/IControlEditNum.h"
 #include "kel/controls/KELTypingLimit.h"
 #include "kel/fields/IContainer.h"
+#include "kel/fields/IFieldEdit.h"
 #include "kel/frame/ICreationFailedException.h"
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
@@ -17,8 +18,11 @@ IFieldEditNum::~IFieldEditNum() = default;
 void IFieldEditNum::Create(unsigned int& id, IElementInfo& info)
 {
     auto* edit = new IControlEditNum(this, GetContainer());
+    AdoptControl(edit, id, info);
+    // A number's tip is its type's presentation name, where a text's is the type's name.
     try {
-        AdoptControl(edit, id, info);
+        if (GetContainer() && info.HasDictType() && info.GetDictType())
+            GetContainer()->AddToolTip(edit, QString::fromStdString(info.GetDictType()->GetPresentationName()));
     } catch (const ICreationFailedException&) {
         throw;
     } catch (const std::exception& e) {
@@ -35,7 +39,8 @@ void IFieldEditNum::Create(unsigned int& id, IElementInfo& info)
     KELTypingLimit::Apply(edit, static_cast<int>(std::min(info.GetMaxSize(), 32768u)));
     m_pEdit = edit;
     SetWindow(edit);
-    Resize(QSize(150, QFontMetrics(edit->font()).boundingRect(QStringLiteral("Text")).height() + 3));
+    // Made as the text field is, of its width.
+    Resize(QSize(IFieldEdit::kWidth, QFontMetrics(edit->font()).boundingRect(QStringLiteral("Text")).height() + 3));
 }
 
 void IFieldEditNum::GetValue(std::string& text) const

@@ -11,6 +11,7 @@
 #include "zed/dict/TDictionary.h"
 #include "zed/value/TAttribute.h"
 #include "zed/value/TScalarValues.h"
+#include "zed/value/TValueParser.h"
 
 #include <QDateTime>
 #include <QLocale>
@@ -22,6 +23,21 @@ const TDictClass* ClassOf(const TEntitySpec& entity)
 {
     const TDictionaryPtr dictionary = ZEDGetApplication()->GetDictionary();
     return dictionary ? dictionary->FindClass(entity.GetEntityClass()) : nullptr;
+}
+
+// An attribute that came without a value still has its line: an absent value
+// of its dictionary type (text when the class does not know it, or when its
+// kind is never absent), known by the attribute's code.
+TValuePtr NoValueOf(const TEntitySpec& entity, const TAttribute& attribute)
+{
+    const unsigned int code = attribute.GetAttributeID().GetValue();
+    const TDictClass* cls = ClassOf(entity);
+    const TDictAttribute* known = cls ? cls->FindAttribute(code) : nullptr;
+    TValuePtr value = known ? ZEDMakeValue(known->GetType(), code) : nullptr;
+    if (!value || value->IsPresent())
+        value = std::make_unique<TLatin1String>();
+    value->SetID(code);
+    return value;
 }
 
 // The time in the operator's locale and time zone.
@@ -89,6 +105,8 @@ void IOutputForm::CreatePresentation(const std::string& name, const KELCallReply
                 const TAttribute& attribute = list.At(i);
                 if (attribute.HasValue())
                     AddValueField(reply.Entity(), attribute.GetValue(), line, false);
+                else
+                    AddValueField(reply.Entity(), *NoValueOf(reply.Entity(), attribute), line, false);
             }
         } else {
             AddValueField(reply.Entity(), value, line, true);
@@ -162,8 +180,12 @@ void IOutputForm::AddValueField(const TEntitySpec& entity, const TValue& value, 
     if (!element)
         return;
     auto* line = dynamic_cast<IFormLine*>(element.get());
-    if (GetContainer() && GetContainer()->InsertElement(std::move(element)) && line)
+    if (!GetContainer() || !GetContainer()->InsertElement(std::move(element)) || !line)
+        return;
+    if (value.IsPresent())
         line->SetValue(value);
+    else
+        line->SetToNotReturned();
 }
 
 void IOutputForm::CleanPresentation()

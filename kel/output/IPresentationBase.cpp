@@ -52,7 +52,7 @@ void FillFromDictionary(const TDictValue& value, IElementInfo& info, const char*
     info.SetDictType(value.GetType());
     if (dt == ZED_DT_SETOF || dt == ZED_DT_SEQUENCEOF || dt == ZED_DT_RECORD || dt == ZED_DT_ENUMERATION) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELPresentationBase", object)
-            << "KEL : IPresentationBase::" << operation << " : DictType for this value is : "
+            << "KEL :IPresentationBase::" << operation << " : DictType for this value is : "
             << value.GetType().ToString();
     }
     info.SetDictValue(dt == 14 || dt == 15 || dt == 16 ? &value : nullptr);

@@ -68,8 +68,12 @@ TEST_F(ConsoleTest, AWideMessageWidensItsColumnUntilTheTabIsCleared)
     EXPECT_EQ(output.SetMessage(KEL_SEVERITY_DONE, std::string(300, 'W').c_str()), 1);
     EXPECT_GT(List(0).columnWidth(1), 500);
     const std::string huge(1 << 20, 'x');
-    EXPECT_EQ(output.SetMessage(KEL_SEVERITY_DONE, huge.c_str()), 1) << "a megabyte is shown, cut";
-    EXPECT_EQ(List(0).topLevelItem(1)->text(1).size(), IOutputWnd::kMaxShown);
+    EXPECT_EQ(output.SetMessage(KEL_SEVERITY_DONE, huge.c_str()), 1) << "a megabyte is shown";
+    EXPECT_EQ(List(0).topLevelItem(1)->text(1).size(), 1 << 20) << "kept whole; only what is drawn is cut";
+    List(0).setCurrentItem(List(0).topLevelItem(1));
+    List(0).CopyToClipboard();
+    EXPECT_NE(QApplication::clipboard()->text().indexOf(QString(1 << 20, QLatin1Char('x'))), -1)
+        << "Copy gives the whole message";
     console.GetTabWindow()->setCurrentIndex(0);
     EXPECT_TRUE(console.OnCommand(IConsole::kClearCommand));
     EXPECT_EQ(List(0).topLevelItemCount(), 0);

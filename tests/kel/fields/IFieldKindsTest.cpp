@@ -210,9 +210,14 @@ TEST_F(FieldKindsTest, NumbersAreCheckedAndRewrittenInTheirKindsFormat)
     EXPECT_EQ(Text(*i16), "") << "deliberately empty";
 
     for (unsigned int dt : {30u, 31u, 34u, 35u, 37u, 38u, 63u, 72u}) {
-        auto field = Make<IFieldEditNum>(Element(dt));
+        IElementInfo info = Element(dt);
+        info.SetDictType(TDictType(900, "Pct", "Percent of the whole", dt));
+        info.SetHasDictType(1);
+        auto field = Make<IFieldEditNum>(info);
         field->SetValue(std::string("3"));
         EXPECT_EQ(field->GetTValue(false)->GetDatatype(), dt);
+        EXPECT_EQ(field->GetSize().width(), IFieldEdit::kWidth) << "made as the text field is";
+        EXPECT_EQ(field->GetWindow()->toolTip(), "Percent of the whole") << "the type's presentation name";
     }
 }
 

@@ -9,8 +9,10 @@
 #include "support/ShippedNetwork.h"
 #include "zed/call/TCall.h"
 #include "zed/dict/ZedDictCodes.h"
+#include "zed/value/TAttribute.h"
 #include "zed/value/TEnumeration.h"
 #include "zed/value/TScalarValues.h"
+#include "zed/value/TValueParser.h"
 
 #include <QFont>
 
@@ -125,6 +127,37 @@ TEST_F(OutputFormTest, AnAttributeListOpensIntoALinePerAttributeAndUnknownValues
     form->AddValueField(TEntitySpec("Network core Router r1"), TUnsigned16(7, 77), line, true);
     EXPECT_EQ(line, static_cast<long>(keys.size()) - 2) << "the next line's number";
     EXPECT_EQ(Label(line - 1), "Value 77");
+}
+
+// A call whose answer the test writes.
+class AnsweredCall : public TCall {
+public:
+    AnsweredCall(const TEntitySpec& entity, unsigned int directive, TReply reply) : TCall(entity, directive)
+    {
+        SetResults({TCallResult{entity, TAbsTime(0), std::move(reply), ZED_STATUS_RESPONSE}});
+    }
+};
+
+TEST_F(OutputFormTest, EveryAttributeOfAListHasALineInListOrderOneWithoutAValueToo)
+{
+    const TEntitySpec router("Network core Router r1");
+    const TDictClass& cls = *Dictionary().FindClass(router.GetEntityClass());
+    const TDictAttribute& state = *cls.FindAttribute(std::string("State"));
+    const TDictAttribute& priority = *cls.FindAttribute(std::string("Priority"));
+    TAttributeList list(1);
+    list.Add(TAttribute(TAttributeID(priority.GetID())));  // no value came
+    list.Add(TAttribute(TAttributeID(state.GetID()), ZEDMakeValue(state.GetType(), 0)));
+    list.Add(TAttribute(TAttributeID(4242)));  // neither a value nor known
+    TReply reply(0, 1);
+    reply.Add(list);
+    AnsweredCall call(router, kShow, std::move(reply));
+    form->CreatePresentation("Output", KELCallReply(call), kShow);
+    EXPECT_EQ(Keys(), (std::vector<int>{-5, -4, -3, 0, 1, 2}));
+    EXPECT_EQ(Label(0), priority.GetPresentationName());
+    EXPECT_EQ(Text(0), "") << "a number not returned is deliberately empty";
+    EXPECT_EQ(Label(1), state.GetPresentationName());
+    EXPECT_EQ(Label(2), "Value 4242");
+    EXPECT_EQ(Text(2), "<not returned>");
 }
 
 TEST(CallReplyList, CleanDeletesFromHeadToTailAndDropsNullEntries)

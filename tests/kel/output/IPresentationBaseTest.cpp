@@ -2,7 +2,9 @@
 #include "kel/model/IElementInfo.h"
 #include "kel/output/IPresentationBase.h"
 #include "kel/model/IPresentationContainer.h"
+#include "kel/frame/KELTrace.h"
 #include "support/ShippedNetwork.h"
+#include "support/TraceCapture.h"
 
 #include <gtest/gtest.h>
 
@@ -61,6 +63,29 @@ TEST_F(PresentationBaseTest, AttributesGiveAttrIdentifiersDefaultsAndSizes)
     EXPECT_EQ(secret.GetDT(), 999u) << "a name holding SECRET is shown by no field";
     ASSERT_NE(secret.GetDictType(), nullptr);
     EXPECT_EQ(secret.GetDictType()->GetDatatype(), ZED_DT_LATIN1STRING);
+}
+
+// "KEL :" and the text right behind it, for the composite kinds only.
+TEST_F(PresentationBaseTest, CompositeTypesAreTracedWithTheirTypesOwnText)
+{
+    const TDictClass& router = Class({1, 2});
+    const TDictAttribute* state = router.FindAttribute(std::string("State"));
+    const TDictDirective& echo = *Class({1, 2, 3}).FindDirective(11);
+    TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_PBLM);
+    IElementInfo info;
+    filler.InitAttrElementInfo(*state, info);
+    filler.InitArgElementInfo(*echo.FindRequestArgument(5), info);
+    filler.InitArgElementInfo(*echo.FindRequestArgument(3), info);
+    const std::vector<std::string> lines = capture.Lines();
+    ASSERT_EQ(lines.size(), 2u) << "a float is no composite";
+    EXPECT_NE(lines[0].find("this="), std::string::npos);
+    EXPECT_NE(lines[0].find(" KEL :IPresentationBase::InitAttrElementInfo : DictType for this value is : "
+                            + state->GetType().ToString()),
+              std::string::npos)
+        << lines[0];
+    EXPECT_NE(lines[1].find(" KEL :IPresentationBase::InitArgElementInfo : DictType for this value is : "),
+              std::string::npos)
+        << lines[1];
 }
 
 TEST_F(PresentationBaseTest, ArgumentsBuildOnThePrefixAndCarryTheirRequiredFlag)
