@@ -12,6 +12,8 @@
 #include "zed/value/TEntitySpec.h"
 
 #include <QApplication>
+#include <QFontDatabase>
+#include <QFontInfo>
 #include <QStandardPaths>
 
 #include <cstdlib>
@@ -58,11 +60,30 @@ IApplication::~IApplication()
     ZEDSetAssertHandler(m_previousAssertHandler);
 }
 
+namespace {
+
+// The regular font asks for weight 300. A family without a face of that weight
+// would match a thinner one (DejaVu's ExtraLight), and every value an operator
+// types would look faint, like text that cannot be changed; such a family draws
+// it in its normal face, as the fonts the weights were chosen for did.
+void DrawInAFaceNoThinner(QFont& font, const QFont& normal)
+{
+    if (!HaveGui())
+        return;
+    // The face's own weight: QFontInfo answers the weight asked for.
+    const QFontInfo matched(font);
+    if (QFontDatabase::weight(matched.family(), matched.styleName()) < font.weight())
+        font.setStyleName(QFontInfo(normal).styleName());
+}
+
+} // namespace
+
 void IApplication::InitFonts()
 {
     const QFont base = HaveGui() ? QApplication::font() : QFont();
     m_regularFont = base;
     m_regularFont.setWeight(QFont::Light);
+    DrawInAFaceNoThinner(m_regularFont, base);
     // The "italic" font is a medium-weight upright font, as it always was.
     m_italicFont = base;
     m_italicFont.setWeight(QFont::Medium);

@@ -14,6 +14,9 @@
 #include "zed/TException.h"
 #include "zed/ZedAssert.h"
 
+#include <QFontDatabase>
+#include <QFontInfo>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -253,6 +256,9 @@ TEST_F(ApplicationTest, HelpTooltipsCounterAndFonts)
     EXPECT_EQ(app->GetCallCounter(), 41);
 
     EXPECT_EQ(app->GetRegularFont()->weight(), QFont::Light);
+    const QFontInfo regular(*app->GetRegularFont());
+    EXPECT_GE(QFontDatabase::weight(regular.family(), regular.styleName()), QFont::Light)
+        << "values are never drawn in a face thinner than asked, which reads as greyed out";
     EXPECT_EQ(app->GetItalicFont()->weight(), QFont::Medium);
     EXPECT_EQ(app->GetBoldFont()->weight(), QFont::Bold);
     EXPECT_FALSE(app->GetBoldFont()->italic());
