@@ -7,47 +7,64 @@
 #include "kel/console/IOutputWnd.h"
 #include "kel/console/IWorkspaceManager.h"
 #include "kel/console/KELWorkspaceDocument.h"
-#include "kel/frame/KELResources.h"
-#include "kel/output/IListViewOutput.h"
 #include "kel/forms/IInputForm.h"
 #include "kel/forms/IInputOutputForm.h"
 #include "kel/frame/IApplication.h"
+#include "kel/frame/KELPrompt.h"
+#include "kel/frame/KELResources.h"
+#include "kel/output/IListViewOutput.h"
 #include "kel/output/IOutputForm.h"
 #include "kel/output/IOutputList.h"
 #include "kel/output/KELCallReply.h"
 #include "kel/output/KELListModel.h"
-#include "zed/value/TEnumeration.h"
-#include "zed/value/TEventReport.h"
 #include "zed/TApplication.h"
 #include "zed/TException.h"
+#include "zed/ZedFile.h"
 #include "zed/call/TCall.h"
 #include "zed/call/TReplyText.h"
+#include "zed/value/TEnumeration.h"
+#include "zed/value/TEventReport.h"
 
+#include <QApplication>
+#include <QCloseEvent>
 #include <QComboBox>
 #include <QDockWidget>
+#include <QFileInfo>
 #include <QFontDatabase>
-#include <QHBoxLayout>
+#include <QKeyEvent>
 #include <QLabel>
+#include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QSplitter>
+#include <QStyle>
+#include <QTabBar>
 #include <QTabWidget>
-#include <QApplication>
-#include <QMenuBar>
-#include <QShortcut>
-#include <fstream>
 #include <QToolBar>
 
+#include <fstream>
 #include <functional>
 #include <sstream>
 
 namespace {
 
 const char* const kSeverity[] = {"done", "problem", "information"};
+constexpr const char* kWindowTitle = "KEL browser";
+// Where the browser keeps the recent workspaces in its user file (string 4068).
+constexpr int kRecentSection = 4068;
 
-// The form in the middle as a workspace document: its file holds its kind's
-// key (entity, then directive for an input form), so that reopening the
-// workspace opens the same form.
+bool IsSend(const QKeyEvent& key)
+{
+    return (key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter)
+           && (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
+}
+
+} // namespace
+
+// A document in the middle as the workspace keeps it: its file holds its
+// kind's key (entity, then directive for an input form), so that reopening
+// the workspace opens the same form. It also keeps the last call made from it,
+// which the outputs show while it is the document shown.
 class MiddleDocument : public KELWorkspaceDocument {
 public:
     MiddleDocument(std::string kind, std::string entity, std::string directive)
@@ -63,35 +80,51 @@ public:
     {
         std::ofstream out(path);
         out << m_entity << "\n" << m_directive << "\n";
+        out.close();
         return static_cast<bool>(out);
+    }
+
+    struct LastCall {
+        std::shared_ptr<const TCall> call;
+        unsigned int directive = 0;
+        std::string name;
+    };
+    const LastCall& GetLastCall() const { return m_last; }
+    void SetLastCall(const TCall& call, unsigned int directive, const std::string& name)
+    {
+        m_last = {std::make_shared<const TCall>(call), directive, name};
     }
 
 private:
     std::string m_kind, m_entity, m_directive, m_title, m_path;
+    LastCall m_last;
 };
-
-} // namespace
 
 KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigContext* context)
     : m_dictionary(dictionary), m_context(context)
 {
-    setWindowTitle(QStringLiteral("KEL browser"));
+    setWindowTitle(QString::fromLatin1(kWindowTitle) + QStringLiteral("[*]"));
     auto* bar = addToolBar(QStringLiteral("Entity"));
+    bar->setObjectName(QStringLiteral("Entity"));
     bar->setMovable(false);
-    bar->addWidget(new QLabel(QStringLiteral(" Entity ")));
+    auto* entityLabel = new QLabel(QStringLiteral(" &Entity "));
+    bar->addWidget(entityLabel);
     m_entities = new QComboBox;
     m_entities->setMinimumContentsLength(36);
     m_entities->setAccessibleName(QStringLiteral("Entity"));
+    entityLabel->setBuddy(m_entities);
     bar->addWidget(m_entities);
-    bar->addWidget(new QLabel(QStringLiteral("  Directive ")));
+    auto* directiveLabel = new QLabel(QStringLiteral("  D&irective "));
+    bar->addWidget(directiveLabel);
     m_directives = new QComboBox;
     m_directives->setMinimumContentsLength(12);
     m_directives->setAccessibleName(QStringLiteral("Directive"));
+    directiveLabel->setBuddy(m_directives);
     bar->addWidget(m_directives);
     bar->addSeparator();
     auto* defaults = new QPushButton(QStringLiteral("&Defaults"));
     auto* send = new QPushButton(QStringLiteral("&Send"));
-    send->setDefault(true);
+    send->setToolTip(QStringLiteral("Send the form shown (Enter in the form)"));
     bar->addWidget(defaults);
     bar->addWidget(send);
     bar->addSeparator();
@@ -123,6 +156,7 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_documents->setAccessibleName(QStringLiteral("Documents"));
     connect(m_documents, &QTabWidget::currentChanged, this, [this] { DocumentChosen(); });
     connect(m_documents, &QTabWidget::tabCloseRequested, this, [this](int index) { CloseDocument(index); });
+    connect(m_documents->tabBar(), &QTabBar::tabMoved, this, [this] { WorkspaceChanged(true); });
     m_split->addWidget(m_documents);
     m_split->addWidget(m_outputs);
     m_split->setStretchFactor(0, 3);
@@ -133,8 +167,9 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_tree = new IEntityTree(dictionary);
     m_tree->OnAttributes([this](const TEntitySpec& entity) { OpenAttributes(entity.ToString(&m_dictionary)); });
     m_tree->OnDirective([this](const TEntitySpec& entity, const std::string& directive) {
-        OpenForm(entity.ToString(&m_dictionary), directive, true);
+        OpenForm(entity.ToString(&m_dictionary), directive);
     });
+    connect(m_tree, &QTreeWidget::currentItemChanged, this, [this] { TreeSelectionChanged(); });
     auto* treeDock = new QDockWidget(QStringLiteral("Network"), this);
     treeDock->setObjectName(QStringLiteral("Network"));
     treeDock->setWidget(m_tree);
@@ -145,7 +180,9 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_console->AddTabWnd(KELResources::String(4023), 0);
     m_console->Create(this);
     addDockWidget(Qt::BottomDockWidgetArea, m_console);
-    resizeDocks({m_console}, {130}, Qt::Vertical);
+    // Room for about eight messages under the column titles and above the tabs.
+    const int row = std::max(QFontMetrics(font()).height(), 16) + 4;
+    resizeDocks({m_console}, {row * 11}, Qt::Vertical);
 
     m_workspace = std::make_unique<IWorkspaceManager>(this);
     m_workspace->SetDocumentHandler(
@@ -159,16 +196,20 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
          },
          [this](const KELWorkspaceStore::DocumentEntry& entry) { return OpenDocument(entry.kind, entry.path); },
          [this] { CloseAllDocuments(); }});
+    // The workspace's callbacks are plain functions: they reach this window
+    // through the one pointer they share.
+    s_workspaceWindow = this;
+    m_workspace->SetPreOpenCallback(&KelBrowserWindow::WorkspaceOpening);
+    m_workspace->SetPostOpenCallback(&KelBrowserWindow::WorkspaceOpened);
+    m_workspace->SetCloseCallback(&KelBrowserWindow::WorkspaceClosing);
     if (GetKELapp())
         GetKELapp()->SetWorkspaceManager(m_workspace.get());
+    ReadRecentWorkspaces();
     BuildMenus();
-    auto* help = new QShortcut(QKeySequence::HelpContents, this);
-    connect(help, &QShortcut::activated, this, [this] { ShowHelp(); });
 
-    for (const std::string& entity : ListEntities(dictionary))
-        m_entities->addItem(QString::fromStdString(entity));
+    FillEntities();
     connect(m_entities, &QComboBox::currentIndexChanged, this, [this] { EntityChosen(); });
-    connect(m_directives, &QComboBox::currentIndexChanged, this, [this] { DirectiveChosen(); });
+    connect(m_directives, &QComboBox::activated, this, [this] { DirectiveChosen(); });
     connect(defaults, &QPushButton::clicked, this, [this] {
         if (m_form)
             m_form->FillWithDefaults();
@@ -179,12 +220,42 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     connect(m_refresh, &QPushButton::clicked, this, [this] { Refresh(); });
     connect(m_apply, &QPushButton::clicked, this, [this] { Apply(); });
     EntityChosen();
+    WorkspaceChanged(false);
+}
+
+KelBrowserWindow* KelBrowserWindow::s_workspaceWindow = nullptr;
+
+void KelBrowserWindow::WorkspaceOpening(std::string)
+{
+    if (s_workspaceWindow)
+        s_workspaceWindow->m_opening = true;
+}
+
+void KelBrowserWindow::WorkspaceOpened()
+{
+    if (!s_workspaceWindow)
+        return;
+    s_workspaceWindow->m_opening = false;
+    s_workspaceWindow->WorkspaceChanged(false);
+    s_workspaceWindow->SaveSettings();
+}
+
+void KelBrowserWindow::WorkspaceClosing()
+{
+    if (s_workspaceWindow)
+        s_workspaceWindow->m_opening = true;
 }
 
 KelBrowserWindow::~KelBrowserWindow()
 {
+    if (s_workspaceWindow == this)
+        s_workspaceWindow = nullptr;
     if (GetKELapp() && GetKELapp()->GetConsole() == m_console)
         GetKELapp()->SetConsole(nullptr);
+    // The documents' forms go while the workspace manager still knows them.
+    const QSignalBlocker quiet(m_documents);
+    m_opening = true;
+    CloseAllDocuments();
 }
 
 std::vector<std::string> KelBrowserWindow::ListEntities(const TDictionary& dictionary)
@@ -221,6 +292,17 @@ std::vector<std::string> KelBrowserWindow::ListEntities(const TDictionary& dicti
     return found;
 }
 
+void KelBrowserWindow::FillEntities()
+{
+    const QSignalBlocker quiet(m_entities);
+    const QString current = m_entities->currentText();
+    m_entities->clear();
+    for (const std::string& entity : ListEntities(m_dictionary))
+        m_entities->addItem(QString::fromStdString(entity));
+    if (const int at = m_entities->findText(current); at >= 0)
+        m_entities->setCurrentIndex(at);
+}
+
 void KelBrowserWindow::EntityChosen()
 {
     FillDirectives();
@@ -241,39 +323,51 @@ void KelBrowserWindow::FillDirectives()
 
 void KelBrowserWindow::DirectiveChosen()
 {
-    OpenForm(m_entities->currentText().toStdString(), m_directives->currentText().toStdString());
+    if (m_directives->currentIndex() >= 0)
+        OpenForm(m_entities->currentText().toStdString(), m_directives->currentText().toStdString());
 }
 
-bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string& directiveName, bool newTab)
+// The entity picked above follows the instance chosen in the tree; nothing opens until a directive is.
+void KelBrowserWindow::TreeSelectionChanged()
 {
-    if (m_entities->currentText().toStdString() != entityText) {
-        const QSignalBlocker quiet(m_entities);
-        m_entities->setCurrentText(QString::fromStdString(entityText));
-        EntityChosen();
-    }
-    if (m_directives->currentText().toStdString() != directiveName) {
-        const QSignalBlocker quiet(m_directives);
-        m_directives->setCurrentText(QString::fromStdString(directiveName));
-    }
+    TEntitySpec entity;
+    if (!m_tree->GetSelectedEntity(entity))
+        return;
+    const QString text = QString::fromStdString(entity.ToString(&m_dictionary));
+    if (text == m_entities->currentText())
+        return;
+    const QSignalBlocker quiet(m_entities);
+    if (m_entities->findText(text) < 0)
+        m_entities->addItem(text);
+    m_entities->setCurrentText(text);
+    FillDirectives();
+    const QSignalBlocker quietDirectives(m_directives);
+    m_directives->setCurrentIndex(-1);
+}
+
+bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string& directiveName)
+{
     std::optional<TEntitySpec> entity = TEntitySpec::Parse(entityText, &m_dictionary);
     const TDictClass* cls = entity ? m_dictionary.FindClass(entity->GetEntityClass()) : nullptr;
     const TDictDirective* directive = cls ? cls->FindDirective(directiveName) : nullptr;
     if (!directive)
         return false;
+    auto document = std::make_unique<MiddleDocument>("input-form", entity->ToString(&m_dictionary), directive->GetName());
+    // The same form once: its tab comes forward with what was typed in it.
+    if (const int open = FindDocument(document->GetKind(), document->GetTitle()); open >= 0) {
+        m_documents->setCurrentIndex(open);
+        return true;
+    }
     auto* form = new IInputForm(m_context);
     form->setAccessibleName(QString::fromStdString(directive->GetPresentationName()));
-    const int current = m_documents->currentIndex();
-    const bool replace = !newTab && current >= 0 && dynamic_cast<IInputForm*>(m_documents->widget(current));
-    PlaceDocument(form, std::make_unique<MiddleDocument>("input-form", entity->ToString(&m_dictionary), directive->GetName()),
-                  replace ? current : -1);
+    form->installEventFilter(this);
     form->CreatePresentation(directive->GetName(), *entity, directive->GetID());
     std::string section;
     form->GetSettingSectionName(section, 1);
     form->SetFillConfigSection(section);
     form->FillWithDefaults();
     form->FillWithCurrentConfig();
-    m_requestText.clear();
-    ShowReply("");
+    PlaceDocument(form, std::move(document), -1);
     return true;
 }
 
@@ -281,34 +375,64 @@ bool KelBrowserWindow::Send()
 {
     if (!m_form)
         return false;
+    MiddleDocument* document = ShownDocument();
     TSyncCall call(m_form->GetEntity(), m_form->GetDirectiveID());
     if (!m_form->FillRequest(call.GetRequest())) {
-        SetMessage(KEL_SEVERITY_PROBLEM, "Not sent: a required argument has no value.");
+        SetMessage(KEL_SEVERITY_PROBLEM, "Not sent: " + m_form->GetRefusal());
+        return false;
+    }
+    const std::string entity = m_form->GetEntity().ToString(&m_dictionary);
+    const std::string name = m_form->GetName();
+    if (name == "Delete"
+        && KELPrompt::Question(name, "Delete " + entity + "?", false) != KELPrompt::Answer::Yes) {
+        SetMessage(KEL_SEVERITY_INFORMATION, "Not sent: the Delete of " + entity + " was not confirmed.");
         return false;
     }
     m_requestText.clear();
     m_form->GetRequest(m_requestText);
-    // What was sent is what the next form of this directive starts from.
+    // What was sent is what the next form of this directive starts from;
+    // the user file keeps it when the browser closes.
     m_form->SaveContents("");
-    if (m_context && m_context->GetUserConfigFile())
-        m_context->GetUserConfigFile()->Save();
     try {
         call.Execute();
     } catch (const TException& e) {
         SetMessage(KEL_SEVERITY_PROBLEM, std::string("The call could not be made: ") + e.what());
         return false;
     }
-    ShowOutputs(call, m_form->GetDirectiveID());
+    if (document)
+        document->SetLastCall(call, m_form->GetDirectiveID(), name);
+    ShowOutputs(call, m_form->GetDirectiveID(), name);
     // One line per message: a multi-line argument shows its line ends as " / ".
     std::string shown = m_requestText;
     for (std::size_t at = shown.find('\n'); at != std::string::npos; at = shown.find('\n', at + 3))
         shown.replace(at, 1, " / ");
-    SetMessage(KEL_SEVERITY_DONE, m_form->GetName() + " sent to " + m_form->GetEntity().ToString(&m_dictionary)
-                                      + (shown.empty() ? "" : ": " + shown));
+    std::string message = name + " sent to " + entity + (shown.empty() ? "" : ": " + shown);
+    // An exception is no success: it says so, with the dictionary's text of it.
+    bool allAnswered = true;
+    std::string exception;
+    for (std::size_t i = 0; call.SelectReply(i); ++i)
+        if (call.GetStatus() != ZED_STATUS_RESPONSE) {
+            allAnswered = false;
+            if (exception.empty()) {
+                std::ostringstream text;
+                ZEDWriteReply(text, m_dictionary, call, call.GetDirective());
+                std::string line = text.str().substr(std::min(text.str().size(), text.str().find('\n') + 1));
+                line = line.substr(0, line.find('\n'));
+                exception = line.substr(std::min(line.size(), line.find_first_not_of(' ')));
+            }
+        }
+    call.SelectReply(0);
+    SetMessage(allAnswered ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
+               allAnswered ? message : message + " -- " + exception);
+    // What a Create or Delete changed shows in the tree and the entity pick.
+    if (allAnswered && (name == "Create" || name == "Delete")) {
+        m_tree->EntityChanged(m_form->GetEntity());
+        FillEntities();
+    }
     return true;
 }
 
-void KelBrowserWindow::PlaceDocument(QWidget* page, std::unique_ptr<KELWorkspaceDocument> document, int index)
+void KelBrowserWindow::PlaceDocument(QWidget* page, std::unique_ptr<MiddleDocument> document, int index)
 {
     const QString title = QString::fromStdString(document->GetTitle());
     m_pages[page] = std::move(document);
@@ -325,6 +449,7 @@ void KelBrowserWindow::PlaceDocument(QWidget* page, std::unique_ptr<KELWorkspace
     m_documents->setTabToolTip(index, title);
     m_documents->setCurrentIndex(index);
     DocumentChosen();
+    WorkspaceChanged(true);
 }
 
 void KelBrowserWindow::CloseDocument(int index)
@@ -336,6 +461,7 @@ void KelBrowserWindow::CloseDocument(int index)
     m_pages.erase(page);
     delete page;
     DocumentChosen();
+    WorkspaceChanged(true);
 }
 
 void KelBrowserWindow::CloseAllDocuments()
@@ -344,12 +470,19 @@ void KelBrowserWindow::CloseAllDocuments()
         CloseDocument(m_documents->count() - 1);
 }
 
-int KelBrowserWindow::FindDocument(const std::string& title) const
+int KelBrowserWindow::FindDocument(const std::string& kind, const std::string& title) const
 {
     for (int i = 0; i < m_documents->count(); ++i)
-        if (const auto page = m_pages.find(m_documents->widget(i)); page != m_pages.end() && page->second->GetTitle() == title)
+        if (const auto page = m_pages.find(m_documents->widget(i));
+            page != m_pages.end() && page->second->GetKind() == kind && page->second->GetTitle() == title)
             return i;
     return -1;
+}
+
+MiddleDocument* KelBrowserWindow::ShownDocument() const
+{
+    const auto page = m_pages.find(m_documents->currentWidget());
+    return page == m_pages.end() ? nullptr : page->second.get();
 }
 
 void KelBrowserWindow::DocumentChosen()
@@ -359,6 +492,12 @@ void KelBrowserWindow::DocumentChosen()
     m_attributes = dynamic_cast<IInputOutputForm*>(current);
     m_refresh->setEnabled(m_attributes != nullptr);
     m_apply->setEnabled(m_attributes != nullptr);
+    // The outputs are the document's own: its last reply, or none.
+    const MiddleDocument* document = ShownDocument();
+    if (document && document->GetLastCall().call)
+        ShowOutputs(*document->GetLastCall().call, document->GetLastCall().directive, document->GetLastCall().name);
+    else
+        ClearOutputs();
     // The picks above follow the document shown.
     const IPresentationBase* shown = m_form ? static_cast<const IPresentationBase*>(m_form.data())
                                             : static_cast<const IPresentationBase*>(m_attributes.data());
@@ -366,10 +505,77 @@ void KelBrowserWindow::DocumentChosen()
         return;
     const QSignalBlocker quietEntities(m_entities);
     const QSignalBlocker quietDirectives(m_directives);
-    m_entities->setCurrentText(QString::fromStdString(shown->GetEntity().ToString(&m_dictionary)));
+    const QString entity = QString::fromStdString(shown->GetEntity().ToString(&m_dictionary));
+    if (m_entities->findText(entity) < 0)
+        m_entities->addItem(entity);
+    m_entities->setCurrentText(entity);
     FillDirectives();
-    if (m_form)
-        m_directives->setCurrentText(QString::fromStdString(m_form->GetName()));
+    m_directives->setCurrentIndex(m_form ? m_directives->findText(QString::fromStdString(m_form->GetName())) : -1);
+}
+
+void KelBrowserWindow::WorkspaceChanged(bool changed)
+{
+    if (m_opening)
+        return;
+    const std::string name = m_workspace ? m_workspace->GetWorkspaceName() : std::string();
+    const QString title = name.empty() ? QString::fromLatin1(kWindowTitle) + QStringLiteral("[*]")
+                                       : QFileInfo(QString::fromStdString(name)).fileName() + QStringLiteral("[*] - ")
+                                             + QString::fromLatin1(kWindowTitle);
+    setWindowTitle(title);
+    // Only an open workspace has changes to lose.
+    setWindowModified(changed && !name.empty());
+}
+
+void KelBrowserWindow::ReadRecentWorkspaces()
+{
+    if (!m_context || !GetKELapp())
+        return;
+    std::vector<std::string> recent;
+    for (int i = 1; i <= KELWorkspaceStore::kMaxRecent; ++i) {
+        std::string name;
+        if (GetKELapp()->GetConfigString(m_context, KELResources::String(kRecentSection), "Recent " + std::to_string(i),
+                                         name, "", 1) == 1
+            && !name.empty())
+            recent.push_back(name);
+    }
+    m_workspace->SetRecent(std::move(recent));
+}
+
+void KelBrowserWindow::SaveSettings()
+{
+    IConfiguration* user = m_context ? m_context->GetUserConfigFile() : nullptr;
+    if (!user)
+        return;
+    const std::vector<std::string>& recent = m_workspace->GetRecent();
+    for (int i = 1; i <= KELWorkspaceStore::kMaxRecent; ++i)
+        user->SetString(KELResources::String(kRecentSection), "Recent " + std::to_string(i),
+                        i <= static_cast<int>(recent.size()) ? recent[static_cast<std::size_t>(i - 1)] : std::string(), 1);
+    user->Save();
+}
+
+void KelBrowserWindow::closeEvent(QCloseEvent* event)
+{
+    if (isWindowModified()) {
+        const KELPrompt::Answer answer = KELPrompt::Question(
+            KELResources::String(4022),
+            "Save the changes to the workspace " + m_workspace->GetWorkspaceName() + " before quitting?", true);
+        if (answer == KELPrompt::Answer::Cancel || (answer == KELPrompt::Answer::Yes && !m_workspace->OnWorkspaceSave())) {
+            event->ignore();
+            return;
+        }
+    }
+    SaveSettings();
+    event->accept();
+}
+
+bool KelBrowserWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    // Enter that no field took (a multi-line text takes it) sends the form.
+    if (event->type() == QEvent::KeyPress && watched == m_form && IsSend(static_cast<QKeyEvent&>(*event))) {
+        Send();
+        return true;
+    }
+    return QMainWindow::eventFilter(watched, event);
 }
 
 void KelBrowserWindow::BuildMenus()
@@ -380,10 +586,19 @@ void KelBrowserWindow::BuildMenus()
         if (m_workspace->PromptWorkspaceNameFile(name, false) == 1)
             m_workspace->OpenWorkspace(name);
     });
-    workspace->addAction(QStringLiteral("&Save"), QKeySequence::Save, this, [this] { m_workspace->OnWorkspaceSave(); });
-    workspace->addAction(QStringLiteral("Save &As..."), QKeySequence::SaveAs, this,
-                         [this] { m_workspace->OnWorkspaceSaveAs(); });
-    workspace->addAction(QStringLiteral("&Close"), this, [this] { m_workspace->OnWorkspaceClose(); });
+    workspace->addAction(QStringLiteral("&Save"), QKeySequence::Save, this, [this] {
+        if (m_workspace->OnWorkspaceSave())
+            WorkspaceChanged(false);
+    });
+    workspace->addAction(QStringLiteral("Save &As..."), QKeySequence::SaveAs, this, [this] {
+        if (m_workspace->OnWorkspaceSaveAs())
+            WorkspaceChanged(false);
+    });
+    workspace->addAction(QStringLiteral("&Close"), this, [this] {
+        m_workspace->OnWorkspaceClose();
+        m_opening = false;
+        WorkspaceChanged(false);
+    });
     QMenu* recent = m_workspace->GetRecentMenu();
     recent->setTitle(QStringLiteral("&Recent"));
     workspace->addMenu(recent);
@@ -391,6 +606,7 @@ void KelBrowserWindow::BuildMenus()
     workspace->addAction(QStringLiteral("Close &Document"), QKeySequence::Close, this,
                          [this] { CloseDocument(m_documents->currentIndex()); });
     workspace->addAction(QStringLiteral("&Quit"), QKeySequence::Quit, this, [this] { close(); });
+    // F1 has this one binding: the help of the field that has the focus.
     QMenu* helpMenu = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(4012)));
     helpMenu->addAction(QStringLiteral("&Help on the focused field"), QKeySequence::HelpContents, this,
                         [this] { ShowHelp(); });
@@ -413,32 +629,56 @@ void KelBrowserWindow::ShowHelp()
 
 bool KelBrowserWindow::OpenDocument(const std::string& kind, const std::string& path)
 {
-    std::ifstream in(path);
+    std::string text;
+    try {
+        text = ZedReadFile(path, "document");
+    } catch (const TException& e) {
+        SetMessage(KEL_SEVERITY_PROBLEM, e.what());
+        return false;
+    }
+    std::istringstream in(text);
     std::string entity, directive;
     if (!std::getline(in, entity) || !std::getline(in, directive))
         return false;
     if (kind == "attributes")
         return OpenAttributes(entity);
-    return kind == "input-form" && OpenForm(entity, directive, true);
+    return kind == "input-form" && OpenForm(entity, directive);
 }
 
-void KelBrowserWindow::ShowOutputs(TSyncCall& call, unsigned int directive)
+void KelBrowserWindow::ClearOutputs()
 {
+    delete m_outputs->widget(0);
+    m_outputs->insertTab(0, new QWidget, QStringLiteral("Reply"));
+    delete m_outputs->widget(1);
+    m_outputs->insertTab(1, new QWidget, QStringLiteral("List"));
+    m_outputForm = nullptr;
+    m_outputList = nullptr;
+    ShowReply("");
+}
+
+void KelBrowserWindow::ShowOutputs(const TCall& shown, unsigned int directive, const std::string& name)
+{
+    TCall call = shown;
     std::ostringstream text;
     for (std::size_t i = 0; call.SelectReply(i); ++i)
         ZEDWriteReply(text, m_dictionary, call, directive);
     call.SelectReply(0);
 
-    // The first reply as a form, whatever it was (an exception too).
+    // The first reply as a form, whatever it was; an exception looks like one.
     auto* form = new IOutputForm(m_context);
     form->setAccessibleName(QStringLiteral("Reply"));
-    form->CreatePresentation(m_form ? m_form->GetName() : "Show", KELCallReply(call), directive);
+    form->CreatePresentation(name, KELCallReply(call), directive);
     delete m_outputs->widget(0);
+    const bool exception = call.GetStatus() != ZED_STATUS_RESPONSE;
     m_outputs->insertTab(0, form, QStringLiteral("Reply"));
+    m_outputs->setTabIcon(0, exception ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
+    m_outputs->setTabToolTip(0, exception ? QStringLiteral("An exception reply") : QString());
     m_outputForm = form;
 
     // Several replies (a wildcard): a row each. A Show lists the attributes of
     // the partition asked for; any other directive the arguments of its reply.
+    delete m_outputs->widget(1);
+    m_outputList = nullptr;
     if (call.GetReplyCount() > 1) {
         auto* list = new IOutputList(m_context);
         list->setAccessibleName(QStringLiteral("List"));
@@ -462,11 +702,11 @@ void KelBrowserWindow::ShowOutputs(TSyncCall& call, unsigned int directive)
             list->ProcessReply(*reply);
         for (int c = 0; c < list->GetModel()->columnCount(); ++c)
             list->resizeColumnToContents(c);
-        delete m_outputs->widget(1);
         m_outputs->insertTab(1, list, QStringLiteral("List"));
         m_outputList = list;
         m_outputs->setCurrentIndex(1);
     } else {
+        m_outputs->insertTab(1, new QWidget, QStringLiteral("List"));
         m_outputs->setCurrentIndex(0);
     }
     ShowReply(text.str());
@@ -515,18 +755,15 @@ bool KelBrowserWindow::OpenAttributes(const std::string& entityText)
     std::optional<TEntitySpec> entity = TEntitySpec::Parse(entityText, &m_dictionary);
     if (!entity || !m_dictionary.FindClass(entity->GetEntityClass()) || entity->HasWildcard())
         return false;
-    {
-        // The entity shown above is the one whose attributes these are.
-        const QSignalBlocker quiet(m_entities);
-        m_entities->setCurrentText(QString::fromStdString(entityText));
-        FillDirectives();
+    auto document = std::make_unique<MiddleDocument>("attributes", entity->ToString(&m_dictionary), "Attributes");
+    if (const int open = FindDocument(document->GetKind(), document->GetTitle()); open >= 0) {
+        m_documents->setCurrentIndex(open);
+        return Refresh();
     }
     auto* form = new IInputOutputForm(m_context);
     form->setAccessibleName(QStringLiteral("Attributes"));
-    auto document = std::make_unique<MiddleDocument>("attributes", entity->ToString(&m_dictionary), "Attributes");
-    const int earlier = FindDocument(document->GetTitle());
-    PlaceDocument(form, std::move(document), earlier);
     form->CreatePresentation("Attributes", *entity, 0);
+    PlaceDocument(form, std::move(document), -1);
     return Refresh();
 }
 
@@ -548,8 +785,11 @@ bool KelBrowserWindow::ReadAttributes(bool showOutputs)
         return false;
     }
     m_attributes->ProcessReply(call.GetReply());
-    if (showOutputs)
-        ShowOutputs(call, show->GetID());
+    if (showOutputs) {
+        if (MiddleDocument* document = ShownDocument())
+            document->SetLastCall(call, show->GetID(), "Show");
+        ShowOutputs(call, show->GetID(), "Show");
+    }
     return call.GetStatus() == ZED_STATUS_RESPONSE;
 }
 
@@ -562,8 +802,10 @@ bool KelBrowserWindow::Apply()
     if (!set)
         return false;
     TSyncCall call(m_attributes->GetEntity(), set->GetID());
-    if (!m_attributes->FillRequest(call.GetRequest()))
+    if (!m_attributes->FillRequest(call.GetRequest())) {
+        SetMessage(KEL_SEVERITY_PROBLEM, "Not applied: " + m_attributes->GetRefusal());
         return false;
+    }
     m_requestText.clear();
     m_attributes->GetRequest(m_requestText);
     if (call.GetRequest().Size() == 0) {
@@ -581,7 +823,9 @@ bool KelBrowserWindow::Apply()
                "Set sent to " + m_attributes->GetEntity().ToString(&m_dictionary));
     // The form shows what the network now holds; the outputs show the Set's reply and its events.
     ReadAttributes(false);
-    ShowOutputs(call, set->GetID());
+    if (MiddleDocument* document = ShownDocument())
+        document->SetLastCall(call, set->GetID(), "Set");
+    ShowOutputs(call, set->GetID(), "Set");
     return done;
 }
 

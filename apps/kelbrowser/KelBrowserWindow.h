@@ -17,24 +17,24 @@
 class IConsole;
 class IEntityTree;
 class IWorkspaceManager;
-class KELWorkspaceDocument;
 class KELConfigContext;
+class MiddleDocument;
 class QComboBox;
 class QPlainTextEdit;
 class QPushButton;
 class QSplitter;
 class QTabWidget;
+class TCall;
 class TDictionary;
 class TEntitySpec;
-class TSyncCall;
 
 // The browser's main window: the network's tree on the left; an entity and a
 // directive picked above or in the tree; the generated input forms and the
 // entities' attributes (to refresh and apply) as tabbed documents in the
-// centre, and below them the
-// outputs: the reply as a form, the replies of a wildcard call as a list, the
-// reply as text, and the event reports the network raised. The library's
-// messages go to the console docked at the bottom.
+// centre, and below them the outputs of the document shown: its last reply as
+// a form, the replies of a wildcard call as a list, the reply as text, and the
+// event reports the network raised. The library's messages go to the console
+// docked at the bottom.
 class KelBrowserWindow : public QMainWindow {
 public:
     KelBrowserWindow(const TDictionary& dictionary, KELConfigContext* context);
@@ -43,19 +43,21 @@ public:
     // Every instance of the network, found by asking each class's instances with a wildcard Show.
     static std::vector<std::string> ListEntities(const TDictionary& dictionary);
 
-    // Opens the input form of the directive on the entity, with its defaults
-    // and then what was last sent from such a form.
-    // In the current tab when it holds an input form, else (or when newTab) in a new one.
-    bool OpenForm(const std::string& entity, const std::string& directive, bool newTab = false);
+    // The input form of the directive on the entity, in a tab of its own, with
+    // its defaults and then what was last sent from such a form; a form of the
+    // same entity and directive already open is brought forward instead, its
+    // edits kept.
+    bool OpenForm(const std::string& entity, const std::string& directive);
     IInputForm* GetForm() const { return m_form; }
     // Fills the request from the form and carries the call out; false when the
-    // form refused (a required argument missing) or the call could not be made.
+    // form refused (the console says which line and why), the operator did not
+    // confirm a Delete, or the call could not be made.
     bool Send();
     std::string GetReplyText() const;
     std::string GetRequestText() const { return m_requestText; }
 
     // The entity's attributes (every partition) as an input-output form in a
-    // tab of their own (the entity's earlier one replaced), read at once.
+    // tab of their own (the entity's earlier one brought forward), read at once.
     bool OpenAttributes(const std::string& entity);
     IInputOutputForm* GetAttributes() const { return m_attributes; }
     // Reads the attributes again (Show); sets the changed ones (Set), then reads again.
@@ -64,11 +66,15 @@ public:
 
     IOutputForm* GetOutputForm() const { return m_outputForm; }
     IOutputList* GetOutputList() const { return m_outputList; }
+    QTabWidget* GetOutputs() const { return m_outputs; }
     // One list per kind of event report that arrived, "Class : Event".
     QTabWidget* GetEventLists() const { return m_events; }
     // Shows the output tab of that title.
     void ShowOutput(const QString& title);
 
+    QTabWidget* GetDocuments() const { return m_documents; }
+    QComboBox* GetEntityPick() const { return m_entities; }
+    QComboBox* GetDirectivePick() const { return m_directives; }
     IEntityTree* GetTree() const { return m_tree; }
     IWorkspaceManager* GetWorkspaceManager() const { return m_workspace.get(); }
     // F1: the help of the element that has the focus, in the help dialog.
@@ -78,23 +84,44 @@ public:
     void SetMessage(KEL_T_Severity severity, const std::string& text);
     // The console's first tab, a line per message: "[severity] text".
     std::string GetMessages() const;
+    // Keeps what was sent from each form, and the recent workspaces, in the user file.
+    void SaveSettings();
+    // Whether the open workspace changed since it was opened or saved.
+    bool IsWorkspaceChanged() const { return isWindowModified(); }
+
+protected:
+    // Asks before unsaved changes of an open workspace are lost; keeps the settings.
+    void closeEvent(QCloseEvent* event) override;
+    // Enter on an input form sends it.
+    bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
     void EntityChosen();
+    void FillEntities();
     void FillDirectives();
     void DirectiveChosen();
+    void TreeSelectionChanged();
     void ShowReply(const std::string& text);
-    void ShowOutputs(TSyncCall& call, unsigned int directive);
+    void ShowOutputs(const TCall& call, unsigned int directive, const std::string& name);
+    void ClearOutputs();
     void TakeEvents();
     // Puts a document's page in the centre: in place of the page at index, or in a new tab.
-    void PlaceDocument(QWidget* page, std::unique_ptr<KELWorkspaceDocument> document, int index);
+    void PlaceDocument(QWidget* page, std::unique_ptr<MiddleDocument> document, int index);
     void CloseDocument(int index);
     void CloseAllDocuments();
     void DocumentChosen();
-    int FindDocument(const std::string& title) const;
+    int FindDocument(const std::string& kind, const std::string& title) const;
+    MiddleDocument* ShownDocument() const;
     void BuildMenus();
     bool OpenDocument(const std::string& kind, const std::string& path);
     bool ReadAttributes(bool showOutputs);
+    void WorkspaceChanged(bool changed);
+    void ReadRecentWorkspaces();
+    static void WorkspaceOpening(std::string name);
+    static void WorkspaceOpened();
+    static void WorkspaceClosing();
+
+    static KelBrowserWindow* s_workspaceWindow;
 
     const TDictionary& m_dictionary;
     KELConfigContext* m_context;  // the application object's
@@ -115,6 +142,7 @@ private:
     IEntityTree* m_tree;
     std::unique_ptr<IWorkspaceManager> m_workspace;
     // The centre's documents by their page, as the workspace keeps them.
-    std::map<QWidget*, std::unique_ptr<KELWorkspaceDocument>> m_pages;
+    std::map<QWidget*, std::unique_ptr<MiddleDocument>> m_pages;
     std::string m_requestText;
+    bool m_opening = false;  // a workspace is being opened: its documents change nothing
 };

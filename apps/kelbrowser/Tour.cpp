@@ -51,6 +51,12 @@ public:
         m_out << "  message box \"" << caption << "\": " << text << "\n";
         ++shown;
     }
+    // The tour means what it does: it says yes.
+    Answer Ask(const std::string& caption, const std::string& text, bool) override
+    {
+        m_out << "  question \"" << caption << "\": " << text << " yes\n";
+        return Answer::Yes;
+    }
     int shown = 0;
 
 private:

@@ -122,35 +122,84 @@ void IEntityTree::OpenAttributes(QTreeWidgetItem* item)
         m_onAttributes(entity);
 }
 
-void IEntityTree::contextMenuEvent(QContextMenuEvent* event)
+std::unique_ptr<QMenu> IEntityTree::BuildMenu()
 {
     TEntitySpec entity;
     if (!GetSelectedEntity(entity))
-        return;
+        return nullptr;
     const TDictClass* cls = ClassOf(m_dictionary, entity);
-    QMenu menu(this);
-    menu.addAction(QStringLiteral("&Attributes"), this, [this, entity] {
+    auto menu = std::make_unique<QMenu>(this);
+    menu->addAction(QStringLiteral("&Attributes"), this, [this, entity] {
         if (m_onAttributes)
             m_onAttributes(entity);
     });
-    menu.addSeparator();
+    menu->addSeparator();
+    // By the name the host's directive pick shows too: one name everywhere.
     if (cls)
         for (const TDictDirective& directive : cls->GetDirectives()) {
             if (directive.GetID() == ZED_COMMON_EXCEPTION_DIRECTIVE)
                 continue;
             const std::string name = directive.GetName();
-            menu.addAction(QString::fromStdString(directive.GetPresentationName()), this, [this, entity, name] {
+            menu->addAction(QString::fromStdString(name), this, [this, entity, name] {
                 if (m_onDirective)
                     m_onDirective(entity, name);
             });
         }
+    return menu;
+}
+
+void IEntityTree::contextMenuEvent(QContextMenuEvent* event)
+{
+    std::unique_ptr<QMenu> menu = BuildMenu();
+    if (!menu)
+        return;
     const QPoint at = event->reason() == QContextMenuEvent::Mouse ? event->globalPos()
                                                                     : viewport()->mapToGlobal(visualItemRect(currentItem()).center());
-    menu.exec(at);
+    menu->exec(at);
+}
+
+void IEntityTree::EntityChanged(const TEntitySpec& entity)
+{
+    const std::size_t depth = entity.GetDepth();
+    if (depth == 0)
+        return;
+    TEntitySpec above;
+    for (std::size_t i = 0; i + 1 < depth; ++i) {
+        const TEntitySpec::Component& level = entity.GetComponent(i);
+        if (level.kind == TEntitySpec::Instance::Named)
+            above.AddClass(level.code, level.name);
+        else if (level.kind == TEntitySpec::Instance::Wildcard)
+            above.AddClassWildcard(level.code);
+        else
+            above.AddClassNullInstance(level.code);
+    }
+    const QString aboveText = depth > 1 ? QString::fromStdString(above.ToString(&m_dictionary)) : QString();
+    const unsigned int code = entity.GetComponent(depth - 1).code;
+    for (QTreeWidgetItemIterator it(this); *it; ++it) {
+        QTreeWidgetItem* item = *it;
+        if (item->type() != ClassItem || item->data(0, kClassRole).toUInt() != code
+            || item->data(0, kAboveRole).toString() != aboveText)
+            continue;
+        if (item->childCount() == 1 && item->child(0)->type() == PendingItem)
+            return;  // never opened: it asks when it opens
+        const bool open = item->isExpanded();
+        qDeleteAll(item->takeChildren());
+        item->addChild(new QTreeWidgetItem(PendingItem));
+        Fill(item);
+        item->setExpanded(open);
+        return;
+    }
 }
 
 void IEntityTree::keyPressEvent(QKeyEvent* event)
 {
+    // Shift+F10 opens the menu, as the Menu key does.
+    if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier && currentItem()) {
+        const QPoint at = visualItemRect(currentItem()).center();
+        QContextMenuEvent menu(QContextMenuEvent::Keyboard, at, viewport()->mapToGlobal(at), event->modifiers());
+        contextMenuEvent(&menu);
+        return;
+    }
     // Enter opens the attributes, as a double click does.
     if ((event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) && currentItem()) {
         OpenAttributes(currentItem());

@@ -6,14 +6,17 @@
 #include <QTreeWidget>
 
 #include <functional>
+#include <memory>
 #include <string>
 
+class QMenu;
 class TDictionary;
 
 /// The network as a tree: classes and their instances, filled as the operator
 /// opens nodes (the instances of a class are asked for with a wildcard Show
-/// when its node opens, never before). An instance's menu offers its
-/// attributes and each directive of its class; double-clicking an instance
+/// when its node opens, never before). An instance's menu (right click, the
+/// Menu key or Shift+F10) offers its attributes and each directive of its
+/// class, by the directive's name; Enter or a double click on an instance
 /// opens its attributes.
 class KEL_EXPORT IEntityTree : public QTreeWidget {
 public:
@@ -40,6 +43,11 @@ public:
     QTreeWidgetItem* FindEntity(const std::string& entity) const;
     /// How many Show calls the tree has made: none until a node opens.
     int GetShowCount() const { return m_shows; }
+    /// The instances of the entity's class under its parent are asked for
+    /// again, if that node was opened: what a Create or a Delete changed shows.
+    void EntityChanged(const TEntitySpec& entity);
+    /// The menu of the selected instance; null when no instance is selected.
+    std::unique_ptr<QMenu> BuildMenu();
 
 protected:
     void contextMenuEvent(QContextMenuEvent* event) override;

@@ -11,6 +11,7 @@
 #include <QStyledItemDelegate>
 #include <QTimer>
 
+#include <algorithm>
 #include <array>
 
 namespace {
@@ -57,6 +58,12 @@ protected:
 };
 
 } // namespace
+
+int IOutputWnd::NeededWidth(const IListViewOutput& list, int row)
+{
+    const int indent = list.rootIsDecorated() ? list.indentation() : 0;
+    return list.sizeHintForIndex(list.model()->index(row, 0)).width() + indent;
+}
 
 IOutputWnd::IOutputWnd() = default;
 
@@ -110,6 +117,10 @@ int IOutputWnd::SetMessage(KEL_T_Severity severity, const char* text)
     if (m_hasImages) {
         bool complete = false;
         item->setIcon(0, Icons(complete)[static_cast<std::size_t>(ImageOf(severity))]);
+        // 125 pixels were a time's width in the dialog font the design knew;
+        // the first time shown says what this font needs (every time is as wide).
+        if (m_pList->topLevelItemCount() == 1)
+            m_pList->setColumnWidth(0, std::max(m_pList->columnWidth(0), NeededWidth(*m_pList, 0)));
     }
     // Scrolling lays the whole list out: once per turn of the event loop,
     // not once per message of a burst.

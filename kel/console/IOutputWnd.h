@@ -27,6 +27,9 @@ public:
     IOutputWnd();
     ~IOutputWnd() override;
 
+    /// What the time cell of a row needs to be shown whole: its text, icon and margins.
+    static int NeededWidth(const IListViewOutput& list, int row);
+
     /// Makes the list (control id 33310 + index), its icons and columns, as a
     /// child of parent. Without its three icons the list has neither images
     /// nor columns (it still exists).

@@ -1,6 +1,8 @@
 #include "kel/output/IOutputForm.h"
 
 #include "kel/controls/IControlContainer.h"
+#include "kel/controls/ILabel.h"
+#include "kel/fields/IField.h"
 #include "kel/frame/KELResources.h"
 #include "kel/model/IElementInfo.h"
 #include "kel/model/IPresentationContainer.h"
@@ -95,6 +97,8 @@ void IOutputForm::CreatePresentation(const std::string& name, const KELCallReply
     AddCommentLine(kEntityLine, 4046, reply.Entity().ToString());
     AddCommentLine(kTimeLine, 4047, LocalTime(reply.TimeStamp()));
     AddCommentLine(kReplyTextLine, 4048, ReplyText(reply));
+    if (GetReplyType() != ZED_DICT_RESPONSE)
+        ShowAsException();
 
     long line = 0;
     for (TReplyIterator it(reply.Reply()); it.IsValid(); it.Next()) {
@@ -132,6 +136,35 @@ std::string IOutputForm::ReplyText(const KELCallReply& reply)
     return dictReply ? dictReply->GetReplyText() : std::string();
 }
 
+// An exception is no success and does not look like one: its reply text and
+// the form's frame take the warning colour.
+void IOutputForm::ShowAsException()
+{
+    const QColor warning(0xb0, 0x00, 0x00);
+    if (auto* line = dynamic_cast<IFormLine*>(GetContainer() ? GetContainer()->FindElement(kReplyTextLine) : nullptr)) {
+        if (QWidget* window = line->GetField() ? line->GetField()->GetWindow() : nullptr) {
+            QPalette palette = window->palette();
+            palette.setColor(QPalette::Text, warning);
+            window->setPalette(palette);
+        }
+        if (line->GetLabel()) {
+            line->GetLabel()->SetLabelColor(warning);
+            if (line->GetLabelWindow())
+                line->GetLabelWindow()->update();
+        }
+    }
+    // The frame in the warning colour; the lines inside keep their own colours.
+    QPalette normal = viewport()->palette();
+    normal.setColor(QPalette::WindowText, normal.color(QPalette::WindowText));
+    QPalette framed = palette();
+    framed.setColor(QPalette::WindowText, warning);
+    setPalette(framed);
+    viewport()->setPalette(normal);
+    setFrameStyle(QFrame::Box | QFrame::Plain);
+    setLineWidth(2);
+    setAccessibleDescription(QStringLiteral("An exception reply"));
+}
+
 void IOutputForm::AddCommentLine(long id, int label, const std::string& text)
 {
     IElementInfo info(GetEntity(), GetName(), "");
@@ -165,6 +198,8 @@ void IOutputForm::AddValueField(const TEntitySpec& entity, const TValue& value, 
         if (named) {
             info.SetName(named->GetName());
             info.SetPresentationName(named->GetPresentationName());
+            // Units stand behind the value, as the text of a reply shows them.
+            info.SetUnits(named->GetUnits());
         }
     }
     const ZED_T_DATATYPE dt = value.GetDatatype();

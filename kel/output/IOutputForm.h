@@ -34,8 +34,12 @@ public:
     void PostCreate() override;
     void Dump() override;
 
+    /// Whether the reply shown is an exception, which the form shows in the warning colour.
+    bool ShowsException() const { return GetReplyType() != ZED_DICT_RESPONSE; }
+
 private:
     void AddCommentLine(long id, int label, const std::string& text);
+    void ShowAsException();
     /// The dictionary's text of the reply shown; may move the identifier to
     /// the common exceptions' directive.
     std::string ReplyText(const KELCallReply& reply);

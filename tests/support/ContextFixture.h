@@ -36,5 +36,5 @@ protected:
     TempDir system, user;
     std::shared_ptr<TSimulatedNetwork> network;
     KELConfigContext* context = nullptr;
-    std::shared_ptr<std::vector<PromptRecorder::Shown>> prompts;
+    std::shared_ptr<PromptRecorder::Log> prompts;
 };

@@ -80,6 +80,18 @@ TEST_F(ConsoleTest, AWideMessageWidensItsColumnUntilTheTabIsCleared)
     EXPECT_EQ(List(0).columnWidth(1), 500);
 }
 
+// The time column keeps its designed 125 pixels at least, and is as wide as
+// its time and icon need in the display font.
+TEST_F(ConsoleTest, TheTimeColumnShowsTheWholeTime)
+{
+    EXPECT_EQ(List(0).columnWidth(0), IOutputWnd::kTimeWidth);
+    console.GetTabWnd(0)->SetMessage(KEL_SEVERITY_DONE, "saved");
+    EXPECT_GE(List(0).columnWidth(0), IOutputWnd::kTimeWidth);
+    EXPECT_GE(List(0).columnWidth(0), IOutputWnd::NeededWidth(List(0), 0)) << List(0).topLevelItem(0)->text(0).toStdString();
+    const QFontMetrics metrics(List(0).font());
+    EXPECT_GT(List(0).columnWidth(0), metrics.horizontalAdvance(List(0).topLevelItem(0)->text(0)) + 16);
+}
+
 TEST_F(ConsoleTest, AFullListLosesItsOldestTwoThousandAtOnce)
 {
     IOutputWnd& output = *console.GetTabWnd(0);

@@ -2,8 +2,13 @@
 #include "kel/frame/IApplication.h"
 #include "support/ShippedNetwork.h"
 
+#include "zed/call/TCall.h"
+#include "zed/dict/TDictionary.h"
+
 #include <QApplication>
 #include <QKeyEvent>
+#include <QMenu>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -60,6 +65,49 @@ TEST_F(EntityTreeTest, AnInstanceOpensItsAttributesFromTheKeyboard)
     EXPECT_EQ(opened, "Network core Router r1");
     tree.setCurrentItem(tree.topLevelItem(0));
     EXPECT_FALSE(tree.GetSelectedEntity(selected)) << "a class is no entity";
+}
+
+// The menu an operator opens with Shift+F10 names each directive as the
+// directive pick does.
+TEST_F(EntityTreeTest, ShiftF10OpensTheMenuWhichNamesDirectivesByTheirNames)
+{
+    IEntityTree tree(Dictionary());
+    tree.topLevelItem(0)->setExpanded(true);
+    tree.topLevelItem(0)->child(0)->child(0)->setExpanded(true);
+    tree.setCurrentItem(tree.FindEntity("Network core Router r1"));
+    QStringList shown;
+    QTimer::singleShot(0, [&] {
+        if (auto* menu = qobject_cast<QMenu*>(QApplication::activePopupWidget())) {
+            for (QAction* action : menu->actions())
+                if (!action->isSeparator())
+                    shown << action->text();
+            menu->close();
+        }
+    });
+    QKeyEvent shiftF10(QEvent::KeyPress, Qt::Key_F10, Qt::ShiftModifier);
+    QApplication::sendEvent(&tree, &shiftF10);
+    ASSERT_FALSE(shown.isEmpty()) << "the menu opened";
+    EXPECT_EQ(shown.first(), "&Attributes");
+    EXPECT_TRUE(shown.contains("Show"));
+    EXPECT_FALSE(shown.contains("Show Attributes")) << "not a second name for the same directive";
+}
+
+// What a Create or a Delete changed shows in a node that was opened.
+TEST_F(EntityTreeTest, AnOpenedClassAsksAgainWhenOneOfItsEntitiesChanged)
+{
+    IEntityTree tree(Dictionary());
+    tree.topLevelItem(0)->setExpanded(true);
+    tree.EntityChanged(TEntitySpec("Network core Router r1 Interface eth0"));
+    EXPECT_EQ(tree.GetShowCount(), 1) << "a class never opened is left to ask when it opens";
+    QTreeWidgetItem* routers = tree.topLevelItem(0)->child(0)->child(0);
+    routers->setExpanded(true);
+    ASSERT_NE(tree.FindEntity("Network core Router r2"), nullptr);
+    TSyncCall remove(TEntitySpec("Network core Router r2"), Dictionary().FindClass(std::vector<unsigned int>{1, 2})->FindDirective(std::string("Delete"))->GetID());
+    ASSERT_EQ(remove.Execute(), ZED_STATUS_RESPONSE);
+    tree.EntityChanged(TEntitySpec("Network core Router r2"));
+    EXPECT_EQ(tree.FindEntity("Network core Router r2"), nullptr);
+    EXPECT_NE(tree.FindEntity("Network core Router r1"), nullptr);
+    EXPECT_TRUE(routers->isExpanded());
 }
 
 } // namespace

@@ -100,7 +100,7 @@ protected:
     QMainWindow frame;
     std::unique_ptr<ScriptedManager> manager;
     std::vector<std::unique_ptr<Note>> notes;
-    std::shared_ptr<std::vector<PromptRecorder::Shown>> prompts;
+    std::shared_ptr<PromptRecorder::Log> prompts;
 };
 
 TEST(WorkspaceCallbacks, RunInOrderTwiceWhenAddedTwiceAndRemoveTakesTheFirst)

@@ -80,7 +80,7 @@ TEST(ApplicationLifecycle, GetKELappFollowsInitializeAndDestroy)
 
 TEST(ApplicationLifecycle, AMissingResourceModuleStopsInitialisationWithTheMessage)
 {
-    auto shown = std::make_shared<std::vector<PromptRecorder::Shown>>();
+    auto shown = std::make_shared<PromptRecorder::Log>();
     std::unique_ptr<KELPrompt> previous = KELPrompt::Install(std::make_unique<PromptRecorder>(shown));
     KELResources::Unload();
     setenv("KEL_RESOURCES", "/nonexistent/libKELRes-xx.so", 1);

@@ -1,0 +1,217 @@
+// The browser's window driven in the test's process, as an operator drives it:
+// the picks above, the tabs, the keyboard, the console's messages.
+
+#include "KelBrowserWindow.h"
+#include "kel/config/IConfiguration.h"
+#include "kel/config/KELConfigContext.h"
+#include "kel/console/IConsole.h"
+#include "kel/console/IEntityTree.h"
+#include "kel/controls/ILabel.h"
+#include "kel/fields/IField.h"
+#include "kel/fields/IFieldUnit.h"
+#include "kel/forms/IFormLine.h"
+#include "kel/frame/IApplication.h"
+#include "kel/model/IPresentationContainer.h"
+#include "support/ContextFixture.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QShortcut>
+#include <QTabWidget>
+#include <QTest>
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::Not;
+
+namespace {
+
+const char* const kInterface = "Network core Router r1 Interface eth0";
+
+class BrowserWindowTest : public ContextFixture {
+protected:
+    void SetUp() override
+    {
+        ContextFixture::SetUp();
+        std::string missing;
+        context->LoadSystemAndUserConfig(missing);
+        window = std::make_unique<KelBrowserWindow>(Dictionary(), context);
+        GetKELapp()->SetConsole(window->GetConsole());
+        window->resize(1000, 760);
+        window->show();
+        QApplication::processEvents();
+    }
+    void TearDown() override
+    {
+        window.reset();
+        ContextFixture::TearDown();
+    }
+
+    // The field of the line of that label on the form shown.
+    IFormLine* Line(const std::string& label) const
+    {
+        IFormLine* found = nullptr;
+        IPresentationForm* form = window->GetForm() ? static_cast<IPresentationForm*>(window->GetForm())
+                                                    : static_cast<IPresentationForm*>(window->GetAttributes());
+        dynamic_cast<IPresentationBase*>(form)->GetContainer()->ForEachElement([&](IPresentationElement& element) {
+            auto* line = dynamic_cast<IFormLine*>(&element);
+            if (line && line->GetLabel() && line->GetLabel()->GetPresentationName() == label)
+                found = line;
+        });
+        return found;
+    }
+    std::string Text(const std::string& label) const
+    {
+        std::string text;
+        Line(label)->GetField()->GetValue(text);
+        return text;
+    }
+    std::string LastMessage() const
+    {
+        const std::string all = window->GetMessages();
+        const std::size_t end = all.size() > 1 ? all.rfind('\n', all.size() - 2) : std::string::npos;
+        return end == std::string::npos ? all : all.substr(end + 1);
+    }
+    void PickDirective(const char* name)
+    {
+        QComboBox* pick = window->GetDirectivePick();
+        const int at = pick->findText(QString::fromLatin1(name));
+        ASSERT_GE(at, 0) << name;
+        pick->setCurrentIndex(at);
+        emit pick->activated(at);
+    }
+
+    std::unique_ptr<KelBrowserWindow> window;
+};
+
+TEST_F(BrowserWindowTest, AnotherDirectiveOpensInItsOwnTabAndTheSameOneComesForward)
+{
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    const int before = window->GetDocuments()->count();
+    Line("Count")->GetField()->SetValue(std::string("9"));
+    PickDirective("Echo");
+    EXPECT_EQ(window->GetDocuments()->count(), before + 1) << "the Test form with its edit stays";
+    EXPECT_EQ(window->GetForm()->GetName(), "Echo");
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    EXPECT_EQ(window->GetDocuments()->count(), before + 1) << "no second Test form";
+    EXPECT_EQ(window->GetForm()->GetName(), "Test");
+    EXPECT_EQ(Text("Count"), "9") << "what was typed is still there";
+    EXPECT_EQ(window->GetDirectivePick()->currentText(), "Test") << "the picks follow the form shown";
+    EXPECT_EQ(window->GetEntityPick()->currentText(), kInterface);
+}
+
+TEST_F(BrowserWindowTest, AnExceptionLooksLikeOneInTheReplyAndTheConsole)
+{
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    Line("Count")->GetField()->SetValue(std::string("3"));
+    ASSERT_TRUE(window->Send());
+    EXPECT_FALSE(window->GetOutputForm()->ShowsException());
+    EXPECT_TRUE(window->GetOutputs()->tabIcon(0).isNull());
+    EXPECT_THAT(LastMessage(), HasSubstr("[done] Test sent to"));
+    // The reply's values carry their units, as the text does.
+    IFieldUnit* units = nullptr;
+    window->GetOutputForm()->GetContainer()->ForEachElement([&](IPresentationElement& element) {
+        if (auto* line = dynamic_cast<IFormLine*>(&element); line && line->GetUnit() && !units)
+            units = line->GetUnit();
+    });
+    ASSERT_NE(units, nullptr) << "a value with units shows them";
+
+    Line("Count")->GetField()->SetValue(std::string("2000"));
+    ASSERT_TRUE(window->Send());
+    EXPECT_TRUE(window->GetOutputForm()->ShowsException());
+    EXPECT_FALSE(window->GetOutputs()->tabIcon(0).isNull()) << "the Reply tab warns";
+    EXPECT_THAT(LastMessage(), HasSubstr("[problem] Test sent to"));
+    EXPECT_THAT(LastMessage(), HasSubstr("exception CountTooLarge (2): The packet count is too large"));
+}
+
+TEST_F(BrowserWindowTest, ARefusedRequestSaysWhichLineAndWhy)
+{
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    Line("Size")->GetField()->SetValue(std::string("lots"));
+    EXPECT_FALSE(window->Send());
+    EXPECT_EQ(LastMessage(), "[problem] Not sent: The field Size does not hold a valid value: \"lots\" is not a "
+                             "number of this field's kind\n");
+}
+
+TEST_F(BrowserWindowTest, TheOutputsAreThoseOfTheDocumentShown)
+{
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    ASSERT_TRUE(window->Send());
+    ASSERT_NE(window->GetOutputForm(), nullptr);
+    ASSERT_TRUE(window->OpenForm(kInterface, "Echo"));
+    EXPECT_EQ(window->GetOutputForm(), nullptr) << "no reply of the Test form under the Echo form";
+    EXPECT_EQ(window->GetReplyText(), "");
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    ASSERT_NE(window->GetOutputForm(), nullptr);
+    EXPECT_EQ(window->GetOutputForm()->GetName(), "Test");
+    EXPECT_THAT(window->GetReplyText(), HasSubstr("Test completed"));
+}
+
+TEST_F(BrowserWindowTest, ADeleteAsksFirstAndTheTreeAndPicksForgetTheEntity)
+{
+    const char* const r2 = "Network core Router r2";
+    IEntityTree& tree = *window->GetTree();
+    tree.topLevelItem(0)->setExpanded(true);
+    tree.topLevelItem(0)->child(0)->child(0)->setExpanded(true);
+    ASSERT_NE(tree.FindEntity(r2), nullptr);
+    tree.setCurrentItem(tree.FindEntity(r2));
+    EXPECT_EQ(window->GetEntityPick()->currentText(), r2) << "the entity pick follows the tree";
+
+    ASSERT_TRUE(window->OpenForm(r2, "Delete"));
+    prompts->answer = KELPrompt::Answer::No;
+    EXPECT_FALSE(window->Send());
+    ASSERT_EQ(prompts->questions.size(), 1u);
+    EXPECT_EQ(prompts->questions[0], "Delete Network core Router r2?");
+    EXPECT_NE(tree.FindEntity(r2), nullptr) << "not confirmed, not sent";
+
+    prompts->answer = KELPrompt::Answer::Yes;
+    ASSERT_TRUE(window->Send());
+    EXPECT_THAT(LastMessage(), HasSubstr("[done] Delete sent to Network core Router r2"));
+    EXPECT_EQ(tree.FindEntity(r2), nullptr);
+    EXPECT_EQ(window->GetEntityPick()->findText(r2), -1);
+}
+
+TEST_F(BrowserWindowTest, SendingKeepsTheSettingsInMemoryAndClosingSavesThemOnce)
+{
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    ASSERT_TRUE(window->Send());
+    EXPECT_THAT(window->GetMessages(), Not(HasSubstr("Configuration saved")));
+    window->close();
+    ASSERT_NE(context->GetUserConfigFile(), nullptr);
+    const std::string saved = TempDir::Read(context->GetUserConfigFile()->GetFilename());
+    EXPECT_THAT(saved, HasSubstr("Dir:10.Arg:3 = 5")) << "what was sent is kept for the next form";
+}
+
+TEST_F(BrowserWindowTest, F1HasOneBindingAndEnterSendsTheForm)
+{
+    int bindings = 0;
+    for (const QAction* action : window->findChildren<QAction*>())
+        bindings += action->shortcuts().contains(QKeySequence(Qt::Key_F1)) ? 1 : 0;
+    for (const QShortcut* shortcut : window->findChildren<QShortcut*>())
+        bindings += shortcut->key() == QKeySequence(Qt::Key_F1) ? 1 : 0;
+    EXPECT_EQ(bindings, 1);
+
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    QWidget* count = Line("Count")->GetField()->GetWindow();
+    count->setFocus();
+    QTest::keyClick(count, Qt::Key_Return);
+    EXPECT_THAT(LastMessage(), HasSubstr("Test sent to"));
+
+    // In a text of several lines Enter is a line end, not a send.
+    ASSERT_TRUE(window->OpenForm(kInterface, "Echo"));
+    const std::string before = window->GetMessages();
+    auto* comment = qobject_cast<QPlainTextEdit*>(Line("Comment")->GetField()->GetWindow());
+    ASSERT_NE(comment, nullptr);
+    comment->setFocus();
+    QTest::keyClicks(comment, "one");
+    QTest::keyClick(comment, Qt::Key_Return);
+    EXPECT_EQ(window->GetMessages(), before);
+    EXPECT_THAT(comment->toPlainText().toStdString(), EndsWith("one\n"));
+}
+
+} // namespace
