@@ -21,6 +21,7 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <fcntl.h>
 #include <pwd.h>
 #include <unistd.h>
 
@@ -89,6 +90,32 @@ TEST(ApplicationLifecycle, AMissingResourceModuleStopsInitialisationWithTheMessa
     ASSERT_EQ(shown->size(), 1u);
     EXPECT_EQ(shown->at(0).icon, KELPrompt::Icon::Stop);
     EXPECT_EQ(shown->at(0).text, "Resource DLL (/nonexistent/libKELRes-xx.so) not found...Exit application\n");
+    unsetenv("KEL_RESOURCES");
+    KELPrompt::Install(std::move(previous));
+    EXPECT_TRUE(KELResources::Load());
+}
+
+// Without a display nobody could answer a message box: the default service
+// writes the message on standard error and InitializeKEL fails at once.
+TEST(ApplicationLifecycle, HeadlessAMissingResourceModuleIsReportedOnStandardError)
+{
+    ASSERT_FALSE(KELPrompt::Interactive()) << "the tests run offscreen";
+    std::unique_ptr<KELPrompt> previous = KELPrompt::Install(nullptr);
+    KELResources::Unload();
+    setenv("KEL_RESOURCES", "/nonexistent/libKELRes-xx.so", 1);
+    TempDir folder;
+    const std::string errors = folder.Path() + "stderr";
+    std::fflush(stderr);
+    const int saved = ::dup(2);
+    const int file = ::open(errors.c_str(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+    ::dup2(file, 2);
+    IApplication* app = InitializeKEL("host");
+    std::fflush(stderr);
+    ::dup2(saved, 2);
+    ::close(saved);
+    ::close(file);
+    EXPECT_EQ(app, nullptr);
+    EXPECT_EQ(TempDir::Read(errors), "Resource DLL (/nonexistent/libKELRes-xx.so) not found...Exit application\n");
     unsetenv("KEL_RESOURCES");
     KELPrompt::Install(std::move(previous));
     EXPECT_TRUE(KELResources::Load());
