@@ -4,10 +4,12 @@
 #include "kel/config/ISection.h"
 #include "kel/config/KELTextReader.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
 #include <fcntl.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -132,6 +134,26 @@ std::vector<const GaLaunchRegistration*> GaLaunchRegistry::Find(const GaLaunchQu
     return found;
 }
 
+namespace {
+
+// Closes every descriptor from first on but keep; async-signal-safe, for the
+// time between fork and exec.
+void CloseFrom(int first, int keep)
+{
+    if (keep > first)
+        ::syscall(SYS_close_range, first, keep - 1, 0);
+    if (::syscall(SYS_close_range, std::max(first, keep + 1), ~0U, 0) == 0)
+        return;
+    // A kernel without close_range: every descriptor there can be.
+    const long most = ::sysconf(_SC_OPEN_MAX);
+    for (int fd = std::max(first, keep + 1); fd < (most > 0 ? most : 1024); ++fd)
+        ::close(fd);
+    for (int fd = first; fd < keep; ++fd)
+        ::close(fd);
+}
+
+} // namespace
+
 int GaLaunchStartDetached(const std::string& command, const std::vector<std::string>& variables)
 {
     // Everything the children need is made before fork: between fork and exec
@@ -171,6 +193,10 @@ int GaLaunchStartDetached(const std::string& command, const std::vector<std::str
             const int null = open("/dev/null", O_RDONLY);
             if (null >= 0)
                 dup2(null, STDIN_FILENO);
+            // The program gets 0, 1 and 2 only: nothing the host holds (its
+            // trace file, its display connection) leaks into it. The report
+            // pipe stays until exec closes it.
+            CloseFrom(STDERR_FILENO + 1, report[1]);
             execve("/bin/sh", const_cast<char* const*>(argv), envp.data());
             const int error = errno;
             (void)!write(report[1], &error, sizeof error);

@@ -83,7 +83,7 @@ constexpr Entry kStrings[] = {
     {4064, "The attributes of %s could not be set. %s"},
     {4065, "orvex/kel"},
     {4066, "Settings"},
-    {4067, "Workspace %s saved"},
+    {4067, "Saving the workspace %s"},
     {4068, "Workspaces"},
     {4069, "SECRET"},
     // Texts of this library's own beyond the numbers above.
@@ -94,6 +94,8 @@ constexpr Entry kStrings[] = {
     {4073, "&Apply\nSet the attributes that were changed since they were read"},
     {4074, "&Events\nShow every event report that the network raised about the entity since the form was opened"},
     {4075, "\"%s\" is not a date and time of the form %s"},
+    {4076, "Workspace %s saved"},
+    {4077, "The workspace %s could not be saved: %s"},
 };
 
 // Popup menu 4004: six sub-menus used by position.

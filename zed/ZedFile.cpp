@@ -2,41 +2,108 @@
 
 #include "zed/TException.h"
 
+#include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstdint>
 #include <cstring>
-#include <memory>
+#include <fcntl.h>
 #include <sys/stat.h>
+#include <unistd.h>
+
+namespace {
+
+// The kind of a file that is not a regular one, as a reason to refuse it.
+std::string KindOf(mode_t mode)
+{
+    if (S_ISDIR(mode))
+        return std::strerror(EISDIR);
+    if (S_ISFIFO(mode))
+        return "a FIFO, not a regular file";
+    if (S_ISCHR(mode) || S_ISBLK(mode))
+        return "a device, not a regular file";
+    if (S_ISSOCK(mode))
+        return "a socket, not a regular file";
+    return "not a regular file";
+}
+
+class Descriptor {
+public:
+    explicit Descriptor(int fd) : m_fd(fd) {}
+    ~Descriptor()
+    {
+        if (m_fd >= 0)
+            ::close(m_fd);
+    }
+    Descriptor(const Descriptor&) = delete;
+    Descriptor& operator=(const Descriptor&) = delete;
+    int Get() const { return m_fd; }
+
+private:
+    int m_fd;
+};
+
+} // namespace
+
+bool ZedReadRegularFile(const std::string& path, std::size_t limit, std::string& content, std::string& error)
+{
+    // Non-blocking, so that opening a FIFO returns at once; a regular file
+    // reads the same either way. Never inherited by a program started later.
+    const Descriptor file(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
+    if (file.Get() < 0) {
+        error = std::strerror(errno);
+        return false;
+    }
+    struct stat info {};
+    if (::fstat(file.Get(), &info) != 0) {
+        error = std::strerror(errno);
+        return false;
+    }
+    if (!S_ISREG(info.st_mode)) {
+        error = KindOf(info.st_mode);
+        return false;
+    }
+    const std::string tooLarge = limit >= (std::size_t(1) << 20) ? "larger than " + std::to_string(limit >> 20) + " MiB"
+                                                                 : "larger than " + std::to_string(limit) + " bytes";
+    if (static_cast<std::uintmax_t>(info.st_size) > limit) {
+        error = tooLarge;
+        return false;
+    }
+    std::string read;
+    read.resize(static_cast<std::size_t>(info.st_size));
+    std::size_t filled = 0;
+    // The size known, one read mostly; a file that grows meanwhile is read on, to the limit.
+    for (;;) {
+        if (filled == read.size()) {
+            if (read.size() > limit) {
+                error = tooLarge;
+                return false;
+            }
+            read.resize(std::min(limit + 1, read.size() + (std::size_t(1) << 16)));
+        }
+        const ssize_t n = ::read(file.Get(), read.data() + filled, read.size() - filled);
+        if (n < 0 && errno == EINTR)
+            continue;
+        if (n < 0) {
+            error = std::strerror(errno);
+            return false;
+        }
+        if (n == 0)
+            break;
+        filled += static_cast<std::size_t>(n);
+    }
+    if (filled > limit) {
+        error = tooLarge;
+        return false;
+    }
+    read.resize(filled);
+    content = std::move(read);
+    return true;
+}
 
 std::string ZedReadFile(const std::string& path, const char* what)
 {
-    const auto fail = [&](const std::string& reason) {
-        return TException(path + ": cannot read the " + what + ": " + reason);
-    };
-    struct Closer {
-        void operator()(std::FILE* f) const { std::fclose(f); }
-    };
-    std::unique_ptr<std::FILE, Closer> file(std::fopen(path.c_str(), "rb"));
-    if (!file)
-        throw fail(std::strerror(errno));
-    struct stat info {};
-    if (::fstat(::fileno(file.get()), &info) != 0)
-        throw fail(std::strerror(errno));
-    if (S_ISDIR(info.st_mode))
-        throw fail(std::strerror(EISDIR));
-    const std::string tooLarge = "larger than " + std::to_string(ZED_MAX_FILE_SIZE >> 20) + " MiB";
-    if (S_ISREG(info.st_mode) && static_cast<std::uintmax_t>(info.st_size) > ZED_MAX_FILE_SIZE)
-        throw fail(tooLarge);
-    std::string text;
-    char buffer[1 << 16];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, file.get())) > 0) {
-        if (text.size() + n > ZED_MAX_FILE_SIZE)
-            throw fail(tooLarge);
-        text.append(buffer, n);
-    }
-    if (std::ferror(file.get()))
-        throw fail(std::strerror(errno ? errno : EIO));
-    return text;
+    std::string content, error;
+    if (!ZedReadRegularFile(path, ZED_MAX_FILE_SIZE, content, error))
+        throw TException(path + ": cannot read the " + what + ": " + error);
+    return content;
 }

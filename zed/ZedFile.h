@@ -13,7 +13,14 @@
 /// than read until memory runs out (a device such as /dev/zero never ends).
 inline constexpr std::size_t ZED_MAX_FILE_SIZE = std::size_t(64) << 20;
 
-/// The whole file, read once from start to end (pipes work too). Throws
-/// TException "<path>: cannot read the <what>: <reason>" when it cannot be
-/// opened or read, is a directory, or is larger than ZED_MAX_FILE_SIZE.
+/// The whole of a regular file, refused before anything is read when it is
+/// not one (a directory; a FIFO or a device, which could block the opening or
+/// never end) or is larger than limit bytes. False, with the reason, when it
+/// cannot be read. Every file a person gives the libraries is read so.
+ZED_EXPORT bool ZedReadRegularFile(const std::string& path, std::size_t limit, std::string& content,
+                                   std::string& error);
+
+/// The whole file, read once from start to end. Throws TException "<path>:
+/// cannot read the <what>: <reason>" when ZedReadRegularFile refuses it with
+/// ZED_MAX_FILE_SIZE as the limit.
 ZED_EXPORT std::string ZedReadFile(const std::string& path, const char* what);

@@ -587,12 +587,16 @@ void KelBrowserWindow::BuildMenus()
             m_workspace->OpenWorkspace(name);
     });
     workspace->addAction(QStringLiteral("&Save"), QKeySequence::Save, this, [this] {
-        if (m_workspace->OnWorkspaceSave())
+        if (m_workspace->OnWorkspaceSave()) {
             WorkspaceChanged(false);
+            SaveSettings();
+        }
     });
     workspace->addAction(QStringLiteral("Save &As..."), QKeySequence::SaveAs, this, [this] {
-        if (m_workspace->OnWorkspaceSaveAs())
+        if (m_workspace->OnWorkspaceSaveAs()) {
             WorkspaceChanged(false);
+            SaveSettings();
+        }
     });
     workspace->addAction(QStringLiteral("&Close"), this, [this] {
         m_workspace->OnWorkspaceClose();
@@ -640,9 +644,11 @@ bool KelBrowserWindow::OpenDocument(const std::string& kind, const std::string& 
     std::string entity, directive;
     if (!std::getline(in, entity) || !std::getline(in, directive))
         return false;
-    if (kind == "attributes")
-        return OpenAttributes(entity);
-    return kind == "input-form" && OpenForm(entity, directive);
+    const bool opened = kind == "attributes" ? OpenAttributes(entity) : kind == "input-form" && OpenForm(entity, directive);
+    // The document keeps its file: the next save writes the same one.
+    if (MiddleDocument* document = opened ? ShownDocument() : nullptr)
+        document->SetPathName(path);
+    return opened;
 }
 
 void KelBrowserWindow::ClearOutputs()

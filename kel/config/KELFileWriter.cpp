@@ -89,7 +89,7 @@ pid_t WriterOf(std::string_view name, std::string_view base)
 
 } // namespace
 
-KELFileWriter::KELFileWriter(std::string path) : m_path(std::move(path)) {}
+KELFileWriter::KELFileWriter(std::string path, Links links) : m_path(std::move(path)), m_links(links) {}
 
 KELFileWriter::~KELFileWriter()
 {
@@ -107,9 +107,9 @@ bool KELFileWriter::Open(std::string* error)
             *error = "no file name";
         return false;
     }
-    m_target = FollowLinks(m_path);
+    m_target = m_links == Links::Follow ? FollowLinks(m_path) : m_path;
     struct stat old {};
-    const bool existed = ::stat(m_target.c_str(), &old) == 0;
+    const bool existed = ::lstat(m_target.c_str(), &old) == 0 && !S_ISLNK(old.st_mode);
     // The permission the designed truncating write would have been refused by.
     if (existed && ::faccessat(AT_FDCWD, m_target.c_str(), W_OK, AT_EACCESS) != 0)
         return Fail(error, "cannot write " + m_target);
@@ -123,6 +123,8 @@ bool KELFileWriter::Open(std::string* error)
     if (m_fd >= 0)
         return true;
     const int fault = errno;
+    if (m_links == Links::Replace)
+        return Fail(error, "cannot create " + m_temporary, fault);
     // Nothing can be made beside the file: the file itself is all there is to write.
     m_fd = ::open(m_target.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC, 0666);
     if (m_fd < 0)
@@ -150,10 +152,20 @@ bool KELFileWriter::CommitInPlace(std::string_view content, std::string* error)
     return ok || Fail(error, "cannot write " + m_target, fault);
 }
 
+bool KELFileWriter::CommitWritten(std::string* error)
+{
+    if (m_fd < 0 || m_inPlace) {
+        if (error)
+            *error = "not open";
+        return false;
+    }
+    return CommitReplacing({}, error);
+}
+
 bool KELFileWriter::CommitReplacing(std::string_view content, std::string* error)
 {
     struct stat old {};
-    const bool existed = ::stat(m_target.c_str(), &old) == 0;
+    const bool existed = ::lstat(m_target.c_str(), &old) == 0 && S_ISREG(old.st_mode);
     bool ok = WriteAll(m_fd, content) && (!existed || ::fchmod(m_fd, old.st_mode & 07777) == 0) && ::fsync(m_fd) == 0;
     const int fault = errno;
     ok = ::close(m_fd) == 0 && ok;

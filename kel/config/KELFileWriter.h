@@ -18,9 +18,15 @@
 // file is rewritten in place and flushed instead: that write is not atomic,
 // but the settings are not lost. Opening also removes the temporaries of
 // earlier writers of the same file that died part-way (their process is gone).
+//
+// A writer that must never write through a link (a file the library names
+// itself) replaces whatever stands at the path, a link included, and never
+// writes in place.
 class KELFileWriter {
 public:
-    explicit KELFileWriter(std::string path);
+    enum class Links { Follow, Replace };
+
+    explicit KELFileWriter(std::string path, Links links = Links::Follow);
     KELFileWriter(const KELFileWriter&) = delete;
     KELFileWriter& operator=(const KELFileWriter&) = delete;
     // An uncommitted temporary is removed.
@@ -30,6 +36,10 @@ public:
     bool Open(std::string* error);
     // Writes the whole content; false, with the reason, when it could not be.
     bool Commit(std::string_view content, std::string* error);
+    // The new file beside the file, once open: for a writer that writes it by its name.
+    const std::string& GetTemporary() const { return m_temporary; }
+    // Puts what was written into the temporary by its name in the file's place.
+    bool CommitWritten(std::string* error);
 
     // True when Open had to fall back to writing the file itself.
     bool InPlace() const { return m_inPlace; }
@@ -42,6 +52,7 @@ private:
     bool CommitReplacing(std::string_view content, std::string* error);
 
     std::string m_path;
+    Links m_links;
     std::string m_target;
     std::string m_temporary;
     int m_fd = -1;

@@ -1,13 +1,9 @@
 #include "kel/config/KELTextReader.h"
 
 #include "kel/config/KELTextTrim.h"
+#include "zed/ZedFile.h"
 
-#include <cerrno>
-#include <cstdio>
-#include <cstdint>
 #include <cstring>
-#include <memory>
-#include <sys/stat.h>
 
 KELTextReader::KELTextReader(std::string text) : m_storage(std::move(text)), m_text(m_storage) {}
 
@@ -37,40 +33,12 @@ KELTextReader& KELTextReader::operator=(KELTextReader&& other) noexcept
 bool KELTextReader::Open(const std::string& path, std::string* error)
 {
     *this = KELTextReader();
-    struct Closer {
-        void operator()(std::FILE* f) const { std::fclose(f); }
-    };
-    const auto fail = [&](const std::string& why) {
+    std::string content, why;
+    if (!ZedReadRegularFile(path, kMaxFileSize, content, why)) {
         if (error)
             *error = why;
         return false;
-    };
-    std::unique_ptr<std::FILE, Closer> file(std::fopen(path.c_str(), "rb"));
-    if (!file)
-        return fail(std::strerror(errno));
-    struct stat info {};
-    if (::fstat(::fileno(file.get()), &info) != 0)
-        return fail(std::strerror(errno));
-    if (S_ISDIR(info.st_mode))
-        return fail(std::strerror(EISDIR));
-    const std::string tooLarge = "larger than " + std::to_string(kMaxFileSize >> 20) + " MiB";
-    std::string content;
-    // One read of the whole file when its size is known; more only if it grows meanwhile.
-    if (S_ISREG(info.st_mode) && info.st_size > 0) {
-        if (static_cast<std::uintmax_t>(info.st_size) > kMaxFileSize)
-            return fail(tooLarge);
-        content.resize(static_cast<std::size_t>(info.st_size));
-        content.resize(std::fread(content.data(), 1, content.size(), file.get()));
     }
-    char buffer[1 << 16];
-    std::size_t n;
-    while ((n = std::fread(buffer, 1, sizeof buffer, file.get())) > 0) {
-        if (content.size() + n > kMaxFileSize)
-            return fail(tooLarge);
-        content.append(buffer, n);
-    }
-    if (std::ferror(file.get()))
-        return fail(std::strerror(errno ? errno : EIO));
     *this = KELTextReader(std::move(content));
     return true;
 }

@@ -31,9 +31,9 @@ public:
     static constexpr std::size_t kMaxFileSize = std::size_t(256) << 20;
 
     // Replaces the content with the named file's, read once from its start to
-    // its end, so pipes and FIFOs work too. On failure (no such file, a
-    // directory, more than kMaxFileSize bytes) the reader is left empty and
-    // error, when given, says why.
+    // its end. On failure (no such file, not a regular file, more than
+    // kMaxFileSize bytes) the reader is left empty and error, when given,
+    // says why.
     bool Open(const std::string& path, std::string* error = nullptr);
 
     // The next line without its line end; false at the end of the text.

@@ -1,6 +1,7 @@
 #include "kel/console/IWorkspaceManager.h"
 
 #include "kel/config/KELConfigContext.h"
+#include "kel/config/KELFileWriter.h"
 #include "kel/console/KELWorkspaceDocument.h"
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELPrompt.h"
@@ -14,6 +15,8 @@
 #include <array>
 #include <filesystem>
 #include <utility>
+
+#include <sys/stat.h>
 
 namespace {
 
@@ -39,7 +42,46 @@ void ForEachContext(Visit visit)
             visit(*context);
 }
 
-bool Exists(const std::string& path) { return QFileInfo::exists(QString::fromStdString(path)); }
+// Anything at the name, a link that leads nowhere included, takes it.
+bool Taken(const std::string& path)
+{
+    struct stat info {};
+    return ::lstat(path.c_str(), &info) == 0;
+}
+
+// A document's file name from its title: valid UTF-8 (a byte that is not
+// becomes "_", as control characters do) and short enough that the name, its
+// number and a writer's temporary still fit in a file name.
+std::string FileBaseOf(const std::string& title)
+{
+    constexpr std::size_t kMaxBase = 160;
+    std::string base;
+    for (std::size_t i = 0; i < title.size();) {
+        const auto lead = static_cast<unsigned char>(title[i]);
+        const std::size_t length = lead < 0x80 ? 1 : (lead >> 5) == 0x6 ? 2 : (lead >> 4) == 0xe ? 3 : (lead >> 3) == 0x1e ? 4 : 0;
+        bool valid = length > 0 && i + length <= title.size();
+        for (std::size_t k = 1; valid && k < length; ++k)
+            valid = (static_cast<unsigned char>(title[i + k]) & 0xc0) == 0x80;
+        std::string piece = valid ? title.substr(i, length) : std::string("_");
+        if (piece.size() == 1 && (static_cast<unsigned char>(piece[0]) < 0x20 || piece[0] == 0x7f))
+            piece = "_";
+        // Escaped, a character can take four bytes.
+        std::string escaped = piece;
+        IWorkspaceManager::EncodeDocPath(escaped);
+        if (base.size() + escaped.size() > kMaxBase)
+            break;
+        base += escaped;
+        i += valid ? length : 1;
+    }
+    return base.empty() ? std::string("_") : base;
+}
+
+std::string Canonical(const std::string& folder)
+{
+    std::error_code ignored;
+    const std::filesystem::path canonical = std::filesystem::weakly_canonical(folder.empty() ? "." : folder, ignored);
+    return canonical.empty() ? folder : canonical.string();
+}
 
 } // namespace
 
@@ -108,15 +150,20 @@ void IWorkspaceManager::OnWorkspace(const std::string& name) { OpenWorkspace(nam
 
 bool IWorkspaceManager::SaveWorkspace(const std::string& name)
 {
-    if (IApplication* app = GetKELapp())
+    IApplication* app = GetKELapp();
+    if (app)
         app->InsertMessageConsole(KEL_SEVERITY_INFORMATION, KELResources::Format(4067, {name}));
     m_save.Execute();
     std::string error;
     if (!Write(name, error)) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELWorkspace", this) << "IWorkspaceManager::Save " << name << " : " << error;
+        if (app)
+            app->InsertMessageConsole(KEL_SEVERITY_PROBLEM, KELResources::Format(4077, {name, error}));
         return false;
     }
     ForEachContext([&](KELConfigContext& context) { context.SaveWorkspace(name.c_str()); });
+    if (app)
+        app->InsertMessageConsole(KEL_SEVERITY_DONE, KELResources::Format(4076, {name}));
     return true;
 }
 
@@ -150,31 +197,42 @@ int IWorkspaceManager::PromptWorkspaceNameFile(std::string& name, bool forSaving
                                      : QFileDialog::getOpenFileName(GetFrame(), QString(), QString(), filter);
     if (chosen.isEmpty())
         return 0;
-    name = chosen.toStdString();
+    name = forSaving ? WithWorkspaceSuffix(chosen.toStdString()) : chosen.toStdString();
     return 1;
+}
+
+std::string IWorkspaceManager::WithWorkspaceSuffix(const std::string& name)
+{
+    const std::string suffix = kSuffix;
+    const bool has = name.size() >= suffix.size() && name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0;
+    return has ? name : name + suffix;
 }
 
 int IWorkspaceManager::OnSaveDoc(QMainWindow*, KELWorkspaceDocument& document)
 {
     const std::string title = document.GetTitle();
-    if (!document.GetPathName().empty() && Exists(document.GetPathName())) {
-        document.SaveTo(document.GetPathName());
-        return 1;
+    // Beside the workspace, and there only: a title can never lead elsewhere
+    // ("/" is a token), and a file kept from an earlier save is kept only
+    // when it stands there too.
+    const std::string folder = Canonical(std::filesystem::path(GetFileBeingWritten()).parent_path().string());
+    std::string path = document.GetPathName();
+    const bool kept = !path.empty() && Canonical(std::filesystem::path(path).parent_path().string()) == folder
+                      && std::filesystem::path(path).filename().string().find(KELResources::String(4040)) != std::string::npos;
+    if (!kept) {
+        const std::string base = FileBaseOf(title);
+        path = folder + "/" + base + KELResources::String(4040);
+        for (int n = 1; Taken(path); ++n)
+            path = folder + "/" + base + KELResources::String(4041) + std::to_string(n);
     }
-    // Beside the workspace; a title can never lead elsewhere: "/" is a token,
-    // and control characters become "_".
-    const std::string folder = std::filesystem::path(GetFileBeingWritten()).parent_path().string();
-    std::string base;
-    for (char c : title)
-        base += static_cast<unsigned char>(c) < 0x20 || c == 0x7f ? '_' : c;
-    const auto under = [&](std::string name) {
-        EncodeDocPath(name);
-        return (folder.empty() ? std::string(".") : folder) + "/" + name;
-    };
-    std::string path = under(base + KELResources::String(4040));
-    for (int n = 1; Exists(path); ++n)
-        path = under(base + KELResources::String(4041) + std::to_string(n));
-    document.SaveTo(path);
+    // Written beside its name, then put in its place: whatever stands at the
+    // name (a link too) is replaced, never written through.
+    KELFileWriter writer(path, KELFileWriter::Links::Replace);
+    std::string error;
+    if (!writer.Open(&error) || !document.SaveTo(writer.GetTemporary())
+        || !writer.CommitWritten(&error)) {
+        DocumentFailed(error.empty() ? "the document wrote nothing to " + writer.GetTemporary() : error);
+        return 0;
+    }
     document.SetPathName(path);
     document.SetTitle(title);
     return 1;

@@ -42,8 +42,11 @@ public:
     void OnWorkspaceNew() {}
     void OnWorkspaceDelete() {}
 
-    /// Asks the operator for a workspace file; 1 and the name when one was chosen.
+    /// Asks the operator for a workspace file; 1 and the name when one was
+    /// chosen. A name to save under gets the suffix ".kws" when it lacks it,
+    /// so that opening shows it again.
     virtual int PromptWorkspaceNameFile(std::string& name, bool forSaving);
+    static std::string WithWorkspaceSuffix(const std::string& name);
 
     bool GetOpenWorkspaceName(std::string& name) const override;
 
@@ -54,8 +57,11 @@ public:
 
 protected:
     void OnWorkspace(const std::string& name) override;
-    /// Gives a document without a file one beside the workspace:
-    /// "<title>.kdoc", else "<title>.kdoc.<n>" for the first n free.
+    /// Saves a document beside the workspace: in the file it has there, else
+    /// in a new "<title>.kdoc", or "<title>.kdoc.<n>" for the first n free
+    /// (a title too long for a file name is cut, bytes that are not UTF-8
+    /// become "_"). The file is replaced whole and never written through a
+    /// link; 0 when it could not be written.
     int OnSaveDoc(QMainWindow* frame, KELWorkspaceDocument& document) override;
 
 private:

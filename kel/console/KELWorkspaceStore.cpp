@@ -1,21 +1,21 @@
 #include "kel/console/KELWorkspaceStore.h"
 
+#include "kel/config/KELFileWriter.h"
 #include "kel/console/KELWorkspaceDocument.h"
+#include "zed/ZedFile.h"
 
-#include <QFile>
 #include <QJsonArray>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QMainWindow>
 #include <QMenu>
-#include <QSaveFile>
 
 KELWorkspaceDocument::~KELWorkspaceDocument() = default;
 
 namespace {
 
 // A workspace file is small; anything larger is not one.
-constexpr qint64 kMaxFileSize = 16 * 1024 * 1024;
+constexpr std::size_t kMaxFileSize = std::size_t(16) << 20;
 
 } // namespace
 
@@ -25,17 +25,11 @@ KELWorkspaceStore::~KELWorkspaceStore() = default;
 
 bool KELWorkspaceStore::Read(const std::string& file, Snapshot& snapshot, std::string& error)
 {
-    QFile in(QString::fromStdString(file));
-    if (!in.open(QIODevice::ReadOnly)) {
-        error = in.errorString().toStdString();
+    std::string content;
+    if (!ZedReadRegularFile(file, kMaxFileSize, content, error))
         return false;
-    }
-    if (in.size() > kMaxFileSize) {
-        error = "larger than a workspace file can be";
-        return false;
-    }
     QJsonParseError parse{};
-    const QJsonDocument json = QJsonDocument::fromJson(in.readAll(), &parse);
+    const QJsonDocument json = QJsonDocument::fromJson(QByteArray::fromStdString(content), &parse);
     if (parse.error != QJsonParseError::NoError || !json.isObject()) {
         error = "not a workspace file: " + parse.errorString().toStdString();
         return false;
@@ -74,7 +68,12 @@ bool KELWorkspaceStore::Write(const std::string& file, std::string& error)
         for (KELWorkspaceDocument* document : m_handler.list()) {
             if (!document)
                 continue;
-            OnSaveDoc(m_pFrame, *document);
+            m_documentError.clear();
+            if (!OnSaveDoc(m_pFrame, *document)) {
+                error = "the document \"" + document->GetTitle() + "\" could not be saved: " + m_documentError;
+                m_writing.clear();
+                return false;
+            }
             documents.push_back(QJsonObject{{QStringLiteral("kind"), QString::fromStdString(document->GetKind())},
                                             {QStringLiteral("title"), QString::fromStdString(document->GetTitle())},
                                             {QStringLiteral("path"), QString::fromStdString(document->GetPathName())}});
@@ -85,11 +84,8 @@ bool KELWorkspaceStore::Write(const std::string& file, std::string& error)
         root.insert(QStringLiteral("state"), QString::fromLatin1(m_pFrame->saveState().toBase64()));
     }
     m_writing.clear();
-    QSaveFile out(QString::fromStdString(file));
-    if (!out.open(QIODevice::WriteOnly) || out.write(QJsonDocument(root).toJson()) < 0 || !out.commit()) {
-        error = out.errorString().toStdString();
+    if (!KELWriteFileAtomically(file, QJsonDocument(root).toJson().toStdString(), &error))
         return false;
-    }
     Remember(file);
     return true;
 }

@@ -54,7 +54,9 @@ public:
 
     /// Reads and checks a workspace file; the reason when it cannot be used.
     static bool Read(const std::string& file, Snapshot& snapshot, std::string& error);
-    /// The file holds what the frame shows now; written whole or not at all.
+    /// The file holds what the frame shows now; written whole or not at all,
+    /// and not at all when a document could not be saved. A temporary left by
+    /// a save that was killed is removed.
     bool Write(const std::string& file, std::string& error);
 
     /// The workspace open now; empty when none is.
@@ -77,8 +79,10 @@ protected:
     const DocumentHandler& Handler() const { return m_handler; }
     /// Chosen from the recent menu.
     virtual void OnWorkspace(const std::string& name) = 0;
-    /// Saving a document while the workspace is saved.
+    /// Saving a document while the workspace is saved; 0, after
+    /// DocumentFailed, when it could not be saved.
     virtual int OnSaveDoc(QMainWindow* frame, KELWorkspaceDocument& document) = 0;
+    void DocumentFailed(std::string reason) { m_documentError = std::move(reason); }
 
 private:
     void FillRecentMenu();
@@ -87,6 +91,7 @@ private:
     DocumentHandler m_handler;
     std::string m_name;
     std::string m_writing;
+    std::string m_documentError;
     std::vector<std::string> m_recent;
     QMenu* m_pRecentMenu = nullptr;  // a child of the frame once made
 };

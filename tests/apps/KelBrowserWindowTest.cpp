@@ -6,6 +6,7 @@
 #include "kel/config/KELConfigContext.h"
 #include "kel/console/IConsole.h"
 #include "kel/console/IEntityTree.h"
+#include "kel/console/IWorkspaceManager.h"
 #include "kel/controls/ILabel.h"
 #include "kel/fields/IField.h"
 #include "kel/fields/IFieldUnit.h"
@@ -21,6 +22,8 @@
 #include <QShortcut>
 #include <QTabWidget>
 #include <QTest>
+
+#include <filesystem>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -212,6 +215,45 @@ TEST_F(BrowserWindowTest, F1HasOneBindingAndEnterSendsTheForm)
     QTest::keyClick(comment, Qt::Key_Return);
     EXPECT_EQ(window->GetMessages(), before);
     EXPECT_THAT(comment->toPlainText().toStdString(), EndsWith("one\n"));
+}
+
+// A workspace names the window, keeps each document's file across reopening,
+// asks before its changes are lost and is remembered for the next start.
+TEST_F(BrowserWindowTest, TheWorkspaceIsNamedKeptAskedForAndRemembered)
+{
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    const std::string file = user.Path() + "site.kws";
+    IWorkspaceManager& workspace = *window->GetWorkspaceManager();
+    ASSERT_TRUE(workspace.SaveWorkspace(file));
+    workspace.OnWorkspaceClose();
+    ASSERT_TRUE(workspace.OpenWorkspace(file));
+    EXPECT_EQ(window->windowTitle(), "site.kws[*] - KEL browser");
+    EXPECT_FALSE(window->IsWorkspaceChanged());
+    ASSERT_TRUE(workspace.SaveWorkspace(file));
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(user.Path()))
+        files += entry.path().string().find(".kdoc") != std::string::npos ? 1 : 0;
+    EXPECT_EQ(files, window->GetDocuments()->count()) << "a reopened document saves into its own file";
+
+    ASSERT_TRUE(window->OpenForm(kInterface, "Echo"));
+    EXPECT_TRUE(window->IsWorkspaceChanged());
+    prompts->answer = KELPrompt::Answer::Cancel;
+    EXPECT_FALSE(window->close()) << "cancelled: the window stays";
+    ASSERT_EQ(prompts->questions.size(), 1u);
+    EXPECT_EQ(prompts->questions[0], "Save the changes to the workspace " + file + " before quitting?");
+    prompts->answer = KELPrompt::Answer::No;
+    EXPECT_TRUE(window->close());
+
+    // The next start offers it among the recent workspaces.
+    window.reset();
+    DestroyKEL();
+    ASSERT_NE(InitializeKEL("context test"), nullptr);
+    context = GetKELapp()->DefineNewContext("TST");
+    std::string missing;
+    context->LoadSystemAndUserConfig(missing);
+    window = std::make_unique<KelBrowserWindow>(Dictionary(), context);
+    ASSERT_FALSE(window->GetWorkspaceManager()->GetRecent().empty());
+    EXPECT_EQ(window->GetWorkspaceManager()->GetRecent().front(), file);
 }
 
 } // namespace

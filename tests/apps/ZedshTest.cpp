@@ -76,7 +76,7 @@ TEST(Zedsh, BadInputExplainsItself)
     EXPECT_EQ(load.exitCode, 3);
     EXPECT_THAT(load.err, HasSubstr("/nonexistent.json: cannot read the dictionary file: No such file or directory"));
     EXPECT_THAT(Zedsh("--dictionary /tmp classes").err, HasSubstr("/tmp: cannot read the dictionary file: Is a directory"));
-    EXPECT_THAT(Zedsh("--dictionary /dev/zero classes").err, HasSubstr("larger than 64 MiB"));
+    EXPECT_THAT(Zedsh("--dictionary /dev/zero classes").err, HasSubstr("a device, not a regular file"));
     // A pasted argument of any length is cut in the message.
     const ProgramRun pasted = Zedsh("call 'Network core' Show Partition=" + std::string(5000, 'x'));
     EXPECT_EQ(pasted.exitCode, 2);

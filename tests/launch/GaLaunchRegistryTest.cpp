@@ -5,6 +5,9 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
+#include <sstream>
+#include <fcntl.h>
+#include <unistd.h>
 #include <thread>
 
 using ::testing::ElementsAre;
@@ -71,6 +74,29 @@ TEST(LaunchRegistry, StartsTheCommandDetachedWithItsVariables)
         text = TempDir::Read(out);
     }
     EXPECT_EQ(text, "Network core yes\n");
+}
+
+// A descriptor the host holds open, inheritable or not, never reaches the program.
+TEST(LaunchRegistry, TheProgramGetsTheStandardDescriptorsOnly)
+{
+    TempDir dir;
+    const std::string held = dir / "held";
+    const int inheritable = ::open(held.c_str(), O_WRONLY | O_CREAT, 0600);
+    ASSERT_GE(inheritable, 3);
+    const std::string out = dir / "fds.txt";
+    // The shell's own descriptors, listed by a child that writes the file.
+    ASSERT_EQ(GaLaunchStartDetached("ls /proc/$$/fd > '" + out + ".part' && mv '" + out + ".part' '" + out + "'", {}), 0);
+    std::string text;
+    for (int i = 0; i < 100 && text.empty(); ++i) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(50));
+        text = TempDir::Read(out);
+    }
+    ::close(inheritable);
+    ASSERT_FALSE(text.empty());
+    // The shell keeps descriptors of its own from 10 up while it redirects.
+    std::istringstream listed(text);
+    for (int fd; listed >> fd;)
+        EXPECT_TRUE(fd <= 2 || fd >= 10) << fd << " came from the host:\n" << text;
 }
 
 } // namespace

@@ -79,7 +79,7 @@ bool TTraceProvider::SetTraceFile(const std::string& path)
 {
     FilePtr file;
     if (!path.empty()) {
-        file.reset(std::fopen(path.c_str(), "a"));
+        file.reset(std::fopen(path.c_str(), "ae"));  // never inherited by a program started later
         if (!file)
             return false;
     }

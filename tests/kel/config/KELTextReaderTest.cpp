@@ -4,6 +4,7 @@
 
 #include <cstdio>
 #include <fstream>
+#include <sys/stat.h>
 #include <vector>
 
 namespace {
@@ -84,6 +85,16 @@ TEST(KELTextReader, OpenReadsAFileAndExplainsAFailure)
     EXPECT_EQ(error, "No such file or directory");
     EXPECT_TRUE(reader.AtEnd());
     std::remove(path.c_str());
+
+    // A settings file that is a FIFO or a device is refused before it is read.
+    const std::string fifo = ::testing::TempDir() + "kel_reader.fifo";
+    std::remove(fifo.c_str());
+    ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+    EXPECT_FALSE(reader.Open(fifo, &error));
+    EXPECT_EQ(error, "a FIFO, not a regular file");
+    std::remove(fifo.c_str());
+    EXPECT_FALSE(reader.Open("/dev/zero", &error));
+    EXPECT_EQ(error, "a device, not a regular file");
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "kel/console/IWorkspaceManager.h"
 #include "kel/console/KELWorkspaceDocument.h"
 #include "kel/frame/IApplication.h"
+#include "kel/frame/KELConsoleSink.h"
 #include "support/PromptRecorder.h"
 #include "support/TempDir.h"
 
@@ -12,7 +13,11 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <fstream>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <map>
 #include <memory>
 
@@ -185,16 +190,107 @@ TEST_F(WorkspaceManagerTest, AFileThatCannotBeUsedIsRefusedAndNothingChanges)
     notes.push_back(std::make_unique<Note>("Kept"));
     TempDir::Write(dir / "cut.kws", R"({"format": "kel-workspace 1", "documents": [)");
     TempDir::Write(dir / "newer.kws", R"({"format": "kel-workspace 2", "documents": []})");
+    ASSERT_EQ(::mkfifo((dir / "fifo.kws").c_str(), 0600), 0);
     manager->SetPreOpenCallback(&Opening);
-    for (const std::string& file : {dir / "missing.kws", dir / "cut.kws", dir / "newer.kws"}) {
+    // A FIFO nobody writes and a device that never ends are refused at once.
+    for (const std::string& file : {dir / "missing.kws", dir / "cut.kws", dir / "newer.kws", dir / "fifo.kws",
+                                    std::string("/dev/zero")}) {
         EXPECT_FALSE(manager->OpenWorkspace(file)) << file;
         ASSERT_EQ(notes.size(), 1u) << "nothing half-opened";
     }
     EXPECT_TRUE(g_calls.empty());
-    ASSERT_EQ(prompts->size(), 3u);
+    ASSERT_EQ(prompts->size(), 5u);
     EXPECT_EQ(prompts->front().caption, "Workspace");
     EXPECT_EQ(prompts->front().text, "The workspace could not be opened.");
     EXPECT_EQ(prompts->front().icon, KELPrompt::Icon::Warning);
+}
+
+TEST(WorkspaceFileNames, ANameToSaveUnderEndsWithTheWorkspaceSuffix)
+{
+    EXPECT_EQ(IWorkspaceManager::WithWorkspaceSuffix("/ws/site"), "/ws/site.kws");
+    EXPECT_EQ(IWorkspaceManager::WithWorkspaceSuffix("/ws/site.v2"), "/ws/site.v2.kws") << "else Open hides it";
+    EXPECT_EQ(IWorkspaceManager::WithWorkspaceSuffix("/ws/site.kws"), "/ws/site.kws");
+}
+
+// The console's messages, as the application object sends them.
+class RecordedConsole : public IMessageConsole {
+public:
+    bool HasWindow() const override { return true; }
+    void SetMessage(KEL_T_Severity severity, const std::string& text) override { lines.push_back({severity, text}); }
+    std::vector<std::pair<KEL_T_Severity, std::string>> lines;
+};
+
+TEST_F(WorkspaceManagerTest, ASaveThatFailsSaysSoAndWhy)
+{
+    RecordedConsole console;
+    GetKELapp()->SetConsole(&console);
+    TempDir::Write(dir / "plain", "a file, no folder");
+    EXPECT_FALSE(manager->SaveWorkspace(dir / "plain/space.kws"));
+    ASSERT_EQ(console.lines.size(), 2u);
+    EXPECT_EQ(console.lines[1].first, KEL_SEVERITY_PROBLEM);
+    EXPECT_EQ(console.lines[1].second.rfind("The workspace " + (dir / "plain/space.kws") + " could not be saved: ", 0), 0u)
+        << console.lines[1].second;
+    EXPECT_NE(console.lines[1].second.find("Not a directory"), std::string::npos) << "and why";
+
+    console.lines.clear();
+    EXPECT_TRUE(manager->SaveWorkspace(dir / "space.kws"));
+    ASSERT_FALSE(console.lines.empty());
+    EXPECT_EQ(console.lines.back(), std::make_pair(KEL_SEVERITY_DONE, "Workspace " + (dir / "space.kws") + " saved"));
+    GetKELapp()->SetConsole(nullptr);
+}
+
+// A document's file is made in the workspace's folder only, never through a
+// link, and kept across saves; any title gives a file that opens again.
+TEST_F(WorkspaceManagerTest, DocumentFilesStayInTheFolderNeverFollowALinkAndAreKept)
+{
+    TempDir outside;
+    ASSERT_EQ(::symlink((outside / "planted").c_str(), (dir / "Report.kdoc").c_str()), 0);
+    notes.push_back(std::make_unique<Note>("Report"));
+    notes.push_back(std::make_unique<Note>(std::string(400, 'x')));
+    notes.push_back(std::make_unique<Note>("caf\xe9 \xff\xfe menu"));
+    ASSERT_TRUE(manager->SaveWorkspace(dir / "space.kws"));
+    struct stat info {};
+    EXPECT_NE(::lstat((outside / "planted").c_str(), &info), 0) << "nothing made where the link leads";
+    EXPECT_EQ(notes[0]->GetPathName(), dir / "Report.kdoc.1") << "the link's name is taken";
+    for (const auto& note : notes)
+        EXPECT_EQ(TempDir::Read(note->GetPathName()), "note " + note->GetTitle()) << note->GetPathName();
+    EXPECT_LT(notes[1]->GetPathName().size(), dir.Path().size() + 200) << "cut to fit a file name";
+    EXPECT_NE(notes[2]->GetPathName().find("caf_ __ menu.kdoc"), std::string::npos) << notes[2]->GetPathName();
+
+    // The file swapped for a link between saves: the link is replaced, its target untouched.
+    TempDir::Write(outside / "victim", "keep");
+    const std::string kept = notes[0]->GetPathName();
+    ASSERT_EQ(::unlink(kept.c_str()), 0);
+    ASSERT_EQ(::symlink((outside / "victim").c_str(), kept.c_str()), 0);
+    ASSERT_TRUE(manager->SaveWorkspace(dir / "space.kws"));
+    EXPECT_EQ(TempDir::Read(outside / "victim"), "keep");
+    EXPECT_EQ(notes[0]->GetPathName(), kept) << "the same file, save after save";
+    ASSERT_EQ(::lstat(kept.c_str(), &info), 0);
+    EXPECT_TRUE(S_ISREG(info.st_mode));
+
+    // Reopened and saved again: still one file per document.
+    manager->OnWorkspaceClose();
+    ASSERT_TRUE(manager->OpenWorkspace(dir / "space.kws"));
+    ASSERT_EQ(notes.size(), 3u);
+    ASSERT_TRUE(manager->SaveWorkspace(dir / "space.kws"));
+    int files = 0;
+    for (const auto& entry : std::filesystem::directory_iterator(dir.Path()))
+        files += entry.path().string().find(".kdoc") != std::string::npos ? 1 : 0;
+    EXPECT_EQ(files, 4) << "three documents and the planted link";
+}
+
+// What a save killed part-way left is gone after the next save.
+TEST_F(WorkspaceManagerTest, ATemporaryOfAKilledSaveIsRemovedByTheNextSave)
+{
+    const pid_t gone = ::fork();
+    if (gone == 0)
+        ::_exit(0);
+    ::waitpid(gone, nullptr, 0);
+    const std::string left = dir / ("space.kws." + std::to_string(gone) + ".0.tmp");
+    TempDir::Write(left, "{\"format\": \"kel-wor");
+    ASSERT_TRUE(manager->SaveWorkspace(dir / "space.kws"));
+    struct stat info {};
+    EXPECT_NE(::stat(left.c_str(), &info), 0);
 }
 
 } // namespace
