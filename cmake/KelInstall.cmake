@@ -1,5 +1,7 @@
 # Installation: libraries, public headers, modules, tools, the shipped
 # network, the docs, a CMake package (KEL::kel, KEL::zed) and pkg-config files.
+# The documentation is the kel-doc package's.
+set(CMAKE_INSTALL_DOCDIR share/doc/kel-doc CACHE PATH "Documentation root (DATAROOTDIR/doc/kel-doc)")
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -34,6 +36,17 @@ file(RELATIVE_PATH _kel_bin_to_lib ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_
 set(KEL_PROGRAM_RPATH "$ORIGIN/${_kel_bin_to_lib}")
 # And the shipped network in the data folder beside theirs.
 file(RELATIVE_PATH KEL_BIN_TO_DATA ${CMAKE_INSTALL_FULL_BINDIR} ${CMAKE_INSTALL_FULL_DATADIR}/kel/network)
+# An installed library finds the system configuration files in the layout's
+# configuration folder, told installed by its data folder: beside the library
+# within the prefix (/opt/kel/etc/kel), or the system's own when the layout
+# puts it outside (/etc/kel for /usr), wherever the files were then copied.
+string(FIND "${CMAKE_INSTALL_FULL_SYSCONFDIR}/" "${CMAKE_INSTALL_PREFIX}/" _kel_sysconf_inside)
+if(_kel_sysconf_inside EQUAL 0)
+  file(RELATIVE_PATH KEL_LIB_TO_SYSCONF ${CMAKE_INSTALL_FULL_LIBDIR} ${CMAKE_INSTALL_FULL_SYSCONFDIR}/kel)
+else()
+  set(KEL_LIB_TO_SYSCONF ${CMAKE_INSTALL_FULL_SYSCONFDIR}/kel)
+endif()
+file(RELATIVE_PATH KEL_LIB_TO_DATA ${CMAKE_INSTALL_FULL_LIBDIR} ${CMAKE_INSTALL_FULL_DATADIR}/kel)
 
 # The API reference (Doxygen): `cmake --build build --target api-docs`
 # writes build/docs/api/html; warnings other than undocumented members fail it.
@@ -58,4 +71,4 @@ if(DOXYGEN_FOUND)
     VERBATIM)
 endif()
 # Installed with the docs when it has been made.
-install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/api/html/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/api OPTIONAL COMPONENT runtime)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/docs/api/html/ DESTINATION ${CMAKE_INSTALL_DOCDIR}/api OPTIONAL COMPONENT doc)

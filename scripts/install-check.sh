@@ -2,8 +2,11 @@
 # Installs the default build into a temporary prefix and consumes it as a
 # host outside this tree would: every installed header compiles on its own,
 # the example finds the package with CMake and builds with pkg-config, and
-# both builds run offscreen; the Debian package is built, unpacked and
-# its tools run, and apt (as root) says it would install it.
+# both builds run offscreen; the installed kelconf looks for system files in
+# the layout's configuration folder; the Debian packages are built, checked
+# (multiarch libraries without debug information, a copyright file each, the
+# symbols apart), unpacked and their tools run, and apt (as root) says it
+# would install them.
 #   scripts/install-check.sh [BUILD_DIR]
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -40,17 +43,36 @@ c++ -o "$work/hello-pkg" examples/hello-host/main.cpp -fPIC \
   -DKEL_NETWORK_DIR="\"$(pkg-config --variable=datadir kel)/network\"" $(pkg-config --cflags --libs kel)
 "$work/hello-pkg"
 
+echo "== installed kelconf: the layout's configuration folder"
+looked=$(env -u ORVEX_SYSTEM_PATH ORVEX_USER_PATH="$work" "$prefix/bin/kelconf" get console Console Font 2>&1 >/dev/null || true)
+echo "$looked" | grep -F "kelconf: system file /etc/kel/console.cfg" \
+  || { echo "kelconf did not look in /etc/kel:"; echo "$looked"; exit 1; } >&2
+
 echo "== installed network files, schemas and checker"
 "$prefix/bin/zedsh" validate "$prefix"/share/kel/network/dictionary.json "$prefix"/share/kel/network/instances.json
 ls "$prefix"/share/kel/schema/zed-dictionary.schema.json "$prefix"/share/kel/schema/zed-instances.schema.json >/dev/null
 
-echo "== Debian package"
-(cd "$build" && cpack >/dev/null)
-deb=$(ls "$build"/kel_*.deb | head -n 1)
-dpkg-deb --info "$deb" | grep -E '^ (Package|Version|Depends):'
-dpkg-deb -x "$deb" "$work/root"
+echo "== Debian packages"
+(cd "$build" && rm -f ./*.deb ./*.ddeb && cpack >/dev/null)
+for package in libkel0 libkel-dev kel-tools kel-doc; do
+  deb=$(ls "$build/${package}"_*.deb)
+  dpkg-deb --info "$deb" | grep -E '^ (Package|Version|Depends|Installed-Size):'
+  dpkg-deb --contents "$deb" | grep -q "./usr/share/doc/$package/copyright" || { echo "$package: no copyright" >&2; exit 1; }
+  dpkg-deb -x "$deb" "$work/root"
+done
+ls "$build"/libkel0-dbgsym_*.ddeb "$build"/kel-tools-dbgsym_*.ddeb >/dev/null
+multiarch=$(dpkg-architecture -qDEB_HOST_MULTIARCH 2>/dev/null || gcc -print-multiarch)
+for library in libkel.so.0 libzed.so.0; do
+  file=$work/root/usr/lib/$multiarch/$library
+  [ -e "$file" ] || { echo "$library is not in /usr/lib/$multiarch" >&2; exit 1; }
+  if readelf -S "$file" | grep -q '\.debug_info'; then echo "$library carries its debug information" >&2; exit 1; fi
+done
+du -sh "$work/root"
 unset LD_LIBRARY_PATH
 classes=$("$work/root/usr/bin/zedsh" classes)
 echo "${classes%%$'\n'*}"
 # What apt would do on this machine, without doing it.
-if [ "$(id -u)" = 0 ]; then apt-get install --simulate "$(realpath "$deb")" | grep -E '^(Inst|Conf) kel'; fi
+if [ "$(id -u)" = 0 ]; then
+  apt-get install --simulate "$(realpath "$build"/libkel0_*.deb)" "$(realpath "$build"/libkel-dev_*.deb)" \
+    "$(realpath "$build"/kel-tools_*.deb)" "$(realpath "$build"/kel-doc_*.deb)" | grep -E '^(Inst|Conf) (lib)?kel'
+fi

@@ -6,7 +6,8 @@
 # check on a hand-edited file with a broken section.
 set -euo pipefail
 cd "$(dirname "$0")/.."
-bash scripts/setup.sh default
+# Only what the main job runs: the browser, kelconf and the modules they load.
+bash scripts/setup.sh default kelbrowser kelconf KELRes OrvexLaunch
 
 user_dir=$(mktemp -d)
 trap 'rm -rf "$user_dir"' EXIT

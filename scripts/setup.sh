@@ -1,10 +1,12 @@
 #!/usr/bin/env bash
 # Installs what the build needs (Debian packages, only those missing), then
-# configures and builds one preset: default (the default) or asan.
-#   bash scripts/setup.sh [default|asan]
+# configures and builds one preset: default (the default) or asan; with
+# targets, only those and what they need.
+#   bash scripts/setup.sh [default|asan] [TARGET...]
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset="${1:-default}"
+targets=("${@:2}")
 
 packages=(cmake ninja-build g++ qt6-base-dev libgl-dev libgtest-dev libgmock-dev libbenchmark-dev
           nlohmann-json3-dev clang-14 libclang-rt-14-dev libinih-dev pkg-config fonts-dejavu-core
@@ -22,4 +24,8 @@ if ((${#missing[@]})); then
 fi
 
 cmake --preset "$preset" >/dev/null
-cmake --build --preset "$preset"
+if ((${#targets[@]})); then
+  cmake --build --preset "$preset" --target "${targets[@]}"
+else
+  cmake --build --preset "$preset"
+fi

@@ -1,19 +1,22 @@
 // kelbrowser: a management console on KEL and the simulated network. Pick an
 // entity and a directive, fill in the generated form, send it, read the reply.
 //
-//   kelbrowser                 interactive, on a display
-//   kelbrowser --tour DIR      without one: opens, fills and sends several
+//   kelbrowser                 on a display (X11 or Wayland)
+//   kelbrowser --tour [DIR]    without one: opens, fills and sends several
 //                              forms and leaves a PNG of each step and a
-//                              transcript in DIR (default: kelbrowser-tour)
+//                              transcript in DIR (default: kelbrowser-tour);
+//                              its settings are kept in DIR too, never in the
+//                              user's own configuration
+//   kelbrowser --help | --version
 //
 // Options: --dictionary FILE, --instances FILE (default: $ZED_DICTIONARY,
-// $ZED_INSTANCES, else the network shipped in data/network). Without a
-// display (no DISPLAY or WAYLAND_DISPLAY, or the offscreen platform) the tour
-// runs. Exit status: 0 done, 1 a step of the tour went wrong, 2 a bad
-// command line, 3 the network or KEL could not be loaded.
+// $ZED_INSTANCES, else the network shipped in data/network). Exit status: 0
+// done, 1 a step of the tour went wrong, 2 a bad command line or no display
+// without --tour, 3 the network or KEL could not be loaded.
 
 #include "KelBrowserWindow.h"
 #include "ShippedNetwork.h"
+#include "ToolOptions.h"
 #include "kel/console/IConsole.h"
 #include "Tour.h"
 #include "kel/config/KELConfigContext.h"
@@ -23,13 +26,19 @@
 #include "zed/sim/TSimulatedNetwork.h"
 
 #include <QApplication>
+#include <QDir>
 
+#include <algorithm>
 #include <cstdlib>
 #include <iostream>
 #include <string>
 #include <vector>
 
 namespace {
+
+const char* kUsage =
+    "usage: kelbrowser [--dictionary FILE] [--instances FILE] [--tour [DIR]]\n"
+    "       kelbrowser --help | --version\n";
 
 std::string Option(const std::string& given, const char* variable, const char* file)
 {
@@ -53,29 +62,30 @@ bool HasDisplay()
 int main(int argc, char** argv)
 {
     std::vector<std::string> words(argv + 1, argv + argc);
+    if (const std::optional<int> answered = AnswerHelpOrVersion(words, "kelbrowser", kUsage))
+        return *answered;
     std::string dictionary, instances, tour;
+    if (!TakeValueOptions(words, {{"--dictionary", &dictionary}, {"--instances", &instances}}, false))
+        return UsageError(kUsage);
     bool wantTour = false;
-    for (std::size_t i = 0; i < words.size(); ++i) {
-        const bool hasValue = i + 1 < words.size();
-        if (words[i] == "--dictionary" && hasValue)
-            dictionary = words[++i];
-        else if (words[i] == "--instances" && hasValue)
-            instances = words[++i];
-        else if (words[i] == "--tour") {
-            wantTour = true;
-            if (hasValue && words[i + 1].rfind("--", 0) != 0)
-                tour = words[++i];
-        } else {
-            std::cerr << "usage: kelbrowser [--tour [DIR]] [--dictionary FILE] [--instances FILE]\n";
-            return 2;
-        }
-    }
-    if (!HasDisplay()) {
+    if (!words.empty() && words[0] == "--tour") {
         wantTour = true;
-        qputenv("QT_QPA_PLATFORM", "offscreen");
+        tour = words.size() > 1 ? words[1] : "kelbrowser-tour";
+        words.erase(words.begin(), words.begin() + std::min<std::ptrdiff_t>(2, static_cast<std::ptrdiff_t>(words.size())));
     }
-    if (tour.empty())
-        tour = "kelbrowser-tour";
+    if (!words.empty())
+        return UsageError(kUsage);
+    if (wantTour) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        // What the tour sends and saves stays in its folder.
+        QDir().mkpath(QString::fromStdString(tour));
+        const std::string folder = QDir(QString::fromStdString(tour)).absolutePath().toStdString();
+        setenv("ORVEX_USER_PATH", folder.c_str(), 1);
+    } else if (!HasDisplay()) {
+        std::cerr << "kelbrowser: no display (neither DISPLAY nor WAYLAND_DISPLAY is set): run it on a desktop,"
+                     " or give --tour DIR to tour it without one\n";
+        return kToolExitUsage;
+    }
 
     QApplication application(argc, argv);
     std::shared_ptr<TSimulatedNetwork> network;

@@ -20,7 +20,9 @@
 #include "kel/config/KELConfigStatus.h"
 #include "kel/config/KELTextReader.h"
 #include "kel/frame/IApplication.h"
+#include "kel/frame/KELResources.h"
 #include "kel/frame/KELVersionRecord.h"
+#include "ToolOptions.h"
 
 #include <cstdio>
 #include <string>
@@ -31,11 +33,31 @@ KEL_VERSION_RECORD("kelconf");
 
 namespace {
 
-constexpr int kExitUsage = 2;
+constexpr int kExitUsage = kToolExitUsage;
 
 const char* kUsage =
     "usage: kelconf check FILE\n"
-    "       kelconf get [--workspace FILE] CONTEXT SECTION KEY\n";
+    "       kelconf get [--workspace FILE] CONTEXT SECTION KEY\n"
+    "       kelconf --help | --version\n";
+
+// The context's messages, one a line: the ones it joins are parted again.
+void PrintMessages(const std::string& messages)
+{
+    std::string text = messages;
+    const std::string user = KELResources::String(4052);
+    for (std::size_t at = text.find(user, 1); at != std::string::npos; at = text.find(user, at + user.size() + 1))
+        if (text[at - 1] != '\n')
+            text.insert(at, 1, '\n');
+    std::size_t start = 0;
+    while (start < text.size()) {
+        std::size_t end = text.find('\n', start);
+        if (end == std::string::npos)
+            end = text.size();
+        if (end > start)
+            std::fprintf(stderr, "kelconf: %s\n", text.substr(start, end - start).c_str());
+        start = end + 1;
+    }
+}
 
 // Reports every section load that failed, as the section reader sees it.
 void ReportFailedSections(KELTextReader& file)
@@ -79,18 +101,15 @@ int Get(std::vector<std::string> words)
         workspace = words[1];
         words.erase(words.begin(), words.begin() + 2);
     }
-    if (words.size() != 3) {
-        std::fputs(kUsage, stderr);
-        return kExitUsage;
-    }
+    if (words.size() != 3)
+        return UsageError(kUsage);
     IApplication* app = InitializeKEL("kelconf");
     if (!app)
         return kExitUsage;  // InitializeKEL said why
     KELConfigContext* context = app->DefineNewContext(words[0].c_str());
     std::string errors;
     bool allRead = context->LoadSystemAndUserConfig(errors);
-    if (!errors.empty())
-        std::fprintf(stderr, "kelconf: %s\n", errors.c_str());
+    PrintMessages(errors);
     std::fprintf(stderr, "kelconf: system file %s\nkelconf: user file   %s\n",
                  context->GetSystemConfigFile()->GetFilename().c_str(),
                  context->GetUserConfigFile()->GetFilename().c_str());
@@ -116,10 +135,11 @@ int Get(std::vector<std::string> words)
 int main(int argc, char** argv)
 {
     const std::vector<std::string> words(argv + 1, argv + argc);
+    if (const std::optional<int> answered = AnswerHelpOrVersion(words, "kelconf", kUsage))
+        return *answered;
     if (words.size() == 2 && words[0] == "check")
         return Check(words[1]);
     if (!words.empty() && words[0] == "get")
         return Get(std::vector<std::string>(words.begin() + 1, words.end()));
-    std::fputs(kUsage, stderr);
-    return kExitUsage;
+    return UsageError(kUsage);
 }

@@ -20,6 +20,7 @@
 // could not be loaded.
 
 #include "ShippedNetwork.h"
+#include "ToolOptions.h"
 #include "Validate.h"
 #include "zed/TApplication.h"
 #include "zed/TException.h"
@@ -42,7 +43,7 @@
 namespace {
 
 constexpr int kExitException = 1;
-constexpr int kExitUsage = 2;
+constexpr int kExitUsage = kToolExitUsage;
 constexpr int kExitLoad = 3;
 
 const char* kUsage =
@@ -192,14 +193,15 @@ int Call(const TDictionary& dictionary, const std::vector<std::string>& words)
 int main(int argc, char** argv)
 {
     std::vector<std::string> words(argv + 1, argv + argc);
+    if (const std::optional<int> answered = AnswerHelpOrVersion(words, "zedsh", kUsage))
+        return *answered;
     std::string dictionaryOption, instancesOption;
-    while (words.size() >= 2 && (words[0] == "--dictionary" || words[0] == "--instances")) {
-        (words[0] == "--dictionary" ? dictionaryOption : instancesOption) = words[1];
-        words.erase(words.begin(), words.begin() + 2);
-    }
-    if (words.empty() || words[0] == "help" || words[0] == "--help") {
+    if (!TakeValueOptions(words, {{"--dictionary", &dictionaryOption}, {"--instances", &instancesOption}}, true)
+        || words.empty())
+        return UsageError(kUsage);
+    if (words[0] == "help") {
         std::cout << kUsage;
-        return words.empty() ? kExitUsage : 0;
+        return 0;
     }
     // Checking files must not depend on the network loading.
     if (words[0] == "validate") {

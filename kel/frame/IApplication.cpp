@@ -17,6 +17,8 @@
 #include <QStandardPaths>
 
 #include <cstdlib>
+#include <dlfcn.h>
+#include <filesystem>
 #include <cstring>
 #include <unistd.h>
 
@@ -36,6 +38,22 @@ const std::string& EndingWithSlash(std::string& path)
 }
 
 bool HaveGui() { return qobject_cast<QApplication*>(QCoreApplication::instance()) != nullptr; }
+
+// The configuration folder of the layout this library is installed in (for
+// /usr, /etc/kel); empty when it runs from a build tree, where the system
+// files stand beside the program as on the platform the design knew.
+std::string InstalledConfigurationPath()
+{
+    Dl_info self {};
+    if (::dladdr(reinterpret_cast<void*>(&InitializeKEL), &self) == 0 || !self.dli_fname)
+        return {};
+    std::error_code error;
+    const std::filesystem::path library = std::filesystem::canonical(self.dli_fname, error);
+    if (error || !std::filesystem::is_directory(library.parent_path() / KEL_LIB_TO_DATA, error))
+        return {};
+    // An absolute folder stands as it is; a relative one is the library's.
+    return (library.parent_path() / KEL_LIB_TO_SYSCONF).lexically_normal().string();
+}
 
 } // namespace
 
@@ -110,7 +128,9 @@ const std::string& IApplication::GetSystemPath()
         if (std::string named = KELResources::String(4050); !named.empty())
             variable = named;
         const char* value = std::getenv(variable.c_str());
-        m_systemPath = value && *value ? value : GetApplicationPath();
+        m_systemPath = value && *value ? value : InstalledConfigurationPath();
+        if (m_systemPath.empty())
+            m_systemPath = GetApplicationPath();
     }
     return EndingWithSlash(m_systemPath);
 }

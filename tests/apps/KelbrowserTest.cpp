@@ -6,6 +6,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <sys/stat.h>
 
 using ::testing::HasSubstr;
@@ -38,12 +39,14 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
     EXPECT_THAT(transcript, HasSubstr("event lists: 1"));
     EXPECT_THAT(transcript, HasSubstr("closed: yes, reopened: yes, same windows in the same places: yes"));
     EXPECT_THAT(transcript, HasSubstr("every step went as expected"));
+    EXPECT_TRUE(std::filesystem::is_empty(user.Path())) << "the tour keeps its settings in its own folder";
 }
 
 TEST(Kelbrowser, ABadCommandLineOrNetworkSaysSo)
 {
     EXPECT_EQ(RunProgram(KELBROWSER_PATH, "--colour").exitCode, 2);
-    const ProgramRun missing = RunProgram("QT_QPA_PLATFORM=offscreen " KELBROWSER_PATH, "--dictionary /nonexistent.json");
+    TempDir out;
+    const ProgramRun missing = RunProgram(KELBROWSER_PATH, "--dictionary /nonexistent.json --tour " + out.Path() + "tour");
     EXPECT_EQ(missing.exitCode, 3);
     EXPECT_THAT(missing.err, HasSubstr("/nonexistent.json"));
 }
