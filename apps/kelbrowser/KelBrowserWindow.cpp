@@ -659,6 +659,8 @@ void KelBrowserWindow::ClearOutputs()
     m_outputs->insertTab(1, new QWidget, QStringLiteral("List"));
     m_outputForm = nullptr;
     m_outputList = nullptr;
+    m_outputs->setTabIcon(0, QIcon());
+    m_outputs->setCurrentIndex(0);
     ShowReply("");
 }
 

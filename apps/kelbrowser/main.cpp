@@ -27,9 +27,13 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QSocketNotifier>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
+#include <fcntl.h>
+#include <unistd.h>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -47,6 +51,33 @@ std::string Option(const std::string& given, const char* variable, const char* f
     if (const char* value = std::getenv(variable); value && *value)
         return value;
     return ShippedNetworkFile(file);
+}
+
+// A request to stop (the session ending, kill, Ctrl+C) keeps what closing
+// the window keeps; the handler only wakes the event loop.
+int g_stopPipe[2] = {-1, -1};
+
+void OnStopSignal(int)
+{
+    const char stop = 1;
+    (void)!::write(g_stopPipe[1], &stop, 1);
+}
+
+void StopGracefullyOnSignals(KelBrowserWindow& window)
+{
+    if (::pipe2(g_stopPipe, O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    struct sigaction action {};
+    action.sa_handler = &OnStopSignal;
+    sigemptyset(&action.sa_mask);
+    action.sa_flags = SA_RESTART;
+    for (int signal : {SIGTERM, SIGHUP, SIGINT})
+        ::sigaction(signal, &action, nullptr);
+    auto* notifier = new QSocketNotifier(g_stopPipe[0], QSocketNotifier::Read, &window);
+    QObject::connect(notifier, &QSocketNotifier::activated, &window, [&window] {
+        window.SaveSettings();
+        QApplication::quit();
+    });
 }
 
 bool HasDisplay()
@@ -112,6 +143,7 @@ int main(int argc, char** argv)
         } else {
             window.resize(1000, 760);
             window.show();
+            StopGracefullyOnSignals(window);
             status = QApplication::exec();
         }
         kel->SetConsole(nullptr);

@@ -133,6 +133,14 @@ void IControlDateTime::focusInEvent(QFocusEvent* event)
     KELCheckedEdit::focusInEvent(event);
 }
 
+// A click anywhere in an empty field starts the typing at its first place.
+void IControlDateTime::mousePressEvent(QMouseEvent* event)
+{
+    KELCheckedEdit::mousePressEvent(event);
+    if (!isReadOnly() && IsBlank())
+        setCursorPosition(0);
+}
+
 void IControlDateTime::focusOutEvent(QFocusEvent* event)
 {
     if (event->reason() == Qt::PopupFocusReason || (m_calendar && m_calendar->isVisible())) {

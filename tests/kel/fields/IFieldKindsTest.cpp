@@ -385,6 +385,13 @@ TEST_F(FieldKindsTest, ATimeIsTypedPickedAndLeftFromTheKeyboard)
     EXPECT_EQ(Text(*at), "2026-03-01 12:30:05");
     EXPECT_EQ(at->GetTValue(false)->ToString(), "2026-03-01 12:30:05");
 
+    // Clicked into anywhere, an empty field takes the typing from its first place.
+    at->SetToNullValue();
+    after->GetWindow()->setFocus();
+    QTest::mouseClick(edit, Qt::LeftButton, Qt::NoModifier, QPoint(edit->width() - 40, edit->height() / 2));
+    QTest::keyClicks(edit, "03/01/2026 12:30:05");
+    EXPECT_EQ(edit->displayText(), "03/01/2026 12:30:05");
+
     // Digits alone fill the same places; a date alone gets midnight, shown as sent.
     at->SetToNullValue();
     edit->setFocus();
