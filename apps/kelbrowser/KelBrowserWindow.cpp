@@ -33,6 +33,7 @@
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
@@ -111,6 +112,9 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     bar->addWidget(entityLabel);
     m_entities = new QComboBox;
     m_entities->setMinimumContentsLength(36);
+    // An entity that does not exist yet (one to Create) is typed here.
+    m_entities->setEditable(true);
+    m_entities->setInsertPolicy(QComboBox::NoInsert);
     m_entities->setAccessibleName(QStringLiteral("Entity"));
     entityLabel->setBuddy(m_entities);
     bar->addWidget(m_entities);
@@ -209,6 +213,7 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
 
     FillEntities();
     connect(m_entities, &QComboBox::currentIndexChanged, this, [this] { EntityChosen(); });
+    connect(m_entities->lineEdit(), &QLineEdit::returnPressed, this, [this] { EntityTyped(); });
     connect(m_directives, &QComboBox::activated, this, [this] { DirectiveChosen(); });
     connect(defaults, &QPushButton::clicked, this, [this] {
         if (m_form)
@@ -303,6 +308,39 @@ void KelBrowserWindow::FillEntities()
         m_entities->setCurrentIndex(at);
 }
 
+// The entity pick shows the entity as its chosen item, not only as its text:
+// an editable pick would otherwise choose the item of its text itself when it
+// loses the focus, and open that item's form.
+void KelBrowserWindow::ShowEntity(const QString& entity)
+{
+    const QSignalBlocker quiet(m_entities);
+    int at = m_entities->findText(entity);
+    if (at < 0) {
+        m_entities->addItem(entity);
+        at = m_entities->count() - 1;
+    }
+    m_entities->setCurrentIndex(at);
+}
+
+// A typed entity offers its class's directives; its form opens once one is picked.
+void KelBrowserWindow::EntityTyped()
+{
+    // One of the list's entities is chosen as a pick of it is.
+    if (m_entities->findText(m_entities->currentText()) >= 0)
+        return;
+    const std::string text = m_entities->currentText().toStdString();
+    std::string error;
+    if (!TEntitySpec::Parse(text, &m_dictionary, &error)) {
+        SetMessage(KEL_SEVERITY_PROBLEM, "No such entity: " + text + (error.empty() ? "" : " (" + error + ")"));
+        return;
+    }
+    FillDirectives();
+    const QSignalBlocker quiet(m_directives);
+    m_directives->setCurrentIndex(-1);
+    m_directives->setFocus();
+    m_directives->showPopup();
+}
+
 void KelBrowserWindow::EntityChosen()
 {
     FillDirectives();
@@ -336,10 +374,7 @@ void KelBrowserWindow::TreeSelectionChanged()
     const QString text = QString::fromStdString(entity.ToString(&m_dictionary));
     if (text == m_entities->currentText())
         return;
-    const QSignalBlocker quiet(m_entities);
-    if (m_entities->findText(text) < 0)
-        m_entities->addItem(text);
-    m_entities->setCurrentText(text);
+    ShowEntity(text);
     FillDirectives();
     const QSignalBlocker quietDirectives(m_directives);
     m_directives->setCurrentIndex(-1);
@@ -503,12 +538,8 @@ void KelBrowserWindow::DocumentChosen()
                                             : static_cast<const IPresentationBase*>(m_attributes.data());
     if (!shown)
         return;
-    const QSignalBlocker quietEntities(m_entities);
     const QSignalBlocker quietDirectives(m_directives);
-    const QString entity = QString::fromStdString(shown->GetEntity().ToString(&m_dictionary));
-    if (m_entities->findText(entity) < 0)
-        m_entities->addItem(entity);
-    m_entities->setCurrentText(entity);
+    ShowEntity(QString::fromStdString(shown->GetEntity().ToString(&m_dictionary)));
     FillDirectives();
     m_directives->setCurrentIndex(m_form ? m_directives->findText(QString::fromStdString(m_form->GetName())) : -1);
 }

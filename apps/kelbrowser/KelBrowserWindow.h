@@ -97,6 +97,8 @@ protected:
 
 private:
     void EntityChosen();
+    void EntityTyped();
+    void ShowEntity(const QString& entity);
     void FillEntities();
     void FillDirectives();
     void DirectiveChosen();

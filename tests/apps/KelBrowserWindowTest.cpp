@@ -217,6 +217,25 @@ TEST_F(BrowserWindowTest, F1HasOneBindingAndEnterSendsTheForm)
     EXPECT_THAT(comment->toPlainText().toStdString(), EndsWith("one\n"));
 }
 
+TEST_F(BrowserWindowTest, ANewEntityIsTypedCreatedAndThenShownInTheTreeAndThePick)
+{
+    const char* const r9 = "Network core Router r9";
+    IEntityTree& tree = *window->GetTree();
+    tree.topLevelItem(0)->setExpanded(true);
+    tree.topLevelItem(0)->child(0)->child(0)->setExpanded(true);
+    QComboBox* entities = window->GetEntityPick();
+    entities->lineEdit()->setText(r9);
+    QTest::keyClick(entities->lineEdit(), Qt::Key_Return);
+    window->GetDirectivePick()->hidePopup();
+    EXPECT_EQ(window->GetDirectivePick()->currentIndex(), -1) << "a directive is still to be picked";
+    PickDirective("Create");
+    ASSERT_EQ(window->GetForm()->GetName(), "Create");
+    ASSERT_TRUE(window->Send());
+    EXPECT_THAT(LastMessage(), HasSubstr("[done] Create sent to Network core Router r9"));
+    EXPECT_NE(tree.FindEntity(r9), nullptr);
+    EXPECT_GE(entities->findText(r9), 0);
+}
+
 // A workspace names the window, keeps each document's file across reopening,
 // asks before its changes are lost and is remembered for the next start.
 TEST_F(BrowserWindowTest, TheWorkspaceIsNamedKeptAskedForAndRemembered)
