@@ -123,13 +123,7 @@ bool IFieldDateTime::CheckText(std::string* reason)
     return false;
 }
 
-void IFieldDateTime::ControlCallback(int code, void*)
-{
-    if (!m_pEdit || IsReadOnly() || (code != KEL_CONTROL_KILLFOCUS && code != KEL_CONTROL_CHANGED))
-        return;
-    std::string reason;
-    m_pEdit->MarkInvalid(CheckText(&reason) ? QString() : QString::fromStdString(reason));
-}
+void IFieldDateTime::ControlCallback(int code, void*) { CheckOnCallback(m_pEdit, code, IsReadOnly() != 0); }
 
 bool IFieldDateTime::SetToNullValue()
 {

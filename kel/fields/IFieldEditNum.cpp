@@ -90,14 +90,8 @@ bool IFieldEditNum::CheckText(std::string* reason)
 
 void IFieldEditNum::ControlCallback(int code, void*)
 {
-    if (!m_pEdit || IsReadOnly() || (code != KEL_CONTROL_KILLFOCUS && code != KEL_CONTROL_CHANGED))
+    if (!CheckOnCallback(m_pEdit, code, IsReadOnly() != 0))
         return;
-    std::string reason;
-    if (!CheckText(&reason)) {
-        m_pEdit->MarkInvalid(QString::fromStdString(reason));
-        return;
-    }
-    m_pEdit->MarkInvalid(QString());
     if (code == KEL_CONTROL_KILLFOCUS) {
         // Leaving the field puts a valid text in the kind's own form.
         std::string text = CurrentText();

@@ -52,6 +52,7 @@ protected:
     void TearDown() override
     {
         window.reset();
+        QApplication::processEvents();
         ContextFixture::TearDown();
     }
 
