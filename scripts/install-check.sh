@@ -57,7 +57,8 @@ echo "== Debian packages"
 for package in libkel0 libkel-dev kel-tools kel-doc; do
   deb=$(ls "$build/${package}"_*.deb)
   dpkg-deb --info "$deb" | grep -E '^ (Package|Version|Depends|Installed-Size):'
-  dpkg-deb --contents "$deb" | grep -q "./usr/share/doc/$package/copyright" || { echo "$package: no copyright" >&2; exit 1; }
+  contents=$(dpkg-deb --contents "$deb")
+  grep -q "./usr/share/doc/$package/copyright" <<<"$contents" || { echo "$package: no copyright" >&2; exit 1; }
   dpkg-deb -x "$deb" "$work/root"
 done
 ls "$build"/libkel0-dbgsym_*.ddeb "$build"/kel-tools-dbgsym_*.ddeb >/dev/null
@@ -65,7 +66,8 @@ multiarch=$(dpkg-architecture -qDEB_HOST_MULTIARCH 2>/dev/null || gcc -print-mul
 for library in libkel.so.0 libzed.so.0; do
   file=$work/root/usr/lib/$multiarch/$library
   [ -e "$file" ] || { echo "$library is not in /usr/lib/$multiarch" >&2; exit 1; }
-  if readelf -S "$file" | grep -q '\.debug_info'; then echo "$library carries its debug information" >&2; exit 1; fi
+  sections=$(readelf -S "$file")
+  if grep -q '\.debug_info' <<<"$sections"; then echo "$library carries its debug information" >&2; exit 1; fi
 done
 du -sh "$work/root"
 unset LD_LIBRARY_PATH
