@@ -68,7 +68,8 @@ TEST(ElementInfo, KeepsItsOwnCopiesOfTheMostDerivedTypeAndOfArgumentsAndAttribut
     EXPECT_EQ(copy.GetDictType()->GetName(), "PeerSet");
     IElementInfo assigned;
     assigned = copy;
-    assigned = assigned;
+    IElementInfo& self = assigned;
+    assigned = self;  // assignment to itself keeps what it holds
     EXPECT_EQ(assigned.GetDictValue()->GetName(), "Count");
     info.SetDictValue(nullptr);
     EXPECT_EQ(info.GetDictValue(), nullptr);
