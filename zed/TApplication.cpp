@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "zed/call/TCallLoop.h"
 #include "zed/call/TManagementModule.h"
 #include "zed/dict/TDictionary.h"
 #include "zed/value/TEntitySpec.h"
@@ -33,7 +34,9 @@ struct TApplication::Modules {
 };
 
 TApplication::TApplication()
-    : m_pTraceProvider(std::make_unique<TTraceProvider>()), m_pModules(std::make_unique<Modules>())
+    : m_pTraceProvider(std::make_unique<TTraceProvider>()),
+      m_pModules(std::make_unique<Modules>()),
+      m_pCallLoop(std::make_unique<TCallLoop>())
 {
 }
 
@@ -90,6 +93,8 @@ std::shared_ptr<TManagementModule> TApplication::FindModule(const TEntitySpec& e
             return found->second;
     return m_pModules->fallback;
 }
+
+std::vector<TManagementModule*> TApplication::GetModules() const { return m_pModules->Distinct(); }
 
 TApplication* ZEDGetApplication()
 {

@@ -9,6 +9,7 @@
 
 struct TCallResult;
 
+class TCallLoop;
 class TDictionary;
 class TEntitySpec;
 class TManagementModule;
@@ -41,6 +42,10 @@ public:
     void SetDefaultModule(std::shared_ptr<TManagementModule> module);
     /// Null when no module takes the entity.
     std::shared_ptr<TManagementModule> FindModule(const TEntitySpec& entity) const;
+    /// Every module, each once.
+    std::vector<TManagementModule*> GetModules() const;
+    /// Where calls wait for their modules without blocking (TCallLoop).
+    TCallLoop& GetCallLoop() const { return *m_pCallLoop; }
 
     /// The event reports of every module, gathered (TManagementModule::TakeEvents).
     std::vector<TCallResult> TakeEvents();
@@ -52,6 +57,7 @@ private:
     struct Modules;
     std::unique_ptr<TTraceProvider> m_pTraceProvider;
     std::unique_ptr<Modules> m_pModules;
+    std::unique_ptr<TCallLoop> m_pCallLoop;
     std::shared_ptr<const TDictionary> m_pDictionary;
 };
 

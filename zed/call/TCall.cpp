@@ -2,11 +2,24 @@
 
 #include "zed/TApplication.h"
 #include "zed/TException.h"
+#include "zed/call/TCallLoop.h"
 #include "zed/call/TManagementModule.h"
 
 TManagementModule::~TManagementModule() = default;
 
 std::vector<TCallResult> TManagementModule::TakeEvents() { return {}; }
+
+void TManagementModule::Start(TCallTicket, const TEntitySpec& entity, unsigned int directive, const TRequest& request,
+                              Completion done)
+{
+    done(Execute(entity, directive, request));
+}
+
+void TManagementModule::Cancel(TCallTicket) {}
+
+void TManagementModule::AddWaitSet(ZedWaitSet&) const {}
+
+void TManagementModule::ProcessReady() {}
 
 void TManagementModule::SetEventListener(EventListener) {}
 
@@ -55,9 +68,13 @@ TSyncCall::~TSyncCall() = default;
 
 unsigned int TSyncCall::Execute()
 {
-    const std::shared_ptr<TManagementModule> module = ZEDGetApplication()->FindModule(GetEntity());
-    if (!module)
+    TCallLoop& loop = ZEDGetCallLoop();
+    std::vector<TCallResult> results;
+    const TCallTicket ticket = loop.Submit(GetEntity(), GetDirective(), GetRequest(),
+                                           [&results](std::vector<TCallResult> answered) { results = std::move(answered); });
+    if (!ticket)
         throw TException("no management module answers for " + GetEntity().ToString());
-    SetResults(module->Execute(GetEntity(), GetDirective(), GetRequest()));
+    loop.RunUntilDone(ticket);
+    SetResults(std::move(results));
     return GetStatus();
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "zed/call/TCall.h"
+#include "zed/call/ZedWaitSet.h"
 
 #include <functional>
 #include <vector>
@@ -18,6 +19,19 @@ public:
     /// never thrown.
     virtual std::vector<TCallResult> Execute(const TEntitySpec& entity, unsigned int directive,
                                              const TRequest& request) = 0;
+
+    using Completion = std::function<void(std::vector<TCallResult>)>;
+    /// Starts a call without waiting on the network: done gets its results,
+    /// within Start or later from ProcessReady (the call loop hands them on
+    /// at its next turn either way). This base answers with Execute at once.
+    virtual void Start(TCallTicket ticket, const TEntitySpec& entity, unsigned int directive, const TRequest& request,
+                       Completion done);
+    /// The call is given up: what done would still bring is not wanted.
+    virtual void Cancel(TCallTicket ticket);
+    /// What the module waits on now: descriptors to read, its next deadline.
+    virtual void AddWaitSet(ZedWaitSet& set) const;
+    /// Its turn: reads what is ready and handles what is due; never blocks.
+    virtual void ProcessReady();
 
     /// Event reports come as results whose reply is a response (its code the
     /// event's identifier) holding one TEventReport value.

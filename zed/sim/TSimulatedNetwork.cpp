@@ -2,6 +2,7 @@
 
 #include "zed/TApplication.h"
 #include "zed/TException.h"
+#include "zed/call/TCallAnswers.h"
 #include "zed/sim/TSimInstanceStore.h"
 #include "zed/value/TAttribute.h"
 #include "zed/value/TEnumeration.h"
@@ -15,12 +16,6 @@
 
 namespace {
 
-// A fault of a request: answered as the directive's InvalidArgument exception.
-struct RequestFault {
-    std::string argument;
-    std::string reason;
-};
-
 const TDictArgument* ArgumentNamed(const std::vector<TDictArgument>& arguments, const std::string& name)
 {
     for (const TDictArgument& argument : arguments)
@@ -28,36 +23,6 @@ const TDictArgument* ArgumentNamed(const std::vector<TDictArgument>& arguments, 
             return &argument;
     return nullptr;
 }
-
-const TDictReply* ReplyNamed(const std::vector<TDictReply>& replies, const std::string& name)
-{
-    for (const TDictReply& reply : replies)
-        if (reply.GetName() == name)
-            return &reply;
-    return nullptr;
-}
-
-// Builds reply values by the reply's argument names, skipping names the dictionary lacks.
-class ReplyBuilder {
-public:
-    ReplyBuilder(const TDictReply& definition, unsigned int replyType)
-        : m_definition(definition), m_reply(replyType, definition.GetReplyCode())
-    {
-    }
-    ReplyBuilder& Put(const std::string& name, TValuePtr value)
-    {
-        if (const TDictArgument* named = ArgumentNamed(m_definition.GetArguments(), name); named && value) {
-            value->SetID(named->GetID());
-            m_reply.Add(std::move(value));
-        }
-        return *this;
-    }
-    TReply Take() { return std::move(m_reply); }
-
-private:
-    const TDictReply& m_definition;
-    TReply m_reply;
-};
 
 } // namespace
 
@@ -72,72 +37,22 @@ struct TSimulatedNetwork::Impl {
 
     // ---- replies -----------------------------------------------------------
 
-    TCallResult Result(const TEntitySpec& entity, TReply reply, unsigned int status) const
+    static TCallResult Result(const TEntitySpec& entity, TReply reply, unsigned int status)
     {
-        TCallResult result;
-        result.outEntity = entity;
-        result.timeStamp = TAbsTime::Now();
-        result.reply = std::move(reply);
-        result.status = status;
-        return result;
+        return ZedAnswer::Result(entity, std::move(reply), status);
     }
-
-    TCallResult Common(const TEntitySpec& entity, unsigned int code) const
+    static TCallResult Common(const TEntitySpec& entity, unsigned int code) { return ZedAnswer::Common(entity, code); }
+    static TCallResult Exception(const TEntitySpec& entity, const TDictDirective& directive, const std::string& name,
+                                 ZedNamedValues values)
     {
-        return Result(entity, TReply(ZED_REPLY_EXCEPTION, code), ZED_STATUS_COMMON_EXCEPTION);
+        return ZedAnswer::Exception(entity, directive, name, std::move(values));
     }
-
-    TCallResult Exception(const TEntitySpec& entity, const TDictDirective& directive, const std::string& name,
-                          std::vector<std::pair<std::string, TValuePtr>> values) const
+    static TCallResult Response(const TEntitySpec& entity, const TDictDirective& directive, ZedNamedValues values)
     {
-        const TDictReply* definition = ReplyNamed(directive.GetExceptions(), name);
-        if (!definition)
-            return Common(entity, kInvalidRequest);
-        ReplyBuilder builder(*definition, ZED_REPLY_EXCEPTION);
-        for (auto& [argument, value] : values)
-            builder.Put(argument, std::move(value));
-        return Result(entity, builder.Take(), ZED_STATUS_SPECIALISED_EXCEPTION);
-    }
-
-    TCallResult Response(const TEntitySpec& entity, const TDictDirective& directive,
-                         std::vector<std::pair<std::string, TValuePtr>> values) const
-    {
-        if (directive.GetResponses().empty())
-            return Result(entity, TReply(ZED_REPLY_RESPONSE, 0), ZED_STATUS_RESPONSE);
-        ReplyBuilder builder(directive.GetResponses().front(), ZED_REPLY_RESPONSE);
-        for (auto& [argument, value] : values)
-            builder.Put(argument, std::move(value));
-        return Result(entity, builder.Take(), ZED_STATUS_RESPONSE);
+        return ZedAnswer::Response(entity, directive, std::move(values));
     }
 
     // ---- requests ----------------------------------------------------------
-
-    // Every request value must be something the directive takes (one of its
-    // arguments, or an attribute of the class for a directive that takes
-    // attributes) and of its type; required arguments must be given.
-    static void Check(const TDictDirective& directive, const TDictClass& cls, const TRequest& request)
-    {
-        const bool attributes = directive.TakesAttributes();
-        for (std::size_t i = 0; i < request.Size(); ++i) {
-            const TValue& value = request.At(i);
-            const TDictValue* definition = attributes
-                                               ? static_cast<const TDictValue*>(cls.FindAttribute(value.GetID()))
-                                               : directive.FindRequestArgument(value.GetID());
-            if (!definition)
-                throw RequestFault{std::to_string(value.GetID()), attributes ? "not an attribute of " + cls.GetName()
-                                                                             : "not an argument of " + directive.GetName()};
-            const TDictType* made = value.GetDictType();
-            if (value.GetDatatype() != definition->GetDatatype() || (made && made->GetID() != definition->GetType().GetID()))
-                throw RequestFault{definition->GetName(), "expected a value of type " + definition->GetType().GetName()};
-            if (attributes && !value.IsPresent() && !value.IsDefault())
-                throw RequestFault{definition->GetName(), "no value given"};
-        }
-        for (const TDictArgument& argument : directive.GetRequestArguments()) {
-            const TValue* value = request.Find(argument.GetID());
-            if (argument.IsRequired() && !(value && (value->IsPresent() || value->IsDefault())))
-                throw RequestFault{argument.GetName(), "required"};
-        }
-    }
 
     // The request's value of a named argument, or the dictionary default, or null.
     TValuePtr Argument(const TDictDirective& directive, const TRequest& request, const std::string& name,
@@ -178,29 +93,21 @@ struct TSimulatedNetwork::Impl {
             if (const TValue* value = instance.attributes.Find(attribute.GetID()))
                 list->Add(TAttribute(TAttributeID(attribute.GetID(), attribute.GetName()), value->Clone()));
         }
-        std::vector<std::pair<std::string, TValuePtr>> values;
+        ZedNamedValues values;
         values.emplace_back("Attributes", std::move(list));
         return Response(entity, directive, std::move(values));
     }
 
-    // Applies the attribute values of a request that Check accepted: Set
-    // refuses read-only attributes, Create takes them as initial values. A
-    // value marked default puts the attribute back to its dictionary default
-    // (or leaves it without a value). What was applied is added to `applied`.
-    std::optional<TCallResult> Apply(const TEntitySpec& entity, const TDictDirective& directive, const TRequest& request,
-                                     TSimInstanceStore::Instance& instance, bool creating, TAttributeList& applied) const
+    // Applies the attribute values of a request the call layer checked (for
+    // Create, read-only attributes too: they are initial values). A value
+    // marked default puts the attribute back to its dictionary default (or
+    // leaves it without a value). What was applied is added to `applied`.
+    void Apply(const TDictDirective& directive, const TRequest& request, TSimInstanceStore::Instance& instance,
+               TAttributeList& applied) const
     {
         if (!directive.TakesAttributes())
-            return std::nullopt;
+            return;
         const TDictClass& cls = *instance.cls;
-        for (std::size_t i = 0; i < request.Size(); ++i) {
-            const TDictAttribute* attribute = cls.FindAttribute(request.At(i).GetID());
-            if (!creating && attribute->GetAccess() == ZED_ACCESS_READ_ONLY) {
-                std::vector<std::pair<std::string, TValuePtr>> values;
-                values.emplace_back("Attribute", std::make_unique<TAttributeID>(attribute->GetID(), attribute->GetName()));
-                return Exception(entity, directive, "NotWritable", std::move(values));
-            }
-        }
         for (std::size_t i = 0; i < request.Size(); ++i) {
             const TValue& given = request.At(i);
             const TDictAttribute& attribute = *cls.FindAttribute(given.GetID());
@@ -216,18 +123,16 @@ struct TSimulatedNetwork::Impl {
                 done->SetValue(now->Clone());
             applied.Add(std::move(done));
         }
-        return std::nullopt;
     }
 
     TCallResult Set(const TEntitySpec& entity, const TDictDirective& directive, const TRequest& request,
                     TSimInstanceStore::Instance& instance)
     {
         auto applied = std::make_unique<TAttributeList>();
-        if (auto fault = Apply(entity, directive, request, instance, false, *applied))
-            return std::move(*fault);
+        Apply(directive, request, instance, *applied);
         Report(entity, *instance.cls, directive, *applied, &instance);
         ReportLinkState(entity, instance, *applied);
-        std::vector<std::pair<std::string, TValuePtr>> values;
+        ZedNamedValues values;
         values.emplace_back("Attributes", std::move(applied));
         return Response(entity, directive, std::move(values));
     }
@@ -252,8 +157,7 @@ struct TSimulatedNetwork::Impl {
             name && name->GetDatatype() == ZED_DT_SIMPLENAME)
             scratch.attributes.Put(std::make_unique<TSimpleName>(last.name, name->GetID()));
         TAttributeList applied;
-        if (auto fault = Apply(entity, directive, request, scratch, true, applied))
-            return std::move(*fault);
+        Apply(directive, request, scratch, applied);
         TSimInstanceStore::Instance* created = store.Add(parent, cls, last.name);
         created->attributes = std::move(scratch.attributes);
         Report(entity, cls, directive, applied, created);
@@ -279,7 +183,7 @@ struct TSimulatedNetwork::Impl {
         constexpr unsigned int kServerDefaultSize = 64;
         const unsigned int count = number("Count", 4);
         const unsigned int size = number("Size", kServerDefaultSize);
-        std::vector<std::pair<std::string, TValuePtr>> values;
+        ZedNamedValues values;
         if (count > kMaximumCount) {
             values.emplace_back("MaximumCount", std::make_unique<TUnsigned16>(kMaximumCount));
             return Exception(entity, directive, "CountTooLarge", std::move(values));
@@ -309,18 +213,18 @@ struct TSimulatedNetwork::Impl {
         const TDictReply* definition = directive.FindReply(ZED_DICT_RESPONSE, static_cast<unsigned int>(outcome));
         if (!definition)
             return Response(entity, directive, {});
-        ReplyBuilder builder(*definition, ZED_REPLY_RESPONSE);
+        ZedNamedValues values;
         for (const TDictArgument& argument : definition->GetArguments()) {
             if (argument.GetName() == "Received") {
                 std::uint16_t given = 0;
                 for (std::size_t i = 0; i < request.Size(); ++i)
                     given = static_cast<std::uint16_t>(given + (request.At(i).IsPresent() ? 1 : 0));
-                builder.Put(argument.GetName(), std::make_unique<TUnsigned16>(given));
+                values.emplace_back(argument.GetName(), std::make_unique<TUnsigned16>(given));
             } else if (TValuePtr value = Argument(directive, request, argument.GetName(), cls)) {
-                builder.Put(argument.GetName(), std::move(value));
+                values.emplace_back(argument.GetName(), std::move(value));
             }
         }
-        return Result(entity, builder.Take(), ZED_STATUS_RESPONSE);
+        return Result(entity, ZedAnswer::Reply(*definition, ZED_REPLY_RESPONSE, std::move(values)), ZED_STATUS_RESPONSE);
     }
 
     // ---- events ------------------------------------------------------------
@@ -407,14 +311,6 @@ struct TSimulatedNetwork::Impl {
         const TDictDirective* directive = cls->FindDirective(directiveId);
         if (!directive || directiveId == ZED_COMMON_EXCEPTION_DIRECTIVE)
             return {Common(entity, kDirectiveNotSupported)};
-        try {
-            Check(*directive, *cls, request);
-        } catch (const RequestFault& fault) {
-            std::vector<std::pair<std::string, TValuePtr>> values;
-            values.emplace_back("Argument", std::make_unique<TSimpleName>(fault.argument));
-            values.emplace_back("Reason", std::make_unique<TLatin1String>(fault.reason));
-            return {Exception(entity, *directive, "InvalidArgument", std::move(values))};
-        }
         const std::string& name = directive->GetName();
         if (name == "Create")
             return {Create(entity, *directive, request, *cls)};

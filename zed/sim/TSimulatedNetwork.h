@@ -29,17 +29,17 @@ class TSimInstanceStore;
 ///           Outcome argument) counts them;
 ///   any other directive answers its first response.
 /// An unknown instance or class answers common exception 1 (no such entity),
-/// an unknown directive common exception 2; a request that does not fit the
-/// directive answers its "InvalidArgument" exception (common exception 3 where
-/// the directive has none). A wildcard instance answers once per instance.
+/// an unknown directive common exception 2. A request that does not fit the
+/// directive never reaches it: the call layer answers it (ZEDCheckRequest).
+/// A wildcard instance answers once per instance.
 /// Set, Create and Delete report a "ConfigurationChanged" event when the class
 /// has one; a Set of "AdminState" reports "LinkStateChanged" where the class
 /// has it. docs/simulated-network.md has the details.
 class ZED_EXPORT TSimulatedNetwork : public TManagementModule {
 public:
-    static constexpr unsigned int kNoSuchEntity = 1;
-    static constexpr unsigned int kDirectiveNotSupported = 2;
-    static constexpr unsigned int kInvalidRequest = 3;
+    static constexpr unsigned int kNoSuchEntity = 1;          // ZED_COMMON_NO_SUCH_ENTITY
+    static constexpr unsigned int kDirectiveNotSupported = 2; // ZED_COMMON_DIRECTIVE_NOT_SUPPORTED
+    static constexpr unsigned int kInvalidRequest = 3;        // ZED_COMMON_INVALID_REQUEST
 
     explicit TSimulatedNetwork(TDictionaryPtr dictionary);
     ~TSimulatedNetwork() override;
