@@ -21,6 +21,7 @@
 #include "zed/TException.h"
 #include "zed/ZedFile.h"
 #include "zed/call/TCall.h"
+#include "zed/call/TCallLoop.h"
 #include "zed/call/TReplyText.h"
 #include "zed/value/TEnumeration.h"
 #include "zed/value/TEventReport.h"
@@ -36,7 +37,10 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QPushButton>
+#include <QShortcut>
+#include <QStatusBar>
 #include <QSplitter>
 #include <QStyle>
 #include <QTabBar>
@@ -93,12 +97,27 @@ public:
     const LastCall& GetLastCall() const { return m_last; }
     void SetLastCall(const TCall& call, unsigned int directive, const std::string& name)
     {
-        m_last = {std::make_shared<const TCall>(call), directive, name};
+        m_last = {std::make_shared<const TCall>(static_cast<const TCall&>(call)), directive, name};
     }
+
+    // The call the document waits for; closing the document cancels it.
+    void SetPending(std::unique_ptr<TAsyncCall> call, std::string waitingFor)
+    {
+        m_pending = std::move(call);
+        m_waitingFor = std::move(waitingFor);
+    }
+    bool IsBusy() const { return m_pending != nullptr; }
+    const std::string& GetWaitingFor() const { return m_waitingFor; }
+    // Answered: the call is kept until the next, for its completion is still running.
+    void Finish() { m_finished = std::move(m_pending); }
+    void CancelPending() { m_pending.reset(); }
 
 private:
     std::string m_kind, m_entity, m_directive, m_title, m_path;
     LastCall m_last;
+    std::unique_ptr<TAsyncCall> m_pending;
+    std::unique_ptr<TAsyncCall> m_finished;
+    std::string m_waitingFor;
 };
 
 KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigContext* context)
@@ -127,10 +146,10 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     bar->addWidget(m_directives);
     bar->addSeparator();
     auto* defaults = new QPushButton(QStringLiteral("&Defaults"));
-    auto* send = new QPushButton(QStringLiteral("&Send"));
-    send->setToolTip(QStringLiteral("Send the form shown (Enter in the form)"));
+    m_send = new QPushButton(QStringLiteral("&Send"));
+    m_send->setToolTip(QStringLiteral("Send the form shown (Enter in the form)"));
     bar->addWidget(defaults);
-    bar->addWidget(send);
+    bar->addWidget(m_send);
     bar->addSeparator();
     auto* attributes = new QPushButton(QStringLiteral("A&ttributes"));
     m_refresh = new QPushButton(QStringLiteral("&Refresh"));
@@ -188,6 +207,22 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     const int row = std::max(QFontMetrics(font()).height(), 16) + 4;
     resizeDocks({m_console}, {row * 11}, Qt::Vertical);
 
+    // While the document shown waits for an answer: what for, a busy
+    // indicator, and a way to give up (Cancel or Escape).
+    m_waiting = new QLabel;
+    m_busy = new QProgressBar;
+    m_busy->setRange(0, 0);
+    m_busy->setMaximumWidth(120);
+    m_busy->setAccessibleName(QStringLiteral("Waiting for an answer"));
+    m_cancel = new QPushButton(QStringLiteral("Cancel"));
+    m_cancel->setToolTip(QStringLiteral("Give up waiting for the answer (Escape)"));
+    statusBar()->addWidget(m_waiting, 1);
+    statusBar()->addPermanentWidget(m_busy);
+    statusBar()->addPermanentWidget(m_cancel);
+    connect(m_cancel, &QPushButton::clicked, this, [this] { CancelCall(); });
+    auto* escape = new QShortcut(QKeySequence(Qt::Key_Escape), this);
+    connect(escape, &QShortcut::activated, this, [this] { CancelCall(); });
+
     m_workspace = std::make_unique<IWorkspaceManager>(this);
     m_workspace->SetDocumentHandler(
         {[this] {
@@ -209,6 +244,10 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     if (GetKELapp())
         GetKELapp()->SetWorkspaceManager(m_workspace.get());
     ReadRecentWorkspaces();
+    int seconds = 30;
+    if (m_context && GetKELapp())
+        GetKELapp()->GetConfigInt(m_context, "Calls", "Timeout", seconds, 30, 1);
+    m_timeout = std::chrono::seconds(std::clamp(seconds, 1, 3600));
     BuildMenus();
 
     FillEntities();
@@ -219,13 +258,14 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
         if (m_form)
             m_form->FillWithDefaults();
     });
-    connect(send, &QPushButton::clicked, this, [this] { Send(); });
+    connect(m_send, &QPushButton::clicked, this, [this] { Send(); });
     connect(attributes, &QPushButton::clicked, this,
             [this] { OpenAttributes(m_entities->currentText().toStdString()); });
     connect(m_refresh, &QPushButton::clicked, this, [this] { Refresh(); });
     connect(m_apply, &QPushButton::clicked, this, [this] { Apply(); });
     EntityChosen();
     WorkspaceChanged(false);
+    ShowBusy();
 }
 
 KelBrowserWindow* KelBrowserWindow::s_workspaceWindow = nullptr;
@@ -408,11 +448,11 @@ bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string
 
 bool KelBrowserWindow::Send()
 {
-    if (!m_form)
-        return false;
     MiddleDocument* document = ShownDocument();
-    TSyncCall call(m_form->GetEntity(), m_form->GetDirectiveID());
-    if (!m_form->FillRequest(call.GetRequest())) {
+    if (!m_form || !document || document->IsBusy())
+        return false;
+    auto call = std::make_unique<TAsyncCall>(m_form->GetEntity(), m_form->GetDirectiveID());
+    if (!m_form->FillRequest(call->GetRequest())) {
         SetMessage(KEL_SEVERITY_PROBLEM, "Not sent: " + m_form->GetRefusal());
         return false;
     }
@@ -428,43 +468,97 @@ bool KelBrowserWindow::Send()
     // What was sent is what the next form of this directive starts from;
     // the user file keeps it when the browser closes.
     m_form->SaveContents("");
-    try {
-        call.Execute();
-    } catch (const TException& e) {
-        SetMessage(KEL_SEVERITY_PROBLEM, std::string("The call could not be made: ") + e.what());
-        return false;
-    }
-    if (document)
-        document->SetLastCall(call, m_form->GetDirectiveID(), name);
-    ShowOutputs(call, m_form->GetDirectiveID(), name);
     // One line per message: a multi-line argument shows its line ends as " / ".
     std::string shown = m_requestText;
     for (std::size_t at = shown.find('\n'); at != std::string::npos; at = shown.find('\n', at + 3))
         shown.replace(at, 1, " / ");
-    std::string message = name + " sent to " + entity + (shown.empty() ? "" : ": " + shown);
-    // An exception is no success: it says so, with the dictionary's text of it.
-    bool allAnswered = true;
+    const std::string message = name + " sent to " + entity + (shown.empty() ? "" : ": " + shown);
+    const unsigned int directive = m_form->GetDirectiveID();
+    const TEntitySpec target = m_form->GetEntity();
+    return StartCall(*document, std::move(call), name, [this, document, message, name, directive, target](TAsyncCall& answered) {
+        document->SetLastCall(answered, directive, name);
+        if (document == ShownDocument())
+            ShowOutputs(answered, directive, name);
+        const std::string exception = FirstException(answered);
+        SetMessage(exception.empty() ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
+                   exception.empty() ? message : message + " -- " + exception);
+        // What a Create or Delete changed shows in the tree and the entity pick.
+        if (exception.empty() && (name == "Create" || name == "Delete")) {
+            m_tree->EntityChanged(target);
+            FillEntities();
+        }
+    });
+}
+
+// An exception is no success: its text, as the dictionary gives it; empty when every reply was a response.
+std::string KelBrowserWindow::FirstException(TCall& call) const
+{
     std::string exception;
-    for (std::size_t i = 0; call.SelectReply(i); ++i)
+    for (std::size_t i = 0; call.SelectReply(i) && exception.empty(); ++i)
         if (call.GetStatus() != ZED_STATUS_RESPONSE) {
-            allAnswered = false;
-            if (exception.empty()) {
-                std::ostringstream text;
-                ZEDWriteReply(text, m_dictionary, call, call.GetDirective());
-                std::string line = text.str().substr(std::min(text.str().size(), text.str().find('\n') + 1));
-                line = line.substr(0, line.find('\n'));
-                exception = line.substr(std::min(line.size(), line.find_first_not_of(' ')));
-            }
+            std::ostringstream text;
+            ZEDWriteReply(text, m_dictionary, call, call.GetDirective());
+            std::string line = text.str().substr(std::min(text.str().size(), text.str().find('\n') + 1));
+            line = line.substr(0, line.find('\n'));
+            exception = line.substr(std::min(line.size(), line.find_first_not_of(' ')));
         }
     call.SelectReply(0);
-    SetMessage(allAnswered ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
-               allAnswered ? message : message + " -- " + exception);
-    // What a Create or Delete changed shows in the tree and the entity pick.
-    if (allAnswered && (name == "Create" || name == "Delete")) {
-        m_tree->EntityChanged(m_form->GetEntity());
-        FillEntities();
+    return exception;
+}
+
+bool KelBrowserWindow::StartCall(MiddleDocument& document, std::unique_ptr<TAsyncCall> call, const std::string& name,
+                                 std::function<void(TAsyncCall&)> answered)
+{
+    TAsyncCall& started = *call;
+    const std::string entity = started.GetEntity().ToString(&m_dictionary);
+    document.SetPending(std::move(call), name + " to " + entity);
+    MiddleDocument* waiting = &document;
+    const bool going = started.Start(
+        [this, waiting, answered = std::move(answered)](TAsyncCall& call) {
+            waiting->Finish();
+            answered(call);
+            ShowBusy();
+        },
+        m_timeout);
+    if (!going) {
+        document.Finish();
+        SetMessage(KEL_SEVERITY_PROBLEM, "The call could not be made: no management module answers for " + entity);
     }
-    return true;
+    ShowBusy();
+    return going;
+}
+
+void KelBrowserWindow::CancelCall()
+{
+    MiddleDocument* document = ShownDocument();
+    if (!document || !document->IsBusy())
+        return;
+    SetMessage(KEL_SEVERITY_INFORMATION, "Cancelled: " + document->GetWaitingFor());
+    document->CancelPending();
+    ShowBusy();
+}
+
+// The document shown says whether it waits for an answer: Send, Refresh and
+// Apply wait with it, the status line names what it waits for.
+void KelBrowserWindow::ShowBusy()
+{
+    const MiddleDocument* document = ShownDocument();
+    const bool busy = document && document->IsBusy();
+    m_busy->setVisible(busy);
+    m_cancel->setVisible(busy);
+    m_waiting->setText(busy ? QString::fromStdString("waiting for " + document->GetWaitingFor()) : QString());
+    m_send->setEnabled(!busy && m_form);
+    m_refresh->setEnabled(!busy && m_attributes);
+    m_apply->setEnabled(!busy && m_attributes);
+}
+
+bool KelBrowserWindow::IsBusy() const { return ZEDGetCallLoop().GetPendingCount() > 0; }
+
+bool KelBrowserWindow::WaitForCalls(std::chrono::milliseconds most)
+{
+    const bool done = ZEDGetCallLoop().RunUntilIdle(most);
+    QApplication::processEvents();
+    return done;
 }
 
 void KelBrowserWindow::PlaceDocument(QWidget* page, std::unique_ptr<MiddleDocument> document, int index)
@@ -525,8 +619,7 @@ void KelBrowserWindow::DocumentChosen()
     QWidget* current = m_documents->currentWidget();
     m_form = dynamic_cast<IInputForm*>(current);
     m_attributes = dynamic_cast<IInputOutputForm*>(current);
-    m_refresh->setEnabled(m_attributes != nullptr);
-    m_apply->setEnabled(m_attributes != nullptr);
+    ShowBusy();
     // The outputs are the document's own: its last reply, or none.
     const MiddleDocument* document = ShownDocument();
     if (document && document->GetLastCall().call)
@@ -808,64 +901,66 @@ bool KelBrowserWindow::OpenAttributes(const std::string& entityText)
 
 bool KelBrowserWindow::Refresh() { return ReadAttributes(true); }
 
+// Reads the attributes of the form shown again (Show); its outputs show the reply when asked to.
 bool KelBrowserWindow::ReadAttributes(bool showOutputs)
 {
-    if (!m_attributes)
+    MiddleDocument* document = ShownDocument();
+    if (!m_attributes || !document || document->IsBusy())
         return false;
     const TDictClass* cls = m_dictionary.FindClass(m_attributes->GetEntity().GetEntityClass());
     const TDictDirective* show = cls ? cls->FindDirective(std::string("Show")) : nullptr;
     if (!show)
         return false;
-    TSyncCall call(m_attributes->GetEntity(), show->GetID());
-    try {
-        call.Execute();
-    } catch (const TException& e) {
-        SetMessage(KEL_SEVERITY_PROBLEM, std::string("The attributes could not be read: ") + e.what());
-        return false;
-    }
-    m_attributes->ProcessReply(call.GetReply());
-    if (showOutputs) {
-        if (MiddleDocument* document = ShownDocument())
-            document->SetLastCall(call, show->GetID(), "Show");
-        ShowOutputs(call, show->GetID(), "Show");
-    }
-    return call.GetStatus() == ZED_STATUS_RESPONSE;
+    QPointer<IInputOutputForm> form = m_attributes;
+    const unsigned int directive = show->GetID();
+    return StartCall(*document, std::make_unique<TAsyncCall>(m_attributes->GetEntity(), directive), "Show",
+                     [this, document, form, directive, showOutputs](TAsyncCall& answered) {
+                         if (form)
+                             form->ProcessReply(answered.GetReply());
+                         if (answered.GetStatus() != ZED_STATUS_RESPONSE)
+                             SetMessage(KEL_SEVERITY_PROBLEM, "The attributes could not be read: " + FirstException(answered));
+                         if (!showOutputs)
+                             return;
+                         document->SetLastCall(answered, directive, "Show");
+                         if (document == ShownDocument())
+                             ShowOutputs(answered, directive, "Show");
+                     });
 }
 
 bool KelBrowserWindow::Apply()
 {
-    if (!m_attributes)
+    MiddleDocument* document = ShownDocument();
+    if (!m_attributes || !document || document->IsBusy())
         return false;
     const TDictClass* cls = m_dictionary.FindClass(m_attributes->GetEntity().GetEntityClass());
     const TDictDirective* set = cls ? cls->FindDirective(std::string("Set")) : nullptr;
     if (!set)
         return false;
-    TSyncCall call(m_attributes->GetEntity(), set->GetID());
-    if (!m_attributes->FillRequest(call.GetRequest())) {
+    auto call = std::make_unique<TAsyncCall>(m_attributes->GetEntity(), set->GetID());
+    if (!m_attributes->FillRequest(call->GetRequest())) {
         SetMessage(KEL_SEVERITY_PROBLEM, "Not applied: " + m_attributes->GetRefusal());
         return false;
     }
     m_requestText.clear();
     m_attributes->GetRequest(m_requestText);
-    if (call.GetRequest().Size() == 0) {
+    if (call->GetRequest().Size() == 0) {
         SetMessage(KEL_SEVERITY_INFORMATION, "Nothing to apply: no attribute was changed.");
         return false;
     }
-    try {
-        call.Execute();
-    } catch (const TException& e) {
-        SetMessage(KEL_SEVERITY_PROBLEM, std::string("The call could not be made: ") + e.what());
-        return false;
-    }
-    const bool done = call.GetStatus() == ZED_STATUS_RESPONSE;
-    SetMessage(done ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
-               "Set sent to " + m_attributes->GetEntity().ToString(&m_dictionary));
-    // The form shows what the network now holds; the outputs show the Set's reply and its events.
-    ReadAttributes(false);
-    if (MiddleDocument* document = ShownDocument())
-        document->SetLastCall(call, set->GetID(), "Set");
-    ShowOutputs(call, set->GetID(), "Set");
-    return done;
+    const unsigned int directive = set->GetID();
+    const std::string entity = m_attributes->GetEntity().ToString(&m_dictionary);
+    return StartCall(*document, std::move(call), "Set", [this, document, directive, entity](TAsyncCall& answered) {
+        const std::string exception = FirstException(answered);
+        SetMessage(exception.empty() ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
+                   "Set sent to " + entity + (exception.empty() ? "" : " -- " + exception));
+        // The outputs show the Set's reply and its events; the form then shows
+        // what the network now holds.
+        document->SetLastCall(answered, directive, "Set");
+        if (document != ShownDocument())
+            return;
+        ShowOutputs(answered, directive, "Set");
+        ReadAttributes(false);
+    });
 }
 
 void KelBrowserWindow::ShowReply(const std::string& text) { m_reply->setPlainText(QString::fromStdString(text)); }

@@ -9,6 +9,8 @@
 #include <QMainWindow>
 #include <QPointer>
 
+#include <chrono>
+#include <functional>
 #include <map>
 #include <memory>
 #include <string>
@@ -20,10 +22,13 @@ class IWorkspaceManager;
 class KELConfigContext;
 class MiddleDocument;
 class QComboBox;
+class QLabel;
+class QProgressBar;
 class QPlainTextEdit;
 class QPushButton;
 class QSplitter;
 class QTabWidget;
+class TAsyncCall;
 class TCall;
 class TDictionary;
 class TEntitySpec;
@@ -49,10 +54,22 @@ public:
     // edits kept.
     bool OpenForm(const std::string& entity, const std::string& directive);
     IInputForm* GetForm() const { return m_form; }
-    // Fills the request from the form and carries the call out; false when the
-    // form refused (the console says which line and why), the operator did not
-    // confirm a Delete, or the call could not be made.
+    // Fills the request from the form and hands the call to its module without
+    // waiting: the outputs and the console follow when the answer comes. False
+    // when the form refused (the console says which line and why), the
+    // operator did not confirm a Delete, the form already waits for an
+    // answer, or the call could not be made.
     bool Send();
+    // Gives up the call the document shown waits for (Cancel, Escape).
+    void CancelCall();
+    // Whether any call waits for its answer.
+    bool IsBusy() const;
+    // For a caller with nothing else to do (the tour, tests): the answers
+    // come in; false when some are still out after most.
+    bool WaitForCalls(std::chrono::milliseconds most = std::chrono::seconds(30));
+    // How long a call may wait for its answer before it ends as "no answer"
+    // (setting "Timeout" of section "Calls", in seconds; 30 by default).
+    void SetCallTimeout(std::chrono::milliseconds timeout) { m_timeout = timeout; }
     std::string GetReplyText() const;
     std::string GetRequestText() const { return m_requestText; }
 
@@ -60,7 +77,8 @@ public:
     // tab of their own (the entity's earlier one brought forward), read at once.
     bool OpenAttributes(const std::string& entity);
     IInputOutputForm* GetAttributes() const { return m_attributes; }
-    // Reads the attributes again (Show); sets the changed ones (Set), then reads again.
+    // Reads the attributes again (Show); sets the changed ones (Set), then
+    // reads again. Without waiting, as Send; false when nothing was started.
     bool Refresh();
     bool Apply();
 
@@ -117,6 +135,10 @@ private:
     void BuildMenus();
     bool OpenDocument(const std::string& kind, const std::string& path);
     bool ReadAttributes(bool showOutputs);
+    bool StartCall(MiddleDocument& document, std::unique_ptr<TAsyncCall> call, const std::string& name,
+                   std::function<void(TAsyncCall&)> answered);
+    std::string FirstException(TCall& call) const;
+    void ShowBusy();
     void WorkspaceChanged(bool changed);
     void ReadRecentWorkspaces();
     static void WorkspaceOpening(std::string name);
@@ -137,8 +159,12 @@ private:
     QPointer<IOutputForm> m_outputForm;
     QPointer<IOutputList> m_outputList;
     QTabWidget* m_events;
+    QPushButton* m_send;
     QPushButton* m_refresh;
     QPushButton* m_apply;
+    QLabel* m_waiting;
+    QProgressBar* m_busy;
+    QPushButton* m_cancel;
     QPlainTextEdit* m_reply;
     IConsole* m_console;
     IEntityTree* m_tree;
@@ -146,5 +172,6 @@ private:
     // The centre's documents by their page, as the workspace keeps them.
     std::map<QWidget*, std::unique_ptr<MiddleDocument>> m_pages;
     std::string m_requestText;
-    bool m_opening = false;  // a workspace is being opened: its documents change nothing
+    bool m_opening = false;
+    std::chrono::milliseconds m_timeout{30000};  // a workspace is being opened: its documents change nothing
 };

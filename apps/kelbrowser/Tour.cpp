@@ -217,6 +217,7 @@ int TourAttributes(KelBrowserWindow& window, const std::string& folder, std::ost
     IEntityTree& tree = *window.GetTree();
     for (QTreeWidgetItem* item = tree.topLevelItem(0); item && !tree.FindEntity(entity);) {
         item->setExpanded(true);
+        window.WaitForCalls();
         QTreeWidgetItem* next = nullptr;
         for (int i = 0; i < item->childCount() && !next; ++i)
             if (const std::string text = item->child(i)->data(0, IEntityTree::kEntityRole).toString().toStdString();
@@ -230,7 +231,7 @@ int TourAttributes(KelBrowserWindow& window, const std::string& folder, std::ost
     }
     out << "  tree: " << (tree.FindEntity(entity) ? "found" : "not found") << " after " << tree.GetShowCount()
         << " Show calls\n";
-    if (!window.OpenAttributes(entity) || !window.GetAttributes()) {
+    if (!window.OpenAttributes(entity) || !window.WaitForCalls() || !window.GetAttributes()) {
         out << "  the attributes could not be read\n";
         return 1;
     }
@@ -248,7 +249,7 @@ int TourAttributes(KelBrowserWindow& window, const std::string& folder, std::ost
     std::string before;
     priority->GetValue(before);
     priority->SetValue(std::string("7"));
-    const bool applied = window.Apply();
+    const bool applied = window.Apply() && window.WaitForCalls();
     std::string after;
     priority->GetValue(after);
     out << "  Priority " << before << " -> 7, applied: " << (applied ? "yes" : "no") << ", read again: " << after
@@ -398,7 +399,7 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
                 ++faults;
             }
         QApplication::processEvents();
-        const bool sent = window.Send();
+        const bool sent = window.Send() && window.WaitForCalls();
         transcript << "  request: " << (window.GetRequestText().empty() ? "(nothing)" : window.GetRequestText()) << "\n";
         transcript << (sent ? window.GetReplyText() : "  not sent\n");
         if (sent != step.sent) {

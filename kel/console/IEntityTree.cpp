@@ -2,6 +2,7 @@
 
 #include "zed/TException.h"
 #include "zed/call/TCall.h"
+#include "zed/call/TCallLoop.h"
 #include "zed/dict/TDictionary.h"
 
 #include <QContextMenuEvent>
@@ -54,11 +55,10 @@ QTreeWidgetItem* IEntityTree::AddClass(QTreeWidgetItem* parent, const TEntitySpe
 
 void IEntityTree::Fill(QTreeWidgetItem* classItem)
 {
-    if (!classItem || classItem->type() != ClassItem)
+    if (!classItem || classItem->type() != ClassItem || m_asking.count(classItem))
         return;
     if (classItem->childCount() != 1 || classItem->child(0)->type() != PendingItem)
         return;  // filled already
-    delete classItem->takeChild(0);
     const std::string aboveText = classItem->data(0, kAboveRole).toString().toStdString();
     TEntitySpec wildcard;
     if (!aboveText.empty()) {
@@ -72,13 +72,25 @@ void IEntityTree::Fill(QTreeWidgetItem* classItem)
     const TDictDirective* show = cls ? cls->FindDirective(std::string("Show")) : nullptr;
     if (!show)
         return;
-    TSyncCall call(wildcard, show->GetID());
+    // The node says it is asking; the window goes on meanwhile.
+    classItem->child(0)->setText(0, QStringLiteral("asking..."));
+    m_finished.clear();
+    auto call = std::make_unique<TAsyncCall>(wildcard, show->GetID());
+    TAsyncCall& asking = *call;
+    m_asking.emplace(classItem, std::move(call));
     ++m_shows;
-    try {
-        call.Execute();
-    } catch (const TException&) {
-        return;
+    if (!asking.Start([this, classItem, cls](TAsyncCall& answered) { Filled(classItem, *cls, answered); }))
+        m_asking.erase(classItem);
+}
+
+void IEntityTree::Filled(QTreeWidgetItem* classItem, const TDictClass& cls, TAsyncCall& call)
+{
+    // Kept until the next fill: its completion is still running.
+    if (const auto asked = m_asking.find(classItem); asked != m_asking.end()) {
+        m_finished.push_back(std::move(asked->second));
+        m_asking.erase(asked);
     }
+    qDeleteAll(classItem->takeChildren());
     for (std::size_t i = 0; call.SelectReply(i); ++i) {
         if (call.GetStatus() != ZED_STATUS_RESPONSE)
             continue;
@@ -89,10 +101,22 @@ void IEntityTree::Fill(QTreeWidgetItem* classItem)
         instance->setData(0, kEntityRole, QString::fromStdString(entity.ToString(&m_dictionary)));
         instance->setToolTip(0, instance->data(0, kEntityRole).toString());
         classItem->addChild(instance);
-        for (std::size_t c = 0; c < cls->GetChildCount(); ++c)
-            AddClass(instance, entity, cls->GetChild(c).GetCode(), cls->GetChild(c).GetName());
+        for (std::size_t c = 0; c < cls.GetChildCount(); ++c)
+            AddClass(instance, entity, cls.GetChild(c).GetCode(), cls.GetChild(c).GetName());
     }
 }
+
+void IEntityTree::CancelUnder(QTreeWidgetItem* item)
+{
+    for (auto it = m_asking.begin(); it != m_asking.end();) {
+        bool under = false;
+        for (const QTreeWidgetItem* up = it->first; up && !under; up = up->parent())
+            under = up == item;
+        it = under ? m_asking.erase(it) : std::next(it);
+    }
+}
+
+bool IEntityTree::IsAsking() const { return !m_asking.empty(); }
 
 bool IEntityTree::GetSelectedEntity(TEntitySpec& entity) const
 {
@@ -180,9 +204,10 @@ void IEntityTree::EntityChanged(const TEntitySpec& entity)
         if (item->type() != ClassItem || item->data(0, kClassRole).toUInt() != code
             || item->data(0, kAboveRole).toString() != aboveText)
             continue;
-        if (item->childCount() == 1 && item->child(0)->type() == PendingItem)
+        if (item->childCount() == 1 && item->child(0)->type() == PendingItem && !m_asking.count(item))
             return;  // never opened: it asks when it opens
         const bool open = item->isExpanded();
+        CancelUnder(item);
         qDeleteAll(item->takeChildren());
         item->addChild(new QTreeWidgetItem(PendingItem));
         Fill(item);

@@ -6,10 +6,14 @@
 #include <QTreeWidget>
 
 #include <functional>
+#include <map>
 #include <memory>
 #include <string>
+#include <vector>
 
 class QMenu;
+class TAsyncCall;
+class TDictClass;
 class TDictionary;
 
 /// The network as a tree: classes and their instances, filled as the operator
@@ -35,8 +39,11 @@ public:
     }
     void OnAttributes(std::function<void(const TEntitySpec&)> handler) { m_onAttributes = std::move(handler); }
 
-    /// Asks for the instances under a class node now (what opening it does).
+    /// Asks for the instances under a class node now (what opening it does),
+    /// without waiting: the node says "asking..." until they come.
     void Fill(QTreeWidgetItem* classItem);
+    /// Whether a node is still asking.
+    bool IsAsking() const;
     /// The entity of the selected instance, if one is selected.
     bool GetSelectedEntity(TEntitySpec& entity) const;
     /// The item of an entity already in the tree, or null.
@@ -57,9 +64,14 @@ private:
     QTreeWidgetItem* AddClass(QTreeWidgetItem* parent, const TEntitySpec& above, unsigned int code,
                               const std::string& name);
     void OpenAttributes(QTreeWidgetItem* item);
+    void Filled(QTreeWidgetItem* classItem, const TDictClass& cls, TAsyncCall& call);
+    // Gives up what the nodes under the item (and it) were asking.
+    void CancelUnder(QTreeWidgetItem* item);
 
     const TDictionary& m_dictionary;
     std::function<void(const TEntitySpec&, const std::string&)> m_onDirective;
     std::function<void(const TEntitySpec&)> m_onAttributes;
     int m_shows = 0;
+    std::map<QTreeWidgetItem*, std::unique_ptr<TAsyncCall>> m_asking;  // by the class node asking
+    std::vector<std::unique_ptr<TAsyncCall>> m_finished;
 };

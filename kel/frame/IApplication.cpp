@@ -3,6 +3,7 @@
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
 #include "kel/frame/IHelpDialog.h"
+#include "kel/frame/KELCallPump.h"
 #include "kel/frame/KELAssert.h"
 #include "kel/frame/KELFileTools.h"
 #include "kel/frame/KELPrompt.h"
@@ -67,6 +68,9 @@ IApplication::IApplication(std::string applicationName) : m_appName(std::move(ap
     m_className = "KELWindow:" + m_appName;
     if (HaveGui())
         m_pHelpDialog = std::make_unique<IHelpDialog>();
+    // Calls that do not wait are carried by Qt's event loop from here on.
+    if (QCoreApplication::instance())
+        m_pCallPump = std::make_unique<KELCallPump>();
     m_previousAssertHandler = ZEDSetAssertHandler(&KELAssertHandler);
 }
 

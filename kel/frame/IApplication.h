@@ -13,6 +13,7 @@
 
 class IConfiguration;
 class IHelpDialog;
+class KELCallPump;
 class KELConfigContext;
 class KELWorkspaceQuery;
 class TEntitySpec;
@@ -121,6 +122,7 @@ private:
     std::vector<std::unique_ptr<KELConfigContext>> m_contexts;
     std::string m_appName;
     std::unique_ptr<IHelpDialog> m_pHelpDialog;  // top-level, no Qt parent: owned here
+    std::unique_ptr<KELCallPump> m_pCallPump;    // no Qt parent: owned here
     int m_tooltipsEnabled = 1;
     ZEDAssertHandler m_previousAssertHandler = nullptr;  // the handler before ours, given back at the end
 };

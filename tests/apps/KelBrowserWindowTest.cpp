@@ -14,12 +14,16 @@
 #include "kel/frame/IApplication.h"
 #include "kel/model/IPresentationContainer.h"
 #include "support/ContextFixture.h"
+#include "support/HeldModule.h"
 
 #include <QAction>
+#include <QLabel>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
 #include <QShortcut>
+#include <QStatusBar>
+#include <QTimer>
 #include <QTabWidget>
 #include <QTest>
 
@@ -81,6 +85,8 @@ protected:
         const std::size_t end = all.size() > 1 ? all.rfind('\n', all.size() - 2) : std::string::npos;
         return end == std::string::npos ? all : all.substr(end + 1);
     }
+    // As the operator sees it: sent, and the answer in.
+    bool SendAndWait() { return window->Send() && window->WaitForCalls(std::chrono::seconds(5)); }
     void PickDirective(const char* name)
     {
         QComboBox* pick = window->GetDirectivePick();
@@ -113,7 +119,7 @@ TEST_F(BrowserWindowTest, AnExceptionLooksLikeOneInTheReplyAndTheConsole)
 {
     ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
     Line("Count")->GetField()->SetValue(std::string("3"));
-    ASSERT_TRUE(window->Send());
+    ASSERT_TRUE(SendAndWait());
     EXPECT_FALSE(window->GetOutputForm()->ShowsException());
     EXPECT_TRUE(window->GetOutputs()->tabIcon(0).isNull());
     EXPECT_THAT(LastMessage(), HasSubstr("[done] Test sent to"));
@@ -126,7 +132,7 @@ TEST_F(BrowserWindowTest, AnExceptionLooksLikeOneInTheReplyAndTheConsole)
     ASSERT_NE(units, nullptr) << "a value with units shows them";
 
     Line("Count")->GetField()->SetValue(std::string("2000"));
-    ASSERT_TRUE(window->Send());
+    ASSERT_TRUE(SendAndWait());
     EXPECT_TRUE(window->GetOutputForm()->ShowsException());
     EXPECT_FALSE(window->GetOutputs()->tabIcon(0).isNull()) << "the Reply tab warns";
     EXPECT_THAT(LastMessage(), HasSubstr("[problem] Test sent to"));
@@ -145,7 +151,7 @@ TEST_F(BrowserWindowTest, ARefusedRequestSaysWhichLineAndWhy)
 TEST_F(BrowserWindowTest, TheOutputsAreThoseOfTheDocumentShown)
 {
     ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
-    ASSERT_TRUE(window->Send());
+    ASSERT_TRUE(SendAndWait());
     ASSERT_NE(window->GetOutputForm(), nullptr);
     ASSERT_TRUE(window->OpenForm(kInterface, "Echo"));
     EXPECT_EQ(window->GetOutputForm(), nullptr) << "no reply of the Test form under the Echo form";
@@ -161,7 +167,9 @@ TEST_F(BrowserWindowTest, ADeleteAsksFirstAndTheTreeAndPicksForgetTheEntity)
     const char* const r2 = "Network core Router r2";
     IEntityTree& tree = *window->GetTree();
     tree.topLevelItem(0)->setExpanded(true);
+    window->WaitForCalls(std::chrono::seconds(5));
     tree.topLevelItem(0)->child(0)->child(0)->setExpanded(true);
+    window->WaitForCalls(std::chrono::seconds(5));
     ASSERT_NE(tree.FindEntity(r2), nullptr);
     tree.setCurrentItem(tree.FindEntity(r2));
     EXPECT_EQ(window->GetEntityPick()->currentText(), r2) << "the entity pick follows the tree";
@@ -174,7 +182,7 @@ TEST_F(BrowserWindowTest, ADeleteAsksFirstAndTheTreeAndPicksForgetTheEntity)
     EXPECT_NE(tree.FindEntity(r2), nullptr) << "not confirmed, not sent";
 
     prompts->answer = KELPrompt::Answer::Yes;
-    ASSERT_TRUE(window->Send());
+    ASSERT_TRUE(SendAndWait());
     EXPECT_THAT(LastMessage(), HasSubstr("[done] Delete sent to Network core Router r2"));
     EXPECT_EQ(tree.FindEntity(r2), nullptr);
     EXPECT_EQ(window->GetEntityPick()->findText(r2), -1);
@@ -183,7 +191,7 @@ TEST_F(BrowserWindowTest, ADeleteAsksFirstAndTheTreeAndPicksForgetTheEntity)
 TEST_F(BrowserWindowTest, SendingKeepsTheSettingsInMemoryAndClosingSavesThemOnce)
 {
     ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
-    ASSERT_TRUE(window->Send());
+    ASSERT_TRUE(SendAndWait());
     EXPECT_THAT(window->GetMessages(), Not(HasSubstr("Configuration saved")));
     window->close();
     ASSERT_NE(context->GetUserConfigFile(), nullptr);
@@ -204,6 +212,7 @@ TEST_F(BrowserWindowTest, F1HasOneBindingAndEnterSendsTheForm)
     QWidget* count = Line("Count")->GetField()->GetWindow();
     count->setFocus();
     QTest::keyClick(count, Qt::Key_Return);
+    window->WaitForCalls(std::chrono::seconds(5));
     EXPECT_THAT(LastMessage(), HasSubstr("Test sent to"));
 
     // In a text of several lines Enter is a line end, not a send.
@@ -223,7 +232,9 @@ TEST_F(BrowserWindowTest, ANewEntityIsTypedCreatedAndThenShownInTheTreeAndThePic
     const char* const r9 = "Network core Router r9";
     IEntityTree& tree = *window->GetTree();
     tree.topLevelItem(0)->setExpanded(true);
+    window->WaitForCalls(std::chrono::seconds(5));
     tree.topLevelItem(0)->child(0)->child(0)->setExpanded(true);
+    window->WaitForCalls(std::chrono::seconds(5));
     QComboBox* entities = window->GetEntityPick();
     entities->lineEdit()->setText(r9);
     QTest::keyClick(entities->lineEdit(), Qt::Key_Return);
@@ -231,10 +242,51 @@ TEST_F(BrowserWindowTest, ANewEntityIsTypedCreatedAndThenShownInTheTreeAndThePic
     EXPECT_EQ(window->GetDirectivePick()->currentIndex(), -1) << "a directive is still to be picked";
     PickDirective("Create");
     ASSERT_EQ(window->GetForm()->GetName(), "Create");
-    ASSERT_TRUE(window->Send());
+    ASSERT_TRUE(SendAndWait());
     EXPECT_THAT(LastMessage(), HasSubstr("[done] Create sent to Network core Router r9"));
     EXPECT_NE(tree.FindEntity(r9), nullptr);
     EXPECT_GE(entities->findText(r9), 0);
+}
+
+// A call on a network that answers when it answers: the window keeps
+// turning, says what it waits for, can give up, and ends a call that takes too
+// long with "no answer".
+TEST_F(BrowserWindowTest, AnOutstandingCallNeverBlocksAndCanBeCancelledOrTimeOut)
+{
+    auto module = std::make_shared<HeldModule>();
+    ZEDGetApplication()->RegisterModule(1, module);
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    ASSERT_TRUE(window->Send());
+    EXPECT_TRUE(window->IsBusy());
+    EXPECT_FALSE(window->Send()) << "one call at a time per form";
+    auto* waiting = window->statusBar()->findChild<QLabel*>();
+    ASSERT_NE(waiting, nullptr);
+    EXPECT_EQ(waiting->text().toStdString(), std::string("waiting for Test to ") + kInterface);
+    int ticks = 0;
+    QTimer ticker;
+    QObject::connect(&ticker, &QTimer::timeout, [&] { ++ticks; });
+    ticker.start(5);
+    QTest::qWait(100);
+    EXPECT_GE(ticks, 5) << "the event loop turns while the call is out";
+
+    // The answer arrives on the module's descriptor: Qt's loop brings it in.
+    module->Release();
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window->IsBusy(); }, 2000));
+    EXPECT_THAT(LastMessage(), HasSubstr("[done] Test sent to"));
+
+    module->release = false;
+    ASSERT_TRUE(window->Send());
+    QTest::keyClick(window.get(), Qt::Key_Escape);
+    EXPECT_FALSE(window->IsBusy());
+    EXPECT_EQ(module->cancelled.size(), 1u);
+    EXPECT_THAT(LastMessage(), HasSubstr("[information] Cancelled: Test to"));
+
+    window->SetCallTimeout(std::chrono::milliseconds(100));
+    ASSERT_TRUE(window->Send());
+    EXPECT_TRUE(QTest::qWaitFor([&] { return !window->IsBusy(); }, 2000));
+    EXPECT_THAT(LastMessage(), HasSubstr("[problem] Test sent to"));
+    EXPECT_THAT(LastMessage(), HasSubstr("exception NoAnswer (4): No answer came in time"));
+    ZEDGetApplication()->RegisterModule(1, nullptr);
 }
 
 // A workspace names the window, keeps each document's file across reopening,

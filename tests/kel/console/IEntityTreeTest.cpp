@@ -3,6 +3,7 @@
 #include "support/ShippedNetwork.h"
 
 #include "zed/call/TCall.h"
+#include "zed/call/TCallLoop.h"
 #include "zed/dict/TDictionary.h"
 
 #include <QApplication>
@@ -13,6 +14,9 @@
 #include <gtest/gtest.h>
 
 namespace {
+
+// A node asks without waiting: its answer comes on the call loop's turn.
+void Answered() { ZEDGetCallLoop().RunUntilIdle(std::chrono::seconds(5)); }
 
 class EntityTreeTest : public ::testing::Test {
 protected:
@@ -34,6 +38,8 @@ TEST_F(EntityTreeTest, InstancesAreAskedForOnlyWhenTheirClassOpens)
     EXPECT_EQ(networks->text(0), "Network");
     EXPECT_EQ(tree.GetShowCount(), 0) << "nothing asked before a node opens";
     networks->setExpanded(true);
+    EXPECT_EQ(networks->child(0)->text(0), "asking...") << "the node says it is asking";
+    Answered();
     EXPECT_EQ(tree.GetShowCount(), 1);
     ASSERT_GE(networks->childCount(), 1);
     QTreeWidgetItem* core = networks->child(0);
@@ -42,8 +48,10 @@ TEST_F(EntityTreeTest, InstancesAreAskedForOnlyWhenTheirClassOpens)
     QTreeWidgetItem* routers = core->child(0);
     EXPECT_EQ(routers->text(0), "Router");
     routers->setExpanded(true);
+    Answered();
     routers->setExpanded(false);
     routers->setExpanded(true);
+    Answered();
     EXPECT_EQ(tree.GetShowCount(), 2) << "a class is asked once";
     ASSERT_NE(tree.FindEntity("Network core Router r2"), nullptr);
 }
@@ -54,7 +62,9 @@ TEST_F(EntityTreeTest, AnInstanceOpensItsAttributesFromTheKeyboard)
     std::string opened;
     tree.OnAttributes([&](const TEntitySpec& entity) { opened = entity.ToString(&Dictionary()); });
     tree.topLevelItem(0)->setExpanded(true);
+    Answered();
     tree.topLevelItem(0)->child(0)->child(0)->setExpanded(true);
+    Answered();
     QTreeWidgetItem* r1 = tree.FindEntity("Network core Router r1");
     ASSERT_NE(r1, nullptr);
     tree.setCurrentItem(r1);
@@ -73,7 +83,9 @@ TEST_F(EntityTreeTest, ShiftF10OpensTheMenuWhichNamesDirectivesByTheirNames)
 {
     IEntityTree tree(Dictionary());
     tree.topLevelItem(0)->setExpanded(true);
+    Answered();
     tree.topLevelItem(0)->child(0)->child(0)->setExpanded(true);
+    Answered();
     tree.setCurrentItem(tree.FindEntity("Network core Router r1"));
     QStringList shown;
     QTimer::singleShot(0, [&] {
@@ -97,14 +109,18 @@ TEST_F(EntityTreeTest, AnOpenedClassAsksAgainWhenOneOfItsEntitiesChanged)
 {
     IEntityTree tree(Dictionary());
     tree.topLevelItem(0)->setExpanded(true);
+    Answered();
     tree.EntityChanged(TEntitySpec("Network core Router r1 Interface eth0"));
     EXPECT_EQ(tree.GetShowCount(), 1) << "a class never opened is left to ask when it opens";
     QTreeWidgetItem* routers = tree.topLevelItem(0)->child(0)->child(0);
     routers->setExpanded(true);
+    Answered();
     ASSERT_NE(tree.FindEntity("Network core Router r2"), nullptr);
     TSyncCall remove(TEntitySpec("Network core Router r2"), Dictionary().FindClass(std::vector<unsigned int>{1, 2})->FindDirective(std::string("Delete"))->GetID());
     ASSERT_EQ(remove.Execute(), ZED_STATUS_RESPONSE);
     tree.EntityChanged(TEntitySpec("Network core Router r2"));
+    EXPECT_TRUE(tree.IsAsking()) << "it asks again, without waiting";
+    Answered();
     EXPECT_EQ(tree.FindEntity("Network core Router r2"), nullptr);
     EXPECT_NE(tree.FindEntity("Network core Router r1"), nullptr);
     EXPECT_TRUE(routers->isExpanded());

@@ -2,6 +2,7 @@
 // loop's turn, cancelling, timeouts, the wait set, and the request checks the
 // call layer makes for every module.
 
+#include "support/HeldModule.h"
 #include "support/ShippedNetwork.h"
 #include "zed/call/TCallAnswers.h"
 #include "zed/call/TCallLoop.h"
@@ -11,44 +12,10 @@
 
 #include <gtest/gtest.h>
 
-#include <sys/eventfd.h>
-#include <unistd.h>
 
 namespace {
 
 using namespace std::chrono_literals;
-
-// A module that answers only when the test says so, from its own turn, and
-// waits on a descriptor of its own.
-class HeldModule : public TManagementModule {
-public:
-    HeldModule() : descriptor(::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC)) {}
-    ~HeldModule() override { ::close(descriptor); }
-
-    std::vector<TCallResult> Execute(const TEntitySpec& entity, unsigned int, const TRequest&) override
-    {
-        return {ZedAnswer::Result(entity, TReply(ZED_REPLY_RESPONSE, 1), ZED_STATUS_RESPONSE)};
-    }
-    void Start(TCallTicket ticket, const TEntitySpec& entity, unsigned int, const TRequest&, Completion done) override
-    {
-        started.push_back(ticket);
-        held.emplace_back(ticket, [this, entity, done] { done(Execute(entity, 0, {})); });
-    }
-    void Cancel(TCallTicket ticket) override { cancelled.push_back(ticket); }
-    void AddWaitSet(ZedWaitSet& set) const override { set.descriptors.push_back(descriptor); }
-    void ProcessReady() override
-    {
-        if (!release)
-            return;
-        for (auto& [ticket, answer] : std::exchange(held, {}))
-            answer();
-    }
-
-    int descriptor;
-    bool release = false;
-    std::vector<TCallTicket> started, cancelled;
-    std::vector<std::pair<TCallTicket, std::function<void()>>> held;
-};
 
 class CallLoopTest : public ::testing::Test {
 protected:
