@@ -57,11 +57,11 @@ def main():
         return run.returncode == 0
 
     for kind in KINDS:
-        shipped = source / "data" / "network" / f"{kind}.json"
-        for error in schema_errors(kind, shipped):
-            faults.append(f"{shipped}: the schema refuses a shipped file: {error}")
-        if not loader_takes(shipped):
-            faults.append(f"{shipped}: the loader refuses a shipped file")
+        for shipped in sorted((source / "data").glob(f"*/{kind}.json")):
+            for error in schema_errors(kind, shipped):
+                faults.append(f"{shipped}: the schema refuses a shipped file: {error}")
+            if not loader_takes(shipped):
+                faults.append(f"{shipped}: the loader refuses a shipped file")
 
         page = (source / "docs" / DOCUMENTED[kind]).read_text()
         example = pathlib.Path(scratch) / f"example-{kind}.json"

@@ -6,9 +6,11 @@
 // long as their dictionary.
 
 #include "zed/ZedExport.h"
+#include "zed/dict/TDictSnmp.h"
 #include "zed/dict/TDictType.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -61,10 +63,13 @@ public:
     std::unique_ptr<TDictValue> Clone() const override;
 
     bool IsRequired() const { return m_required; }
+    /// The notification variable an event's argument takes its value from, if any.
+    const std::optional<TDictSnmpVariable>& GetSnmp() const { return m_snmp; }
 
 private:
     friend class TDictionaryLoader;
     bool m_required = false;
+    std::optional<TDictSnmpVariable> m_snmp;
 };
 
 /// An attribute of an entity class: its partition, its access and its SQL column size.
@@ -79,12 +84,15 @@ public:
     ZED_T_DICT_ACCESS GetAccess() const { return m_access; }
     /// 0 when the attribute has no SQL column size of its own.
     unsigned int GetSQLColumnSize() const { return m_sqlColumnSize; }
+    /// Its SNMP column, when its class is bound to SNMP.
+    const std::optional<TDictSnmpColumn>& GetSnmp() const { return m_snmp; }
 
 private:
     friend class TDictionaryLoader;
     unsigned int m_partition = 0;
     ZED_T_DICT_ACCESS m_access = ZED_ACCESS_READ_WRITE;
     unsigned int m_sqlColumnSize = 0;
+    std::optional<TDictSnmpColumn> m_snmp;
 };
 
 /// A response (object type 8) or an exception (9) of a directive.
@@ -143,6 +151,8 @@ public:
     const std::string& GetName() const { return m_name; }
     const std::string& GetPresentationName() const { return m_presentationName; }
     const std::vector<TDictArgument>& GetArguments() const { return m_arguments; }
+    /// The OID of the SNMP notification that reports the event, if one does.
+    const std::optional<ZedOid>& GetSnmpTrap() const { return m_snmpTrap; }
 
 private:
     friend class TDictionaryLoader;
@@ -150,6 +160,7 @@ private:
     std::string m_name;
     std::string m_presentationName;
     std::vector<TDictArgument> m_arguments;
+    std::optional<ZedOid> m_snmpTrap;
 };
 
 /// An entity class: attributes, directives (the common exceptions under
@@ -181,9 +192,12 @@ public:
     const TDictDirective* FindDirective(const std::string& name) const;
     const std::vector<TDictEvent>& GetEvents() const { return m_events; }
     const TDictEvent* FindEvent(unsigned int id) const;
+    /// How the class is bound to SNMP; none for a class that is not.
+    const std::optional<TDictSnmpClass>& GetSnmp() const { return m_snmp; }
 
 private:
     friend class TDictionaryLoader;
+    std::optional<TDictSnmpClass> m_snmp;
     unsigned int m_code = 0;
     std::string m_name;
     std::string m_presentationName;

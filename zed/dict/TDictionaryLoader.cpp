@@ -253,7 +253,7 @@ private:
     std::unique_ptr<TDictClass> ReadClass(const ZedJsonNode& node, const TDictClass* parent, UniqueCheck& siblings,
                                           int depth)
     {
-        node.ExpectObject({"code", "name", "presentation", "attributes", "directives", "events", "children"});
+        node.ExpectObject({"code", "name", "presentation", "attributes", "directives", "events", "children", "snmp"});
         if (depth > kMaxClassDepth)
             node.Fail("classes nest deeper than " + std::to_string(kMaxClassDepth) + " levels");
         auto cls = std::make_unique<TDictClass>();
@@ -272,6 +272,9 @@ private:
             cls->m_attributes.push_back(ReadAttribute(item, uniqueAttribute));
         });
 
+        if (node.Has("snmp"))
+            m_faults.Guard([&] { cls->m_snmp = ReadSnmpClass(node.Key("snmp"), *cls); });
+
         UniqueCheck uniqueDirective("directive");
         m_faults.ForEach(node.Key("directives"), false, [&](const ZedJsonNode& item) {
             cls->m_directives.push_back(ReadDirective(item, uniqueDirective));
@@ -284,7 +287,7 @@ private:
 
         UniqueCheck uniqueEvent("event");
         m_faults.ForEach(node.Key("events"), false, [&](const ZedJsonNode& item) {
-            const ZedJsonNode e = item.ExpectObject({"id", "name", "presentation", "arguments"});
+            const ZedJsonNode e = item.ExpectObject({"id", "name", "presentation", "arguments", "snmp"});
             TDictEvent event;
             event.m_id = e.Key("id").Unsigned();
             event.m_name = e.Key("name").NonEmptyString();
@@ -292,6 +295,8 @@ private:
             uniqueEvent.Code(e.Key("id"), event.m_id);
             uniqueEvent.Name(e.Key("name"), event.m_name);
             event.m_arguments = ReadArguments(e.Key("arguments"));
+            if (e.Has("snmp"))
+                event.m_snmpTrap = ReadOid(e.Key("snmp").ExpectObject({"trap"}).Key("trap"));
             cls->m_events.push_back(std::move(event));
         });
 
@@ -348,10 +353,14 @@ private:
         UniqueCheck unique("argument");
         m_faults.ForEach(list, false, [&](const ZedJsonNode& node) {
             node.ExpectObject({"id", "name", "presentation", "type", "required", "units", "displayed", "default",
-                               "serverDefault", "length"});
+                               "serverDefault", "length", "snmp"});
             TDictArgument argument;
             ReadValueCommon(node, argument, unique);
             argument.m_required = node.BoolOr("required", false);
+            if (node.Has("snmp")) {
+                const ZedJsonNode snmp = node.Key("snmp").ExpectObject({"oid", "syntax"});
+                argument.m_snmp = TDictSnmpVariable{ReadOid(snmp.Key("oid")), ReadSyntax(snmp.Key("syntax"), argument.GetType())};
+            }
             arguments.push_back(std::move(argument));
         });
         return arguments;
@@ -360,7 +369,7 @@ private:
     TDictAttribute ReadAttribute(const ZedJsonNode& node, UniqueCheck& unique)
     {
         node.ExpectObject({"id", "name", "presentation", "type", "partition", "access", "units", "displayed",
-                           "default", "serverDefault", "length", "sqlColumnSize"});
+                           "default", "serverDefault", "length", "sqlColumnSize", "snmp"});
         TDictAttribute attribute;
         ReadValueCommon(node, attribute, unique);
         const std::string partition = node.Key("partition").String();
@@ -382,7 +391,115 @@ private:
         else
             node.Key("access").Fail("expected \"read-only\", \"read-write\" or \"write-only\"");
         attribute.m_sqlColumnSize = node.UnsignedOr("sqlColumnSize", 0);
+        if (node.Has("snmp")) {
+            const ZedJsonNode snmp = node.Key("snmp").ExpectObject({"column", "syntax", "entry"});
+            TDictSnmpColumn column;
+            column.column = snmp.Key("column").Unsigned();
+            if (column.column == 0)
+                snmp.Key("column").Fail("a column's sub-identifier is 1 or more");
+            column.syntax = ReadSyntax(snmp.Key("syntax"), attribute.GetType());
+            if (snmp.Has("entry"))
+                column.entry = ReadOid(snmp.Key("entry"));
+            attribute.m_snmp = column;
+        }
         return attribute;
+    }
+
+    static ZedOid ReadOid(const ZedJsonNode& text)
+    {
+        const std::optional<ZedOid> parsed = ZedParseOid(text.NonEmptyString());
+        if (!parsed)
+            text.Fail("expected an OID such as 1.3.6.1.2.1.1");
+        return *parsed;
+    }
+
+    static ZedSnmpSyntax ReadSyntax(const ZedJsonNode& node, const TDictType& type)
+    {
+        const std::string syntax = node.NonEmptyString();
+        const std::optional<ZedSnmpSyntax> known = ZedSnmpSyntaxNamed(syntax);
+        if (!known)
+            node.Fail("unknown SMI syntax \"" + syntax + "\"");
+        if (!SyntaxFits(*known, type))
+            node.Fail(syntax + " does not fit the type " + type.GetName());
+        return *known;
+    }
+
+    // Which value kinds carry each syntax: numbers of their range,
+    // enumerations by number, and texts for strings, OIDs and addresses.
+    static bool SyntaxFits(ZedSnmpSyntax syntax, const TDictType& type)
+    {
+        ZED_T_DATATYPE dt = type.GetDatatype();
+        if (type.GetDictObjectType() == ZED_DICT_TYPE_USERDEFINED)
+            dt = static_cast<const TDictTypeUserDefined&>(type).GetBase()->GetDatatype();
+        const auto among = [dt](std::initializer_list<ZED_T_DATATYPE> kinds) {
+            return std::find(kinds.begin(), kinds.end(), dt) != kinds.end();
+        };
+        switch (syntax) {
+        case ZedSnmpSyntax::Integer: return among({ZED_DT_ENUMERATION, ZED_DT_INTEGER16, ZED_DT_INTEGER32, ZED_DT_UNSIGNED16});
+        case ZedSnmpSyntax::Unsigned: return among({ZED_DT_UNSIGNED16, ZED_DT_UNSIGNED32, ZED_DT_INTEGER32});
+        case ZedSnmpSyntax::Counter32: return among({ZED_DT_COUNTER32, ZED_DT_UNSIGNED32});
+        case ZedSnmpSyntax::TimeTicks: return among({ZED_DT_RELTIME, ZED_DT_UNSIGNED32});
+        case ZedSnmpSyntax::RowStatus: return among({ZED_DT_ENUMERATION, ZED_DT_INTEGER32});
+        case ZedSnmpSyntax::Counter64:
+        case ZedSnmpSyntax::OctetString:
+        case ZedSnmpSyntax::DisplayString:
+        case ZedSnmpSyntax::ObjectId:
+        case ZedSnmpSyntax::IpAddress:
+        case ZedSnmpSyntax::Bits:
+            return among({ZED_DT_LATIN1STRING, ZED_DT_SIMPLENAME, ZED_DT_FULLNAME, ZED_DT_OCTETSTRING});
+        }
+        return false;
+    }
+
+    // A class bound to SNMP: the agent itself, a scalar group or a table
+    // whose index columns are attributes of the class (bound themselves).
+    TDictSnmpClass ReadSnmpClass(const ZedJsonNode& node, const TDictClass& cls)
+    {
+        node.ExpectObject({"agent", "scalars", "table", "index", "implied", "rowStatus"});
+        const int kinds = (node.Has("agent") ? 1 : 0) + (node.Has("table") ? 1 : 0)
+                          + (node.Has("scalars") && !node.Has("agent") ? 1 : 0);
+        if (kinds != 1)
+            node.Fail("a class is the agent (\"agent\", with its scalars), a scalar group (\"scalars\") or a table "
+                      "(\"table\")");
+        TDictSnmpClass snmp;
+        const auto oid = [](const ZedJsonNode& text) { return ReadOid(text); };
+        const auto bound = [&cls](const ZedJsonNode& name) -> const TDictAttribute& {
+            const TDictAttribute* attribute = cls.FindAttribute(name.NonEmptyString());
+            if (!attribute)
+                name.Fail("no attribute \"" + name.String() + "\" in " + cls.GetName());
+            if (!attribute->GetSnmp())
+                name.Fail("the attribute " + attribute->GetName() + " has no SNMP column");
+            return *attribute;
+        };
+        if (node.Has("agent")) {
+            if (!node.Key("agent").Bool())
+                node.Key("agent").Fail("expected true");
+            snmp.kind = TDictSnmpClass::Kind::Agent;
+            if (node.Has("scalars"))
+                snmp.oid = oid(node.Key("scalars"));
+        } else if (node.Has("scalars")) {
+            snmp.kind = TDictSnmpClass::Kind::Scalars;
+            snmp.oid = oid(node.Key("scalars"));
+        } else {
+            snmp.kind = TDictSnmpClass::Kind::Table;
+            snmp.oid = oid(node.Key("table"));
+            const ZedJsonNode index = node.Key("index");
+            const std::size_t parts = index.ArraySize(true);
+            if (parts == 0)
+                index.Fail("a table's rows are named by one index column or more");
+            for (std::size_t i = 0; i < parts; ++i)
+                snmp.index.push_back(bound(index.At(i)).GetID());
+            snmp.implied = node.BoolOr("implied", false);
+            if (node.Has("rowStatus")) {
+                const TDictAttribute& status = bound(node.Key("rowStatus"));
+                if (status.GetSnmp()->syntax != ZedSnmpSyntax::RowStatus)
+                    node.Key("rowStatus").Fail("the attribute " + status.GetName() + " has not the syntax RowStatus");
+                snmp.rowStatus = status.GetID();
+            }
+        }
+        if (snmp.kind != TDictSnmpClass::Kind::Table && (node.Has("index") || node.Has("implied") || node.Has("rowStatus")))
+            node.Fail("only a table has an index and a RowStatus");
+        return snmp;
     }
 
     void ReadValueCommon(const ZedJsonNode& node, TDictValue& value, UniqueCheck& unique)
