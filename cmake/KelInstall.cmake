@@ -12,6 +12,8 @@ set(KEL_PRIVATE_HEADERS
   zed/dict/TDictionaryLoader.h
   zed/dict/ZedJsonReader.h
   zed/value/ZedValueJson.h
+  zed/snmp/ZedSnmpLibrary.h
+  zed/snmp/ZedSnmpPdu.h
   kel/config/KELFileWriter.h
   kel/config/KELTextReader.h
   kel/config/KELTextTrim.h

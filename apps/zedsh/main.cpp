@@ -14,7 +14,9 @@
 //                                       and JSON path
 //
 // Options before the command: --dictionary FILE, --instances FILE (default:
-// $ZED_DICTIONARY, $ZED_INSTANCES, else the network shipped in data/network).
+// $ZED_DICTIONARY, $ZED_INSTANCES, else the network shipped in data/network);
+// --agents FILE reaches the SNMP agents of an agents file instead of the
+// simulated network (the dictionary then defaults to data/snmp's).
 // Exit status: 0 done (responses; every file valid), 1 an exception reply
 // came back (a file is not valid), 2 bad command line or argument, 3 a file
 // could not be loaded.
@@ -27,6 +29,7 @@
 #include "zed/call/TCall.h"
 #include "zed/call/TReplyText.h"
 #include "zed/sim/TSimulatedNetwork.h"
+#include "zed/snmp/TSnmpModule.h"
 #include "zed/value/TAttribute.h"
 #include "zed/value/TEventReport.h"
 #include "zed/value/TValueParser.h"
@@ -47,7 +50,7 @@ constexpr int kExitUsage = kToolExitUsage;
 constexpr int kExitLoad = 3;
 
 const char* kUsage =
-    "usage: zedsh [--dictionary FILE] [--instances FILE] COMMAND\n"
+    "usage: zedsh [--dictionary FILE] [--instances FILE | --agents FILE] COMMAND\n"
     "commands:\n"
     "  classes                              the class tree\n"
     "  attributes CLASS                     attributes of a class, e.g. \"Network Router\"\n"
@@ -57,6 +60,7 @@ const char* kUsage =
     "      zedsh call \"Network core Router *\" Show Partition=Status\n"
     "      zedsh call \"Network core Router r1 Interface eth0\" Test Count=3\n"
     "      zedsh call \"Network core Router r1\" Set Priority=7 'Location={\"Site\": \"Hall C\"}'\n"
+    "      zedsh --agents agents.conf call \"Agent core-r1\" Set Location=\"Hall C\"\n"
     "    Directives that take attributes (Set, Create) are given ATTRIBUTE=VALUE.\n"
     "    ARG=@default sends the argument marked \"use the server's default\".\n"
     "  validate FILE...                     check dictionary and instance files, printing every\n"
@@ -195,9 +199,12 @@ int main(int argc, char** argv)
     std::vector<std::string> words(argv + 1, argv + argc);
     if (const std::optional<int> answered = AnswerHelpOrVersion(words, "zedsh", kUsage))
         return *answered;
-    std::string dictionaryOption, instancesOption;
-    if (!TakeValueOptions(words, {{"--dictionary", &dictionaryOption}, {"--instances", &instancesOption}}, true)
-        || words.empty())
+    std::string dictionaryOption, instancesOption, agentsOption;
+    if (!TakeValueOptions(words,
+                          {{"--dictionary", &dictionaryOption}, {"--instances", &instancesOption},
+                           {"--agents", &agentsOption}},
+                          true)
+        || words.empty() || (!agentsOption.empty() && !instancesOption.empty()))
         return UsageError(kUsage);
     if (words[0] == "help") {
         std::cout << kUsage;
@@ -212,10 +219,16 @@ int main(int argc, char** argv)
         return ZedshValidate(std::vector<std::string>(words.begin() + 1, words.end()),
                              Path(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"));
     }
-    std::shared_ptr<TSimulatedNetwork> network;
+    std::shared_ptr<TManagementModule> network;
     try {
-        network = TSimulatedNetwork::Install(Path(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"),
-                                             Path(instancesOption, "ZED_INSTANCES", "instances.json"));
+        if (!agentsOption.empty())
+            // A call waits for its answers and ends: nothing to receive notifications for.
+            network = TSnmpModule::Install(dictionaryOption.empty() ? ShippedNetworkFile("../snmp/dictionary.json")
+                                                                    : dictionaryOption,
+                                           agentsOption, false);
+        else
+            network = TSimulatedNetwork::Install(Path(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"),
+                                                 Path(instancesOption, "ZED_INSTANCES", "instances.json"));
     } catch (const TException& e) {
         std::cerr << "zedsh: " << e.what() << "\n";
         return kExitLoad;

@@ -21,6 +21,8 @@ inline constexpr unsigned int ZED_COMMON_INVALID_REQUEST = 3;
 inline constexpr unsigned int ZED_COMMON_NO_ANSWER = 4;
 /// The agent refused who was asking (community, user, keys).
 inline constexpr unsigned int ZED_COMMON_NOT_AUTHORIZED = 5;
+/// The agent refused the request for another reason (an SNMP error status).
+inline constexpr unsigned int ZED_COMMON_AGENT_ERROR = 6;
 
 /// A reply's values by their arguments' names.
 using ZedNamedValues = std::vector<std::pair<std::string, TValuePtr>>;

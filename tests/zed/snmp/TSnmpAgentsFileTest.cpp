@@ -1,0 +1,122 @@
+#include "support/TempDir.h"
+#include "zed/TException.h"
+#include "zed/snmp/TSnmpAgentsFile.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sys/stat.h>
+
+using ::testing::HasSubstr;
+
+namespace {
+
+std::string Fault(const std::string& text)
+{
+    try {
+        ZedParseAgents(text, "agents.conf");
+    } catch (const TException& e) {
+        return e.what();
+    }
+    return "";
+}
+
+} // namespace
+
+TEST(SnmpAgentsFile, ReadsAgentsOfEveryVersionAndTheReceiver)
+{
+    const TSnmpAgents agents = ZedParseAgents(R"(
+# the core
+[ Agent : core-r1 ]
+    Address = udp:127.0.0.1:16161
+    Version = 2c
+    Community = public
+    WriteCommunity = private
+    Timeout = 2
+    Retries = 1
+[ End Agent : core-r1 ]
+
+[ agent : edge ]
+    address = 127.0.0.1:16162
+    VERSION = 3
+    User = kel
+    AuthProtocol = sha-512
+    AuthKey = "a key with blanks "
+    PrivKey = privprivpriv
+[ end agent : edge ]
+
+[ Notifications ]
+    Address = udp:127.0.0.1:0
+[ End Notifications ]
+)",
+                                              "agents.conf");
+    ASSERT_EQ(agents.agents.size(), 2u);
+    const TSnmpAgent& core = agents.agents[0];
+    EXPECT_EQ(core.name, "core-r1");
+    EXPECT_EQ(core.version, TSnmpAgent::Version::V2c);
+    EXPECT_EQ(core.writeCommunity, "private");
+    EXPECT_DOUBLE_EQ(core.timeout, 2);
+    EXPECT_TRUE(core.HoldsSecrets());
+
+    const TSnmpAgent* edge = agents.Find("edge");
+    ASSERT_NE(edge, nullptr);
+    EXPECT_EQ(edge->version, TSnmpAgent::Version::V3);
+    EXPECT_EQ(edge->authProtocol, "SHA-512");
+    EXPECT_EQ(edge->authKey, "a key with blanks ");
+    // Keys given, level left out: the strongest the keys allow, AES by default.
+    EXPECT_EQ(edge->level, TSnmpAgent::Level::AuthPriv);
+    EXPECT_EQ(edge->privProtocol, "AES");
+    EXPECT_EQ(agents.receiverAddress, "udp:127.0.0.1:0");
+    EXPECT_EQ(ZedParseAgents("", "empty").receiverAddress, TSnmpAgents::kDefaultReceiver);
+}
+
+TEST(SnmpAgentsFile, FaultsNameTheLineAndWhatIsWrong)
+{
+    const std::string open = "[ Agent : a ]\n  Address = udp:127.0.0.1:1\n";
+    EXPECT_EQ(Fault(open), "agents.conf:1: the section \"Agent : a\" has no end line");
+    EXPECT_EQ(Fault(open + "[ End Agent : b ]\n"), "agents.conf:3: the section \"Agent : a\" (line 1) ends with \"End Agent : b\"");
+    EXPECT_EQ(Fault("Address = x\n"), "agents.conf:1: a key outside any section");
+    EXPECT_EQ(Fault("[ Router ]\n"),
+              "agents.conf:1: unknown section \"Router\": expected \"Agent : name\" or \"Notifications\"");
+    EXPECT_THAT(Fault(open + "  Colour = red\n[ End Agent : a ]"), HasSubstr("agents.conf:3: unknown key Colour"));
+    EXPECT_EQ(Fault(open + "  Version = 2\n[ End Agent : a ]"), "agents.conf:3: Version \"2\" is not 1, 2c or 3");
+    EXPECT_THAT(Fault(open + "  Timeout = 0\n[ End Agent : a ]"), HasSubstr("Timeout \"0\" is not a number of seconds"));
+    EXPECT_THAT(Fault(open + "  Retries = -1\n[ End Agent : a ]"), HasSubstr("Retries \"-1\" is not a whole number"));
+    EXPECT_EQ(Fault(open + "  Address = y\n[ End Agent : a ]"), "agents.conf:3: the key Address is given twice in this section");
+    EXPECT_EQ(Fault("[ Agent : a ]\n[ End Agent : a ]"), "agents.conf:1: the agent a has no Address");
+    EXPECT_EQ(Fault(open + "[ End Agent : a ]\n" + open + "[ End Agent : a ]"), "agents.conf:4: a second agent named \"a\"");
+    EXPECT_EQ(Fault(open + "  Version = 3\n[ End Agent : a ]"), "agents.conf:1: the agent a has no User (SNMPv3)");
+    EXPECT_EQ(Fault(open + "  Version = 3\n  User = u\n  Level = authPriv\n  AuthKey = 12345678\n[ End Agent : a ]"),
+              "agents.conf:1: the agent a has no PrivKey for its Level");
+    EXPECT_EQ(Fault(open + "  AuthKey = 1234\n[ End Agent : a ]"), "agents.conf:3: AuthKey is shorter than 8 characters");
+    EXPECT_EQ(Fault(open + "  AuthProtocol = MD5\n[ End Agent : a ]"),
+              "agents.conf:3: AuthProtocol \"MD5\" is not one of SHA-256, SHA-512");
+    EXPECT_EQ(Fault(open + "  AuthKey = 12345678\n[ End Agent : a ]"),
+              "agents.conf:1: the agent a has SNMPv3 keys but Version is not 3");
+}
+
+TEST(SnmpAgentsFile, SecretsOthersCanReadAreRefused)
+{
+    TempDir dir;
+    const std::string path = dir / "agents.conf";
+    const std::string plain = "[ Agent : a ]\n  Address = udp:127.0.0.1:1\n[ End Agent : a ]\n";
+    const std::string secret = "[ Agent : a ]\n  Address = udp:127.0.0.1:1\n  WriteCommunity = private\n[ End Agent : a ]\n";
+
+    TempDir::Write(path, plain);
+    chmod(path.c_str(), 0644);
+    EXPECT_EQ(ZedReadAgentsFile(path).agents.size(), 1u);  // a read community only: no secret
+
+    TempDir::Write(path, secret);
+    try {
+        ZedReadAgentsFile(path);
+        ADD_FAILURE() << "a write community readable by others was taken";
+    } catch (const TException& e) {
+        EXPECT_EQ(std::string(e.what()), path + ": holds keys or a write community but its group or others may read it "
+                                                "(mode 0644); make it private with: chmod 600 " + path);
+    }
+    chmod(path.c_str(), 0640);
+    EXPECT_THROW(ZedReadAgentsFile(path), TException);
+    chmod(path.c_str(), 0600);
+    EXPECT_EQ(ZedReadAgentsFile(path).agents[0].writeCommunity, "private");
+    EXPECT_THROW(ZedReadAgentsFile(dir / "missing.conf"), TException);
+}

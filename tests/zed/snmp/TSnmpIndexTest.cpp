@@ -1,0 +1,118 @@
+#include "zed/snmp/TSnmpIndex.h"
+#include "zed/snmp/TSnmpValue.h"
+#include "zed/dict/TDictionary.h"
+#include "zed/value/TEnumeration.h"
+#include "zed/value/TScalarValues.h"
+#include "zed/value/TTimeValues.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using Syntax = ZedSnmpSyntax;
+
+TSnmpIndex Index(std::vector<TSnmpIndex::Part> parts) { return TSnmpIndex(std::move(parts)); }
+
+// Name -> index -> name: both ways agree, and the index is the one expected.
+void RoundTrip(const TSnmpIndex& index, const std::string& name, const ZedOid& expected)
+{
+    std::string why;
+    const auto oid = index.Encode(name, &why);
+    ASSERT_TRUE(oid) << name << ": " << why;
+    EXPECT_EQ(*oid, expected) << name;
+    const auto parts = index.Decode(*oid);
+    ASSERT_TRUE(parts) << name;
+    EXPECT_EQ(TSnmpIndex::Join(*parts), name);
+}
+
+} // namespace
+
+TEST(SnmpIndex, NamesAndIndexesOfEveryKindOfPartGoBothWays)
+{
+    RoundTrip(Index({{Syntax::Integer, false}}), "7", {7});
+    RoundTrip(Index({{Syntax::Integer, false}}), "4294967295", {4294967295u});
+    RoundTrip(Index({{Syntax::DisplayString, false}}), "eth0", {4, 'e', 't', 'h', '0'});
+    RoundTrip(Index({{Syntax::DisplayString, true}}), "kel", {'k', 'e', 'l'});  // IMPLIED: no length
+    RoundTrip(Index({{Syntax::IpAddress, false}}), "10.0.0.1", {10, 0, 0, 1});
+    RoundTrip(Index({{Syntax::ObjectId, false}}), "1.3.6", {3, 1, 3, 6});
+    // Several parts, a "/" inside a string kept apart from the separator.
+    RoundTrip(Index({{Syntax::IpAddress, false}, {Syntax::IpAddress, false}, {Syntax::Integer, false}}),
+              "10.0.0.0/255.0.0.0/3", {10, 0, 0, 0, 255, 0, 0, 0, 3});
+    RoundTrip(Index({{Syntax::DisplayString, false}, {Syntax::Integer, false}}), "a\\/b/2", {3, 'a', '/', 'b', 2});
+    RoundTrip(Index({{Syntax::DisplayString, false}}), "", {0});
+}
+
+TEST(SnmpIndex, WhatIsNotAnIndexIsRefusedWithItsReason)
+{
+    std::string why;
+    EXPECT_FALSE(Index({{Syntax::Integer, false}}).Encode("eth0", &why));
+    EXPECT_EQ(why, "\"eth0\" is not a whole number from 0 to 4294967295");
+    EXPECT_FALSE(Index({{Syntax::Integer, false}}).Encode("1/2", &why));
+    EXPECT_EQ(why, "\"1/2\" has 2 index parts, the table 1");
+    EXPECT_FALSE(Index({{Syntax::IpAddress, false}}).Encode("10.0.0.256", &why));
+    EXPECT_FALSE(Index({{Syntax::IpAddress, false}}).Encode("10.0.0", &why));
+    EXPECT_FALSE(Index({{Syntax::DisplayString, false}}).Encode("x\\", &why));
+    EXPECT_FALSE(Index({{Syntax::DisplayString, false}}).Encode(std::string(200, 'x'), &why));
+    EXPECT_EQ(why, "the index of \"" + std::string(200, 'x') + "\" is longer than an OID may be");
+
+    // Suffixes that hold more, less or other than one index.
+    const TSnmpIndex text = Index({{Syntax::DisplayString, false}});
+    EXPECT_FALSE(text.Decode(ZedOid{3, 'a', 'b'}));
+    EXPECT_FALSE(text.Decode(ZedOid{1, 'a', 'b'}));
+    EXPECT_FALSE(text.Decode(ZedOid{1, 300}));
+    EXPECT_FALSE(Index({{Syntax::IpAddress, false}}).Decode(ZedOid{10, 0, 0, 999}));
+    EXPECT_FALSE(Index({{Syntax::Integer, false}}).Decode(ZedOid{}));
+}
+
+TEST(SnmpValue, DataBecomeValuesOfTheAttributesTypesAndBack)
+{
+    const TDictionaryPtr dictionary = TDictionary::Load(std::string(KEL_SOURCE_DIR) + "/data/snmp/dictionary.json");
+    const TDictClass& interface = *dictionary->GetRootClass(0).FindChild("Interface");
+    const auto& admin = *interface.FindAttribute(std::string("AdminStatus"));
+    const auto& lastChange = *interface.FindAttribute(std::string("LastChange"));
+    const auto& address = *interface.FindAttribute(std::string("PhysAddress"));
+
+    TSnmpDatum datum;
+    datum.kind = TSnmpDatum::Kind::Integer;
+    datum.integer = 2;
+    TValuePtr value = ZedSnmpToValue(datum, admin.GetType(), Syntax::Integer, admin.GetID());
+    ASSERT_TRUE(value);
+    EXPECT_EQ(value->ToString(), "down");
+    datum.integer = 42;  // not an item: shown by its number, still sent back as such
+    value = ZedSnmpToValue(datum, admin.GetType(), Syntax::Integer, admin.GetID());
+    EXPECT_EQ(static_cast<const TEnumeration&>(*value).GetCode(), 42);
+    EXPECT_EQ(ZedSnmpFromValue(*value, Syntax::Integer)->integer, 42);
+
+    datum = TSnmpDatum{};
+    datum.kind = TSnmpDatum::Kind::TimeTicks;
+    datum.number = 12345;  // hundredths
+    value = ZedSnmpToValue(datum, lastChange.GetType(), Syntax::TimeTicks, lastChange.GetID());
+    EXPECT_EQ(static_cast<const TRelTime&>(*value).GetMilliseconds(), 123450);
+    EXPECT_EQ(ZedSnmpFromValue(*value, Syntax::TimeTicks)->number, 12345u);
+
+    datum = TSnmpDatum{};
+    datum.kind = TSnmpDatum::Kind::Octets;
+    datum.octets = std::string("\x00\x1a\x2b", 3);
+    value = ZedSnmpToValue(datum, address.GetType(), Syntax::OctetString, address.GetID());
+    EXPECT_EQ(value->ToString(), "00:1a:2b");
+    EXPECT_EQ(ZedSnmpFromValue(*value, Syntax::OctetString)->octets, datum.octets);
+    EXPECT_EQ(ZedSnmpOctetsText("Hall C", Syntax::OctetString), "Hall C");
+
+    // The kinds that travel as text in the model.
+    EXPECT_EQ(ZedSnmpOctetsText(std::string("\x90", 1), Syntax::Bits), "0 3");
+    EXPECT_EQ(*ZedSnmpTextOctets("0 3", Syntax::Bits), std::string("\x90", 1));
+    EXPECT_EQ(ZedSnmpFromValue(TLatin1String("1.3.6.1"), Syntax::ObjectId)->oid, (ZedOid{1, 3, 6, 1}));
+    EXPECT_EQ(ZedSnmpFromValue(TLatin1String("10.1.2.3"), Syntax::IpAddress)->octets, std::string("\x0a\x01\x02\x03", 4));
+    EXPECT_EQ(ZedSnmpFromValue(TOctetString("18446744073709551615"), Syntax::Counter64)->number, UINT64_MAX);
+
+    std::string why;
+    EXPECT_FALSE(ZedSnmpFromValue(TInteger32(-1), Syntax::Unsigned, &why));
+    EXPECT_EQ(why, "\"-1\" is not a 32-bit unsigned number");
+    EXPECT_FALSE(ZedSnmpFromValue(TLatin1String("10.1.2"), Syntax::IpAddress, &why));
+    EXPECT_FALSE(ZedSnmpFromValue(TLatin1String(), Syntax::DisplayString, &why));
+    EXPECT_EQ(why, "no value to send");
+    datum = TSnmpDatum{};
+    datum.kind = TSnmpDatum::Kind::Counter64;
+    datum.number = 1u << 20;
+    EXPECT_FALSE(ZedSnmpToValue(datum, admin.GetType(), Syntax::Integer, admin.GetID(), &why));
+}

@@ -1,0 +1,73 @@
+#pragma once
+
+// The agents an SNMP module reaches, from a file of sections that people
+// write and keep beside their other settings:
+//
+//     # the core router
+//     [ Agent : core-r1 ]
+//         Address = udp:127.0.0.1:16161
+//         Version = 2c
+//         Community = public
+//         WriteCommunity = private
+//         Timeout = 2
+//         Retries = 1
+//     [ End Agent : core-r1 ]
+//
+//     [ Notifications ]
+//         Address = udp:127.0.0.1:1162
+//     [ End Notifications ]
+//
+// SNMPv3 agents name a User with its keys instead of communities. A file
+// that holds keys or a write community must not be readable by its group or
+// others: it is refused otherwise.
+
+#include "zed/ZedExport.h"
+
+#include <string>
+#include <vector>
+
+/// One agent: where it is and how to speak to it.
+struct ZED_EXPORT TSnmpAgent {
+    enum class Version { V1, V2c, V3 };
+    enum class Level { NoAuthNoPriv, AuthNoPriv, AuthPriv };
+
+    /// The name its section gives it: the instance name of its entity.
+    std::string name;
+    /// A net-snmp transport address: "udp:127.0.0.1:16161", "host:161"...
+    std::string address;
+    Version version = Version::V2c;
+    std::string community = "public";
+    /// Sets go with this community; the read community when empty.
+    std::string writeCommunity;
+    /// Seconds to wait for each try, and how many more tries after the first.
+    double timeout = 1.0;
+    int retries = 1;
+
+    // SNMPv3 (user-based security)
+    std::string user;
+    Level level = Level::NoAuthNoPriv;
+    std::string authProtocol;  // "SHA-256", "SHA-512"
+    std::string authKey;
+    std::string privProtocol;  // "AES"
+    std::string privKey;
+
+    /// What the file holds that only its owner may read.
+    bool HoldsSecrets() const { return !writeCommunity.empty() || !authKey.empty() || !privKey.empty(); }
+};
+
+/// The whole file: its agents in order, and where notifications are received.
+struct ZED_EXPORT TSnmpAgents {
+    static constexpr const char* kDefaultReceiver = "udp:127.0.0.1:1162";
+
+    std::vector<TSnmpAgent> agents;
+    std::string receiverAddress = kDefaultReceiver;
+
+    /// The agent of that name, or null.
+    const TSnmpAgent* Find(const std::string& name) const;
+};
+
+/// Reads the agents file; throws TException "<path>:<line>: <fault>", or
+/// "<path>: ..." for a file whose secrets others can read.
+ZED_EXPORT TSnmpAgents ZedReadAgentsFile(const std::string& path);
+/// The same from text (source names it in faults); permissions are not checked.
+ZED_EXPORT TSnmpAgents ZedParseAgents(const std::string& text, const std::string& source);

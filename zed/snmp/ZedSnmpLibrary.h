@@ -1,0 +1,13 @@
+#pragma once
+
+// net-snmp, readied once per process for the access library's use: no
+// configuration files or MIBs of the machine or the user are read (the
+// dictionary names every OID), nothing is saved, and what the library logs
+// goes to the trace under ZED_TRACE_SNMP instead of standard error.
+
+/// Trace lines of the SNMP module carry this module bit (with 1: faults,
+/// 4: progress, 8: what goes out and comes in).
+inline constexpr unsigned int ZED_TRACE_SNMP = 0x20000;
+
+/// Readies net-snmp; later calls do nothing.
+void ZedSnmpInitLibrary();
