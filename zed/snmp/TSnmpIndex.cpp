@@ -157,6 +157,8 @@ std::optional<ZedOid> TSnmpIndex::Encode(std::string_view name, std::string* err
 
 std::optional<std::vector<std::string>> TSnmpIndex::Decode(const std::uint32_t* at, std::size_t length) const
 {
+    if (length > kLongestIndex)
+        return std::nullopt;
     std::vector<std::string> texts;
     const std::uint32_t* end = at + length;
     for (const Part& part : m_parts) {
@@ -182,6 +184,8 @@ std::optional<std::vector<std::string>> TSnmpIndex::Decode(const std::uint32_t* 
                 count = *at++;
             }
             if (ShapeOf(part.syntax) == Shape::Oid) {
+                if (count == 0)
+                    return std::nullopt;  // no object identifier is empty
                 texts.push_back(Dotted(at, count));
             } else {
                 std::string octets;

@@ -51,6 +51,9 @@ void AddInformUser(const TSnmpAgent& agent)
     const oid* auth = agent.authProtocol == "SHA-512" ? usmHMAC384SHA512AuthProtocol : usmHMAC192SHA256AuthProtocol;
     const bool authenticates = agent.level != TSnmpAgent::Level::NoAuthNoPriv;
     const bool encrypts = agent.level == TSnmpAgent::Level::AuthPriv;
+    // The user comes with protocols of its own: ours replace them.
+    free(user->authProtocol);
+    free(user->privProtocol);
     user->authProtocol = snmp_duplicate_objid(authenticates ? auth : usmNoAuthProtocol, 10);
     user->authProtocolLen = authenticates ? 10 : OID_LENGTH(usmNoAuthProtocol);
     user->privProtocol = snmp_duplicate_objid(encrypts ? usmAESPrivProtocol : usmNoPrivProtocol,

@@ -54,6 +54,8 @@ void EnsureProbeUser()
     if (usm_get_user(nullptr, 0, const_cast<char*>("")))
         return;
     auto* user = usm_create_user();
+    free(user->authProtocol);
+    free(user->privProtocol);
     user->name = strdup("");
     user->secName = strdup("");
     user->authProtocol = snmp_duplicate_objid(usmNoAuthProtocol, OID_LENGTH(usmNoAuthProtocol));
