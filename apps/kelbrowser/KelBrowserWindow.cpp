@@ -1,4 +1,5 @@
 #include "KelBrowserWindow.h"
+#include "kel/frame/KELCallPump.h"
 
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
@@ -120,8 +121,8 @@ private:
     std::string m_waitingFor;
 };
 
-KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigContext* context)
-    : m_dictionary(dictionary), m_context(context)
+KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigContext* context, EntityLister lister)
+    : m_dictionary(dictionary), m_context(context), m_lister(std::move(lister))
 {
     setWindowTitle(QString::fromLatin1(kWindowTitle) + QStringLiteral("[*]"));
     auto* bar = addToolBar(QStringLiteral("Entity"));
@@ -263,6 +264,10 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
             [this] { OpenAttributes(m_entities->currentText().toStdString()); });
     connect(m_refresh, &QPushButton::clicked, this, [this] { Refresh(); });
     connect(m_apply, &QPushButton::clicked, this, [this] { Apply(); });
+    // Event reports may come at any time (an agent's notification): each
+    // turn of the call loop brings in what arrived.
+    if (GetKELapp() && GetKELapp()->GetCallPump())
+        connect(GetKELapp()->GetCallPump(), &KELCallPump::Turned, this, [this] { TakeEvents(); });
     EntityChosen();
     WorkspaceChanged(false);
     ShowBusy();
@@ -301,6 +306,8 @@ KelBrowserWindow::~KelBrowserWindow()
     const QSignalBlocker quiet(m_documents);
     m_opening = true;
     CloseAllDocuments();
+    if (GetKELapp() && GetKELapp()->GetWorkspaceManager() == m_workspace.get())
+        GetKELapp()->SetWorkspaceManager(nullptr);
 }
 
 std::vector<std::string> KelBrowserWindow::ListEntities(const TDictionary& dictionary)
@@ -337,12 +344,32 @@ std::vector<std::string> KelBrowserWindow::ListEntities(const TDictionary& dicti
     return found;
 }
 
+std::vector<std::string> KelBrowserWindow::ListByClass(const TDictionary& dictionary,
+                                                      const std::vector<std::string>& tops)
+{
+    std::vector<std::string> found;
+    if (dictionary.GetRootClassCount() == 0)
+        return found;
+    const TDictClass& top = dictionary.GetRootClass(0);
+    for (const std::string& name : tops) {
+        TEntitySpec entity;
+        entity.AddClass(top.GetCode(), name);
+        found.push_back(entity.ToString(&dictionary));
+        for (std::size_t c = 0; c < top.GetChildCount(); ++c) {
+            TEntitySpec rows = entity;
+            rows.AddClassWildcard(top.GetChild(c).GetCode());
+            found.push_back(rows.ToString(&dictionary));
+        }
+    }
+    return found;
+}
+
 void KelBrowserWindow::FillEntities()
 {
     const QSignalBlocker quiet(m_entities);
     const QString current = m_entities->currentText();
     m_entities->clear();
-    for (const std::string& entity : ListEntities(m_dictionary))
+    for (const std::string& entity : m_lister ? m_lister() : ListEntities(m_dictionary))
         m_entities->addItem(QString::fromStdString(entity));
     if (const int at = m_entities->findText(current); at >= 0)
         m_entities->setCurrentIndex(at);

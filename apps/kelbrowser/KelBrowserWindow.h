@@ -42,11 +42,18 @@ class TEntitySpec;
 // docked at the bottom.
 class KelBrowserWindow : public QMainWindow {
 public:
-    KelBrowserWindow(const TDictionary& dictionary, KELConfigContext* context);
+    // What the entity box offers; by default every instance (ListEntities).
+    using EntityLister = std::function<std::vector<std::string>()>;
+
+    KelBrowserWindow(const TDictionary& dictionary, KELConfigContext* context, EntityLister lister = {});
     ~KelBrowserWindow() override;
 
     // Every instance of the network, found by asking each class's instances with a wildcard Show.
     static std::vector<std::string> ListEntities(const TDictionary& dictionary);
+    // Without asking anything: each named instance of the top class, and the
+    // wildcard of each class below it ("Agent core-r1 Interface *"), for a
+    // network whose instances are many or slow to ask for (the tree finds them).
+    static std::vector<std::string> ListByClass(const TDictionary& dictionary, const std::vector<std::string>& tops);
 
     // The input form of the directive on the entity, in a tab of its own, with
     // its defaults and then what was last sent from such a form; a form of the
@@ -149,6 +156,7 @@ private:
 
     const TDictionary& m_dictionary;
     KELConfigContext* m_context;  // the application object's
+    EntityLister m_lister;
     QComboBox* m_entities;
     QComboBox* m_directives;
     QSplitter* m_split;

@@ -1,4 +1,5 @@
 #include "Tour.h"
+#include "TourSupport.h"
 
 #include "KelBrowserWindow.h"
 #include "kel/fields/IField.h"
@@ -41,27 +42,6 @@
 #include <memory>
 
 namespace {
-
-// Message boxes of the tour go to its transcript instead of waiting for a person.
-class TranscriptPrompt : public KELPrompt {
-public:
-    explicit TranscriptPrompt(std::ostream& out) : m_out(out) {}
-    void Show(Icon, const std::string& caption, const std::string& text) override
-    {
-        m_out << "  message box \"" << caption << "\": " << text << "\n";
-        ++shown;
-    }
-    // The tour means what it does: it says yes.
-    Answer Ask(const std::string& caption, const std::string& text, bool) override
-    {
-        m_out << "  question \"" << caption << "\": " << text << " yes\n";
-        return Answer::Yes;
-    }
-    int shown = 0;
-
-private:
-    std::ostream& m_out;
-};
 
 struct Step {
     const char* picture;
@@ -196,14 +176,6 @@ bool Type(IInputForm& form, const std::string& name, const std::string& text)
         }
     });
     return found;
-}
-
-bool Save(QWidget& window, const std::string& folder, const char* picture, std::ostream& out)
-{
-    QApplication::processEvents();
-    const bool saved = window.grab().save(QString::fromStdString(folder + "/" + picture));
-    out << "  picture: " << picture << (saved ? "" : " could not be written") << "\n";
-    return saved;
 }
 
 // An entity's attributes: read, one changed and applied, read again; the

@@ -9,10 +9,15 @@
 //                              user's own configuration
 //   kelbrowser --help | --version
 //
+//   kelbrowser --agents FILE   the SNMP agents of an agents file instead of
+//                              the simulated network (the dictionary then
+//                              defaults to the shipped data/snmp one)
+//
 // Options: --dictionary FILE, --instances FILE (default: $ZED_DICTIONARY,
-// $ZED_INSTANCES, else the network shipped in data/network). Exit status: 0
-// done, 1 a step of the tour went wrong, 2 a bad command line or no display
-// without --tour, 3 the network or KEL could not be loaded.
+// $ZED_INSTANCES, else the network shipped in data/network). The tour ends
+// with the same forms on a private snmpd when snmpd is installed. Exit
+// status: 0 done, 1 a step of the tour went wrong, 2 a bad command line or no
+// display without --tour, 3 the network or KEL could not be loaded.
 
 #include "KelBrowserWindow.h"
 #include "ShippedNetwork.h"
@@ -24,6 +29,7 @@
 #include "zed/TApplication.h"
 #include "zed/TException.h"
 #include "zed/sim/TSimulatedNetwork.h"
+#include "zed/snmp/TSnmpModule.h"
 
 #include <QApplication>
 #include <QDir>
@@ -42,6 +48,7 @@ namespace {
 
 const char* kUsage =
     "usage: kelbrowser [--dictionary FILE] [--instances FILE] [--tour [DIR]]\n"
+    "       kelbrowser [--dictionary FILE] --agents FILE\n"
     "       kelbrowser --help | --version\n";
 
 std::string Option(const std::string& given, const char* variable, const char* file)
@@ -95,8 +102,9 @@ int main(int argc, char** argv)
     std::vector<std::string> words(argv + 1, argv + argc);
     if (const std::optional<int> answered = AnswerHelpOrVersion(words, "kelbrowser", kUsage))
         return *answered;
-    std::string dictionary, instances, tour;
-    if (!TakeValueOptions(words, {{"--dictionary", &dictionary}, {"--instances", &instances}}, false))
+    std::string dictionary, instances, agents, tour;
+    if (!TakeValueOptions(words, {{"--dictionary", &dictionary}, {"--instances", &instances}, {"--agents", &agents}},
+                          false))
         return UsageError(kUsage);
     bool wantTour = false;
     if (!words.empty() && words[0] == "--tour") {
@@ -104,7 +112,7 @@ int main(int argc, char** argv)
         tour = words.size() > 1 ? words[1] : "kelbrowser-tour";
         words.erase(words.begin(), words.begin() + std::min<std::ptrdiff_t>(2, static_cast<std::ptrdiff_t>(words.size())));
     }
-    if (!words.empty())
+    if (!words.empty() || (!agents.empty() && (wantTour || !instances.empty())))
         return UsageError(kUsage);
     if (wantTour) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
@@ -119,10 +127,25 @@ int main(int argc, char** argv)
     }
 
     QApplication application(argc, argv);
-    std::shared_ptr<TSimulatedNetwork> network;
+    std::shared_ptr<TManagementModule> network;
+    std::shared_ptr<TSnmpModule> snmp;
+    std::string notReceiving;
     try {
-        network = TSimulatedNetwork::Install(Option(dictionary, "ZED_DICTIONARY", "dictionary.json"),
-                                             Option(instances, "ZED_INSTANCES", "instances.json"));
+        if (!agents.empty()) {
+            const std::string snmpDictionary =
+                dictionary.empty() ? ShippedNetworkFile("../snmp/dictionary.json") : dictionary;
+            try {
+                snmp = TSnmpModule::Install(snmpDictionary, agents);
+            } catch (const TException& e) {
+                // The agents are still reached; their notifications are not.
+                snmp = TSnmpModule::Install(snmpDictionary, agents, false);
+                notReceiving = e.what();
+            }
+            network = snmp;
+        } else {
+            network = TSimulatedNetwork::Install(Option(dictionary, "ZED_DICTIONARY", "dictionary.json"),
+                                                 Option(instances, "ZED_INSTANCES", "instances.json"));
+        }
     } catch (const TException& e) {
         std::cerr << "kelbrowser: " << e.what() << "\n";
         return 3;
@@ -130,14 +153,25 @@ int main(int argc, char** argv)
     IApplication* kel = InitializeKEL("kelbrowser");
     if (!kel)
         return 3;
-    KELConfigContext* context = kel->DefineNewContext("kelbrowser");
+    KELConfigContext* context = kel->DefineNewContext(snmp ? kSnmpContext : "kelbrowser");
     // What was sent last time from each form; a first run has no files yet.
     std::string missing;
     context->LoadSystemAndUserConfig(missing);
     int status = 0;
     {
-        KelBrowserWindow window(*ZEDGetApplication()->GetDictionary(), context);
+        KelBrowserWindow::EntityLister lister;
+        if (snmp) {
+            std::vector<std::string> names;
+            for (const TSnmpAgent& agent : snmp->GetAgents().agents)
+                names.push_back(agent.name);
+            lister = [names] { return KelBrowserWindow::ListByClass(*ZEDGetApplication()->GetDictionary(), names); };
+        }
+        KelBrowserWindow window(*ZEDGetApplication()->GetDictionary(), context, lister);
         kel->SetConsole(window.GetConsole());
+        if (!notReceiving.empty())
+            window.SetMessage(KEL_SEVERITY_PROBLEM, "Notifications are not received: " + notReceiving);
+        else if (snmp)
+            window.SetMessage(KEL_SEVERITY_INFORMATION, "Notifications are received on " + snmp->GetReceiverAddress());
         if (wantTour) {
             status = RunTour(window, tour);
         } else {
@@ -148,6 +182,8 @@ int main(int argc, char** argv)
         }
         kel->SetConsole(nullptr);
     }
+    if (wantTour && RunSnmpTour(tour) != 0)
+        status = 1;
     DestroyKEL();
     return status;
 }

@@ -95,6 +95,9 @@ public:
     /// application ran when this object was made; dropped without one).
     void DisplayHelp(const std::string& text);
     IHelpDialog* GetHelpDialog() const { return m_pHelpDialog.get(); }
+    /// What carries the access library's calls in Qt's event loop; null when
+    /// no Qt application ran when this object was made.
+    KELCallPump* GetCallPump() const { return m_pCallPump.get(); }
 
     /// To tab 0 of the console when one with a window is set; else dropped.
     void InsertMessageConsole(KEL_T_Severity severity, const std::string& text);

@@ -28,6 +28,7 @@ void KELCallPump::Turn()
     ZEDGetCallLoop().ProcessReady();
     m_turning = false;
     Refresh();
+    emit Turned();
 }
 
 void KELCallPump::Refresh()

@@ -16,12 +16,18 @@ class QSocketNotifier;
 /// descriptor readable, so new descriptors are never missed). The
 /// application object makes one while a Qt application runs.
 class KEL_EXPORT KELCallPump : public QObject {
+    Q_OBJECT
 public:
     explicit KELCallPump(QObject* parent = nullptr);
     ~KELCallPump() override;
 
     /// Takes the loop's wait set again.
     void Refresh();
+
+signals:
+    /// The loop has run what was ready: answers, and news modules read
+    /// meanwhile (notifications that arrived), are in.
+    void Turned();
 
 private:
     void Turn();

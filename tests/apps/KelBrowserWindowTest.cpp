@@ -15,12 +15,16 @@
 #include "kel/model/IPresentationContainer.h"
 #include "support/ContextFixture.h"
 #include "support/HeldModule.h"
+#include "kel/frame/KELCallPump.h"
+#include "zed/snmp/TSnmpLocalAgent.h"
+#include "zed/snmp/TSnmpModule.h"
 
 #include <QAction>
 #include <QLabel>
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QProcess>
 #include <QShortcut>
 #include <QStatusBar>
 #include <QTimer>
@@ -326,6 +330,82 @@ TEST_F(BrowserWindowTest, TheWorkspaceIsNamedKeptAskedForAndRemembered)
     window = std::make_unique<KelBrowserWindow>(Dictionary(), context);
     ASSERT_FALSE(window->GetWorkspaceManager()->GetRecent().empty());
     EXPECT_EQ(window->GetWorkspaceManager()->GetRecent().front(), file);
+}
+
+// The same window on a real agent: its forms, its tree, and its
+// notifications arriving in the Events tab while no call is out.
+class SnmpBrowserWindowTest : public ContextFixture {
+protected:
+    void SetUp() override
+    {
+        ContextFixture::SetUp();
+        if (TSnmpLocalAgent::Program().empty()) {
+            if (std::getenv("CI"))
+                FAIL() << "snmpd is not installed (scripts/setup.sh installs it)";
+            GTEST_SKIP() << "snmpd is not installed";
+        }
+        agent = std::make_unique<TSnmpLocalAgent>(TSnmpLocalAgent::Options{});
+        TSnmpAgents agents = agent->MakeAgents(TSnmpAgent::Version::V2c);
+        agents.receiverAddress = "udp:127.0.0.1:0";
+        dictionary = TDictionary::Load(std::string(KEL_SOURCE_DIR) + "/data/snmp/dictionary.json");
+        module = std::make_shared<TSnmpModule>(dictionary, agents, true);
+        simulated = ZEDGetApplication()->GetDictionary();
+        ZEDGetApplication()->SetDictionary(dictionary);
+        ZEDGetApplication()->SetDefaultModule(module);
+        GetKELapp()->GetCallPump()->Refresh();
+        window = std::make_unique<KelBrowserWindow>(*dictionary, context, [this] {
+            return KelBrowserWindow::ListByClass(*dictionary, {"agent-1"});
+        });
+        window->show();
+    }
+    void TearDown() override
+    {
+        window.reset();
+        if (simulated) {
+            ZEDGetApplication()->SetDictionary(simulated);
+            ZEDGetApplication()->SetDefaultModule(network);
+        }
+        ContextFixture::TearDown();
+    }
+
+    std::unique_ptr<TSnmpLocalAgent> agent;
+    TDictionaryPtr dictionary, simulated;
+    std::shared_ptr<TSnmpModule> module;
+    std::unique_ptr<KelBrowserWindow> window;
+};
+
+TEST_F(SnmpBrowserWindowTest, TheSameFormsTreeAndEventsWorkOnAnAgent)
+{
+    const QStringList picks = [&] {
+        QStringList texts;
+        for (int i = 0; i < window->GetEntityPick()->count(); ++i)
+            texts << window->GetEntityPick()->itemText(i);
+        return texts;
+    }();
+    EXPECT_EQ(picks.first().toStdString(), "Agent agent-1");
+    EXPECT_TRUE(picks.contains(QStringLiteral("Agent agent-1 Interface *")));
+
+    IEntityTree& tree = *window->GetTree();
+    tree.topLevelItem(0)->setExpanded(true);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tree.FindEntity("Agent agent-1") != nullptr; }, 5000));
+
+    ASSERT_TRUE(window->OpenForm("Agent agent-1 Interface 1", "Show"));
+    ASSERT_TRUE(window->Send());
+    ASSERT_TRUE(window->WaitForCalls(std::chrono::seconds(5)));
+    EXPECT_THAT(window->GetReplyText(), HasSubstr("Description = lo"));
+
+    // Nothing is asked: the trap alone brings its report in.
+    QProcess trap;
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("MIBS"), QString());
+    trap.setProcessEnvironment(environment);
+    trap.start(QStringLiteral("/usr/bin/snmptrap"),
+               {"-v", "2c", "-c", "public", QString::fromStdString(module->GetReceiverAddress().substr(4)), "",
+                "1.3.6.1.6.3.1.1.5.3", "1.3.6.1.2.1.2.2.1.1.1", "i", "1"});
+    ASSERT_TRUE(trap.waitForFinished(5000));
+    EXPECT_FALSE(window->IsBusy());
+    ASSERT_TRUE(QTest::qWaitFor([&] { return window->GetEventLists()->count() == 1; }, 5000));
+    EXPECT_EQ(window->GetEventLists()->tabText(0).toStdString(), "Interface : Link Down");
 }
 
 } // namespace

@@ -40,6 +40,19 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
     EXPECT_THAT(transcript, HasSubstr("closed: yes, reopened: yes, same windows in the same places: yes"));
     EXPECT_THAT(transcript, HasSubstr("every step went as expected"));
     EXPECT_TRUE(std::filesystem::is_empty(user.Path())) << "the tour keeps its settings in its own folder";
+
+    // Then the same forms on a private snmpd, where one is installed.
+    if (!std::filesystem::exists("/usr/sbin/snmpd")) {
+        EXPECT_THAT(transcript, HasSubstr("snmpd is not installed: the SNMP steps were skipped"));
+        return;
+    }
+    for (const char* picture : {"20-snmp-system.png", "21-snmp-set-location.png", "22-snmp-interfaces.png",
+                                "23-snmp-trap-events.png"})
+        EXPECT_TRUE(std::filesystem::exists(out.Path() + "tour/" + picture)) << picture;
+    EXPECT_THAT(transcript, HasSubstr("Location -> Hall C, applied: yes, read again: Hall C"));
+    EXPECT_THAT(transcript, HasSubstr("Agent core-r-1 Interface 1  at "));
+    EXPECT_THAT(transcript, HasSubstr("    Agent : Cold Start\n    Interface : Link Down\n"));
+    EXPECT_THAT(transcript, HasSubstr("every SNMP step went as expected"));
 }
 
 TEST(Kelbrowser, ABadCommandLineOrNetworkSaysSo)

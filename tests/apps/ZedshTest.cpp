@@ -1,9 +1,13 @@
 // Runs the built zedsh program as a user would.
 
 #include "support/RunProgram.h"
+#include "support/TempDir.h"
+#include "zed/snmp/TSnmpLocalAgent.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+
+#include <sys/stat.h>
 
 using ::testing::HasSubstr;
 
@@ -37,6 +41,35 @@ TEST(Zedsh, CallsPrintRepliesAndEvents)
     const ProgramRun missing = Zedsh("call 'Network core Router r9' Show");
     EXPECT_EQ(missing.exitCode, 1);
     EXPECT_THAT(missing.out, HasSubstr("common exception NoSuchEntity (1): The entity does not exist"));
+}
+
+// The README's two commands, on a private snmpd.
+TEST(Zedsh, AgentsOfAnAgentsFileAreShownAndSet)
+{
+    if (TSnmpLocalAgent::Program().empty()) {
+        if (std::getenv("CI"))
+            FAIL() << "snmpd is not installed (scripts/setup.sh installs it)";
+        GTEST_SKIP() << "snmpd is not installed";
+    }
+    TSnmpLocalAgent agent({});
+    TempDir dir;
+    const std::string agents = dir / "agents.conf";
+    agent.WriteAgentsFile(agents, TSnmpAgent::Version::V2c, "core-r");
+    const ProgramRun set = Zedsh("--agents " + agents + " call 'Agent core-r-1' Set Location='Hall C'");
+    EXPECT_EQ(set.exitCode, 0) << set.out << set.err;
+    EXPECT_THAT(set.out, HasSubstr("response Success (1): Attributes changed\n    Attributes:\n      Location = Hall C\n"));
+    const ProgramRun show = Zedsh("--agents " + agents + " call 'Agent core-r-1' Show");
+    EXPECT_EQ(show.exitCode, 0) << show.err;
+    EXPECT_THAT(show.out, HasSubstr("Agent core-r-1  at "));
+    EXPECT_THAT(show.out, HasSubstr("      Location = Hall C\n"));
+    EXPECT_THAT(Zedsh("--agents " + agents + " classes").out, HasSubstr("Agent (1)\n  Interface (2)\n"));
+
+    // An agents file others may read is refused, saying why.
+    ::chmod(agents.c_str(), 0644);
+    const ProgramRun open = Zedsh("--agents " + agents + " call 'Agent core-r-1' Show");
+    EXPECT_EQ(open.exitCode, 3);
+    EXPECT_THAT(open.err, HasSubstr("make it private with: chmod 600"));
+    EXPECT_EQ(Zedsh("--agents " + agents + " --instances x.json classes").exitCode, 2);
 }
 
 TEST(Zedsh, ValidatePrintsEveryFaultWithFileAndPath)

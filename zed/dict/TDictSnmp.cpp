@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::array<std::pair<const char*, ZedSnmpSyntax>, 15> kSyntaxes = {{
+constexpr std::array<std::pair<const char*, ZedSnmpSyntax>, 16> kSyntaxes = {{
     {"INTEGER", ZedSnmpSyntax::Integer},
     {"Integer32", ZedSnmpSyntax::Integer},
     {"Unsigned32", ZedSnmpSyntax::Unsigned},
@@ -21,7 +21,8 @@ constexpr std::array<std::pair<const char*, ZedSnmpSyntax>, 15> kSyntaxes = {{
     {"BITS", ZedSnmpSyntax::Bits},
     {"RowStatus", ZedSnmpSyntax::RowStatus},
     {"InetAddress", ZedSnmpSyntax::OctetString},
-    {"PhysAddress", ZedSnmpSyntax::OctetString},
+    {"PhysAddress", ZedSnmpSyntax::HexOctets},
+    {"MacAddress", ZedSnmpSyntax::HexOctets},
 }};
 
 } // namespace

@@ -29,6 +29,7 @@ enum class ZedSnmpSyntax {
     Counter64,
     TimeTicks,
     OctetString,    // text when printable, hexadecimal otherwise
+    HexOctets,      // OCTET STRING always shown in hexadecimal: PhysAddress, MacAddress
     DisplayString,  // text
     ObjectId,
     IpAddress,

@@ -442,6 +442,7 @@ private:
         case ZedSnmpSyntax::RowStatus: return among({ZED_DT_ENUMERATION, ZED_DT_INTEGER32});
         case ZedSnmpSyntax::Counter64:
         case ZedSnmpSyntax::OctetString:
+        case ZedSnmpSyntax::HexOctets:
         case ZedSnmpSyntax::DisplayString:
         case ZedSnmpSyntax::ObjectId:
         case ZedSnmpSyntax::IpAddress:

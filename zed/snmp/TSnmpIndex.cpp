@@ -18,6 +18,7 @@ Shape ShapeOf(ZedSnmpSyntax syntax)
     case ZedSnmpSyntax::RowStatus: return Shape::Number;
     case ZedSnmpSyntax::IpAddress: return Shape::Address;
     case ZedSnmpSyntax::OctetString:
+    case ZedSnmpSyntax::HexOctets:
     case ZedSnmpSyntax::DisplayString:
     case ZedSnmpSyntax::Bits: return Shape::Octets;
     case ZedSnmpSyntax::ObjectId: return Shape::Oid;

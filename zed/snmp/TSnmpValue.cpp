@@ -19,10 +19,11 @@ bool Fail(std::string* error, std::string reason)
     return false;
 }
 
+// Printable ASCII: octets past it are no character one could tell apart.
 bool Printable(const std::string& octets)
 {
     for (unsigned char c : octets)
-        if ((c < 0x20 && c != '\t' && c != '\n' && c != '\r') || c == 0x7f)
+        if ((c < 0x20 && c != '\t' && c != '\n' && c != '\r') || c >= 0x7f)
             return false;
     return true;
 }
@@ -38,10 +39,11 @@ std::string Hex(const std::string& octets)
     return text;
 }
 
-std::optional<std::string> FromHex(std::string_view text)
+std::optional<std::string> FromHex(std::string_view text, std::size_t fewest)
 {
-    // Two octets at least ("ab:cd"): a lone pair stays text.
-    if (text.size() < 5 || text.size() % 3 != 2)
+    if (text.empty() && fewest == 0)
+        return std::string();
+    if (text.size() % 3 != 2 || (text.size() + 1) / 3 < fewest)
         return std::nullopt;
     std::string octets;
     for (std::size_t i = 0; i < text.size(); i += 3) {
@@ -149,6 +151,7 @@ std::string ZedSnmpOctetsText(const std::string& octets, ZedSnmpSyntax syntax)
     switch (syntax) {
     case ZedSnmpSyntax::DisplayString: return octets;
     case ZedSnmpSyntax::Bits: return BitsText(octets);
+    case ZedSnmpSyntax::HexOctets: return Hex(octets);
     default: return Printable(octets) ? octets : Hex(octets);
     }
 }
@@ -158,8 +161,10 @@ std::optional<std::string> ZedSnmpTextOctets(std::string_view text, ZedSnmpSynta
     switch (syntax) {
     case ZedSnmpSyntax::DisplayString: return std::string(text);
     case ZedSnmpSyntax::Bits: return TextBits(text);
+    case ZedSnmpSyntax::HexOctets: return FromHex(text, 0);
     default:
-        if (auto octets = FromHex(text))
+        // Two octets at least ("ab:cd"): a lone pair stays text.
+        if (auto octets = FromHex(text, 2))
             return octets;
         return std::string(text);
     }
@@ -273,11 +278,13 @@ std::optional<TSnmpDatum> ZedSnmpFromValue(const TValue& given, ZedSnmpSyntax sy
         return datum;
     }
     case ZedSnmpSyntax::OctetString:
+    case ZedSnmpSyntax::HexOctets:
     case ZedSnmpSyntax::DisplayString:
     case ZedSnmpSyntax::Bits: {
         auto octets = ZedSnmpTextOctets(text, syntax);
         if (!octets)
-            return misfit("BITS: bit numbers such as \"0 3\"");
+            return misfit(syntax == ZedSnmpSyntax::Bits ? "BITS: bit numbers such as \"0 3\""
+                                                        : "octets in hexadecimal such as \"00:1a:2b\"");
         datum.kind = Kind::Octets;
         datum.octets = std::move(*octets);
         return datum;

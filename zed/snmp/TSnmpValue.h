@@ -4,9 +4,10 @@
 // carries (TSnmpDatum), made from and into values of the dictionary's types
 // by the attribute's SMI syntax.
 //
-// Texts: an OCTET STRING is its text when every octet is printable, else its
-// octets in hexadecimal ("00:1a:2b"), and such a text of two octets or more
-// is read back as octets; a DisplayString is its text; an OBJECT IDENTIFIER
+// Texts: an OCTET STRING is its text when every octet is printable ASCII,
+// else its octets in hexadecimal ("00:1a:2b"), and such a text of two octets
+// or more is read back as octets; a PhysAddress or MacAddress is always
+// hexadecimal; a DisplayString is its text; an OBJECT IDENTIFIER
 // and an IpAddress are dotted; BITS are the numbers of the bits set ("0 3");
 // Counter64 is decimal. Enumerations travel by number; TimeTicks are
 // hundredths of a second.

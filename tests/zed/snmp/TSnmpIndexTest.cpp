@@ -97,6 +97,12 @@ TEST(SnmpValue, DataBecomeValuesOfTheAttributesTypesAndBack)
     EXPECT_EQ(value->ToString(), "00:1a:2b");
     EXPECT_EQ(ZedSnmpFromValue(*value, Syntax::OctetString)->octets, datum.octets);
     EXPECT_EQ(ZedSnmpOctetsText("Hall C", Syntax::OctetString), "Hall C");
+    // Octets past ASCII are no text one could read; an address is never text.
+    EXPECT_EQ(ZedSnmpOctetsText("\xe9t\xe9", Syntax::OctetString), "e9:74:e9");
+    EXPECT_EQ(address.GetSnmp()->syntax, Syntax::HexOctets);
+    EXPECT_EQ(ZedSnmpOctetsText("abcdef", Syntax::HexOctets), "61:62:63:64:65:66");
+    EXPECT_EQ(*ZedSnmpTextOctets("0a", Syntax::HexOctets), "\n");
+    EXPECT_FALSE(ZedSnmpTextOctets("Hall C", Syntax::HexOctets));
 
     // The kinds that travel as text in the model.
     EXPECT_EQ(ZedSnmpOctetsText(std::string("\x90", 1), Syntax::Bits), "0 3");

@@ -1,0 +1,163 @@
+#include "KelBrowserWindow.h"
+#include "ShippedNetwork.h"
+#include "Tour.h"
+#include "TourSupport.h"
+#include "kel/fields/IField.h"
+#include "kel/forms/IFormLine.h"
+#include "kel/forms/IInputOutputForm.h"
+#include "kel/controls/ILabel.h"
+#include "kel/config/KELConfigContext.h"
+#include "kel/frame/IApplication.h"
+#include "kel/forms/IInputForm.h"
+#include "kel/frame/KELCallPump.h"
+#include "kel/model/IPresentationContainer.h"
+#include "zed/TApplication.h"
+#include "zed/TException.h"
+#include "zed/snmp/TSnmpLocalAgent.h"
+#include "zed/snmp/TSnmpModule.h"
+
+#include <QElapsedTimer>
+#include <QProcess>
+#include <QTabWidget>
+#include <QThread>
+
+#include <fstream>
+#include <iostream>
+
+namespace {
+
+// The line of that label on an attributes form.
+IField* Line(IInputOutputForm& form, const std::string& label)
+{
+    IField* found = nullptr;
+    form.GetContainer()->ForEachElement([&](IPresentationElement& element) {
+        auto* line = dynamic_cast<IFormLine*>(&element);
+        if (!found && line && line->GetLabel() && line->GetLabel()->GetPresentationName() == label)
+            found = line->GetField();
+    });
+    return found;
+}
+
+int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agent, const std::string& folder,
+          std::ostream& out)
+{
+    int faults = 0;
+    out << "== Attributes of " << agent << " (its system group)\n";
+    if (!window.OpenAttributes(agent) || !window.WaitForCalls() || !window.GetAttributes()) {
+        out << "  the attributes could not be read\n";
+        return 1;
+    }
+    faults += Save(window, folder, "20-snmp-system.png", out) ? 0 : 1;
+
+    IField* location = Line(*window.GetAttributes(), "Location");
+    if (!location) {
+        out << "  no Location line\n";
+        return faults + 1;
+    }
+    location->SetValue(std::string("Hall C"));
+    const bool applied = window.Apply() && window.WaitForCalls();
+    std::string after;
+    location->GetValue(after);
+    out << "  Location -> Hall C, applied: " << (applied ? "yes" : "no") << ", read again: " << after
+        << "\n  request: " << window.GetRequestText() << "\n";
+    faults += applied && after == "Hall C" ? 0 : 1;
+    faults += Save(window, folder, "21-snmp-set-location.png", out) ? 0 : 1;
+
+    const std::string interfaces = agent + " Interface *";
+    out << "\n== Show on " << interfaces << "\n";
+    bool opened = window.OpenForm(interfaces, "Show") && window.GetForm();
+    if (opened)
+        window.GetForm()->GetContainer()->ForEachElement([](IPresentationElement& element) {
+            auto* line = dynamic_cast<IFormLine*>(&element);
+            if (line && line->GetLabel() && line->GetLabel()->GetPresentationName() == "Partition")
+                line->GetField()->SetValue(std::string("All"));
+        });
+    if (!opened || !window.Send() || !window.WaitForCalls()) {
+        out << "  the interfaces could not be read\n";
+        return faults + 1;
+    }
+    out << window.GetReplyText();
+    window.ShowOutput(QStringLiteral("List"));
+    faults += Save(window, folder, "22-snmp-interfaces.png", out) ? 0 : 1;
+
+    // Notifications as an agent sends them: a restart, then a link going down.
+    out << "\n== Traps to " << module.GetReceiverAddress() << "\n";
+    const QString target = QString::fromStdString(module.GetReceiverAddress().substr(4));
+    QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+    environment.insert(QStringLiteral("MIBS"), QString());
+    for (const QStringList& trap :
+         {QStringList{"-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.1"},
+          QStringList{"-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.3", "1.3.6.1.2.1.2.2.1.1.1", "i",
+                      "1", "1.3.6.1.2.1.2.2.1.7.1", "i", "1", "1.3.6.1.2.1.2.2.1.8.1", "i", "2"}}) {
+        QProcess sender;
+        sender.setProcessEnvironment(environment);
+        sender.start(QStringLiteral("/usr/bin/snmptrap"), trap);
+        const bool sent = sender.waitForFinished(10000) && sender.exitCode() == 0;
+        out << "  snmptrap " << trap.last(trap.size() > 7 ? 7 : 1).join(' ').toStdString() << ": "
+            << (sent ? "sent" : "failed") << "\n";
+        faults += sent ? 0 : 1;
+    }
+    QElapsedTimer waited;
+    waited.start();
+    while (window.GetEventLists()->count() < 2 && waited.elapsed() < 5000) {
+        QApplication::processEvents(QEventLoop::AllEvents, 50);
+        QThread::msleep(5);
+    }
+    window.ShowOutput(QStringLiteral("Events"));
+    window.GetEventLists()->setCurrentIndex(window.GetEventLists()->count() - 1);
+    out << "  event lists: " << window.GetEventLists()->count() << "\n";
+    for (int i = 0; i < window.GetEventLists()->count(); ++i)
+        out << "    " << window.GetEventLists()->tabText(i).toStdString() << "\n";
+    faults += window.GetEventLists()->count() == 2 ? 0 : 1;
+    faults += Save(window, folder, "23-snmp-trap-events.png", out) ? 0 : 1;
+    out << "\n";
+    return faults;
+}
+
+} // namespace
+
+int RunSnmpTour(const std::string& folder)
+{
+    std::ofstream transcript(folder + "/transcript.txt", std::ios::app);
+    transcript << "== SNMP: the same forms on a real agent\n";
+    if (TSnmpLocalAgent::Program().empty()) {
+        transcript << "  snmpd is not installed: the SNMP steps were skipped\n";
+        std::cout << "kelbrowser: snmpd is not installed (Debian package snmpd): the SNMP steps were skipped\n";
+        return 0;
+    }
+    auto* recorder = new TranscriptPrompt(transcript);
+    std::unique_ptr<KELPrompt> previous = KELPrompt::Install(std::unique_ptr<KELPrompt>(recorder));
+    int faults = 0;
+    try {
+        TSnmpLocalAgent agent({});
+        TSnmpAgents agents = agent.MakeAgents(TSnmpAgent::Version::V2c, "core-r");
+        agents.receiverAddress = "udp:127.0.0.1:0";
+        const TDictionaryPtr dictionary = TDictionary::Load(ShippedNetworkFile("../snmp/dictionary.json"));
+        auto module = std::make_shared<TSnmpModule>(dictionary, agents, true);
+        ZEDGetApplication()->SetDictionary(dictionary);
+        ZEDGetApplication()->SetDefaultModule(module);
+        if (GetKELapp()->GetCallPump())
+            GetKELapp()->GetCallPump()->Refresh();  // the receiver's socket is watched from now on
+        transcript << "  snmpd (pid " << agent.GetPid() << ") on " << agent.GetAddress() << ", notifications to "
+                   << module->GetReceiverAddress() << "\n\n";
+        // Its own settings: what is sent from its forms is not the simulated network's.
+        KELConfigContext* context = GetKELapp()->DefineNewContext(kSnmpContext);
+        std::string missing;
+        context->LoadSystemAndUserConfig(missing);
+        KelBrowserWindow window(*dictionary, context,
+                                [&] { return KelBrowserWindow::ListByClass(*dictionary, {agents.agents[0].name}); });
+        window.resize(1000, 760);
+        window.show();
+        window.WaitForCalls();
+        faults += Steps(window, *module, "Agent " + agents.agents[0].name, folder, transcript);
+        window.WaitForCalls();
+    } catch (const TException& e) {
+        transcript << "  " << e.what() << "\n";
+        ++faults;
+    }
+    KELPrompt::Install(std::move(previous));
+    transcript << (faults ? std::to_string(faults) + " SNMP step(s) went wrong\n" : "every SNMP step went as expected\n");
+    std::cout << "kelbrowser: SNMP tour on a private snmpd in " << folder << "/ ("
+              << (faults ? std::to_string(faults) + " fault(s)" : "all as expected") << ")\n";
+    return faults ? 1 : 0;
+}
