@@ -32,7 +32,8 @@ set(CPACK_DEBIAN_RUNTIME_PACKAGE_SECTION libs)
 set(CPACK_COMPONENT_RUNTIME_DESCRIPTION "KEL and zed run-time libraries
  The shared libraries a host application of KEL loads: KEL (generated forms,
  outputs, console and workspace on Qt 6) and zed (the access library with its
- embedded simulated network), the resource module and the launch plugin.")
+ embedded simulated network, and its SNMP module on net-snmp), the resource
+ module and the launch plugin.")
 set(CPACK_DEBIAN_DEVEL_PACKAGE_NAME libkel-dev)
 set(CPACK_DEBIAN_DEVEL_PACKAGE_SECTION libdevel)
 # The headers need Qt's for KEL::kel to be usable.

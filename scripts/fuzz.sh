@@ -2,7 +2,8 @@
 # Builds the libFuzzer targets and runs one over its kept inputs.
 #   scripts/fuzz.sh TARGET [SECONDS]
 # TARGET: section_reader, configuration_load, dictionary_loader,
-# instance_loader, value_parser, launch_registry or workspace_reader. The JSON readers get inputs up to 256 KiB,
+# instance_loader, value_parser, launch_registry, workspace_reader, agents_file
+# or snmp_index. The JSON readers get inputs up to 256 KiB,
 # enough to nest values thousands of levels deep; the line readers 64 KiB.
 set -euo pipefail
 cd "$(dirname "$0")/.."
@@ -16,6 +17,8 @@ case "$target" in
   value_parser) corpus=value; max_len=262144 ;;
   launch_registry) corpus=launch; max_len=65536 ;;
   workspace_reader) corpus=workspace; max_len=262144 ;;
+  agents_file) corpus=agents; max_len=65536 ;;
+  snmp_index) corpus=snmp-index; max_len=4096 ;;
   *) echo "fuzz.sh: unknown target \"$target\"" >&2; exit 2 ;;
 esac
 cmake --preset fuzz >/dev/null

@@ -50,6 +50,8 @@ echo "$looked" | grep -F "kelconf: system file /etc/kel/console.cfg" \
 
 echo "== installed network files, schemas and checker"
 "$prefix/bin/zedsh" validate "$prefix"/share/kel/network/dictionary.json "$prefix"/share/kel/network/instances.json
+"$prefix/bin/zedsh" validate "$prefix"/share/kel/snmp/dictionary.json
+ls "$prefix"/share/kel/snmp/agents.conf >/dev/null
 ls "$prefix"/share/kel/schema/zed-dictionary.schema.json "$prefix"/share/kel/schema/zed-instances.schema.json >/dev/null
 
 echo "== Debian packages"
@@ -63,7 +65,7 @@ for package in libkel0 libkel-dev kel-tools kel-doc; do
 done
 ls "$build"/libkel0-dbgsym_*.ddeb "$build"/kel-tools-dbgsym_*.ddeb >/dev/null
 multiarch=$(dpkg-architecture -qDEB_HOST_MULTIARCH 2>/dev/null || gcc -print-multiarch)
-for library in libkel.so.0 libzed.so.0; do
+for library in libkel.so.0 libzed.so.0 libzedsnmp.so.0; do
   file=$work/root/usr/lib/$multiarch/$library
   [ -e "$file" ] || { echo "$library is not in /usr/lib/$multiarch" >&2; exit 1; }
   sections=$(readelf -S "$file")
@@ -73,6 +75,10 @@ du -sh "$work/root"
 unset LD_LIBRARY_PATH
 classes=$("$work/root/usr/bin/zedsh" classes)
 echo "${classes%%$'\n'*}"
+# The SNMP dictionary found beside the installed network, as --agents finds it.
+install -m 600 data/snmp/agents.conf "$work/agents.conf"
+snmp=$("$work/root/usr/bin/zedsh" --agents "$work/agents.conf" classes)
+[ "${snmp%%$'\n'*}" = "Agent (1)" ] || { echo "the installed zedsh did not find the SNMP dictionary: $snmp" >&2; exit 1; }
 # What apt would do on this machine, without doing it.
 if [ "$(id -u)" = 0 ]; then
   apt-get install --simulate "$(realpath "$build"/libkel0_*.deb)" "$(realpath "$build"/libkel-dev_*.deb)" \
