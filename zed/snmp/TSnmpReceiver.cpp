@@ -93,11 +93,11 @@ struct TSnmpReceiver::Impl {
     {
         auto* self = static_cast<Impl*>(s->callback_magic);
         if (self && operation == NETSNMP_CALLBACK_OP_RECEIVED_MESSAGE && pdu)
-            self->Take(*pdu);
+            self->Arrived(*pdu);
         return 1;
     }
 
-    void Take(netsnmp_pdu& pdu)
+    void Arrived(netsnmp_pdu& pdu)
     {
         if (pdu.command != SNMP_MSG_TRAP && pdu.command != SNMP_MSG_TRAP2 && pdu.command != SNMP_MSG_INFORM)
             return;

@@ -44,10 +44,10 @@ void TSnmpWalk::Next()
     }
     const int repetitions = std::max(1, kVarbindsPerRequest / static_cast<int>(asked.size()));
     m_request = m_session.Send(TSnmpSession::Operation::GetBulk, std::move(asked),
-                               [this](TSnmpAnswer answer) { Take(std::move(answer)); }, repetitions);
+                               [this](TSnmpAnswer answer) { Absorb(std::move(answer)); }, repetitions);
 }
 
-void TSnmpWalk::Take(TSnmpAnswer answer)
+void TSnmpWalk::Absorb(TSnmpAnswer answer)
 {
     m_request = 0;
     if (answer.outcome != TSnmpAnswer::Outcome::Response || answer.errorStatus != 0) {

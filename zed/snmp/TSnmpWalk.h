@@ -34,7 +34,7 @@ public:
 
 private:
     void Next();
-    void Take(TSnmpAnswer answer);
+    void Absorb(TSnmpAnswer answer);
 
     TSnmpSession& m_session;
     std::vector<ZedOid> m_columns;

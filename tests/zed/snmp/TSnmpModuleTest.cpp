@@ -7,6 +7,7 @@
 #include "zed/call/TCallLoop.h"
 #include "zed/snmp/TSnmpLocalAgent.h"
 #include "zed/snmp/TSnmpModule.h"
+#include "zed/snmp/TSnmpReceiver.h"
 #include "zed/value/TAttribute.h"
 #include "zed/value/TEventReport.h"
 #include "zed/value/TValueParser.h"
@@ -208,6 +209,15 @@ TEST_F(SnmpModuleTest, AWildcardShowGivesTheRowsOfABulkWalkOfTheSameColumns)
     EXPECT_EQ(Attribute(lines300, "Text"), "300");
     EXPECT_EQ(Attribute(lines300, "Command"), "rows");
     EXPECT_EQ(Attribute(Call("Agent agent-1 Output rows/7", "Show"), "Text"), "7");
+
+    // Rows named by an IpAddress.
+    TSyncCall loopback = Call("Agent agent-1 Address 127.0.0.1", "Show");
+    EXPECT_EQ(Attribute(loopback, "Address"), "127.0.0.1");
+    EXPECT_EQ(Attribute(loopback, "NetMask"), "255.0.0.0");
+    EXPECT_EQ(Attribute(loopback, "IfIndex"), "1");
+    TSyncCall addresses = Call("Agent agent-1 Address *", "Show");
+    EXPECT_GE(addresses.GetReplyCount(), 1u);
+    EXPECT_EQ(addresses.GetOutEntity().ToString(dictionary.get()), "Agent agent-1 Address 127.0.0.1");
 }
 
 TEST_F(SnmpModuleTest, SetOfLocationRoundTripsAndRowsAreCreatedAndDeleted)
@@ -376,6 +386,40 @@ TEST_F(SnmpModuleTest, TrapsAndInformsBecomeEventReportsOfTheirAgent)
                     "0", module->GetReceiverAddress().substr(4), "", "1.3.6.1.6.3.1.1.5.2"}),
               0);
     EXPECT_EQ(module->TakeEvents().size(), 1u);
+}
+
+// snmpd's own notification: the shutdown it sends its trap sink as it stops.
+TEST_F(SnmpModuleTest, AnAgentStoppingSaysSoToItsTrapSink)
+{
+    REQUIRE_SNMPD();
+    // A port of the receiver's choosing, told to snmpd before it starts.
+    std::string sink;
+    {
+        TSnmpReceiver probe("udp:127.0.0.1:0", {});
+        sink = probe.GetAddress().substr(4);
+    }
+    agent = std::make_unique<TSnmpLocalAgent>(TSnmpLocalAgent::Options{1, sink, {}});
+    TSnmpAgents agents = agent->MakeAgents(TSnmpAgent::Version::V2c);
+    agents.receiverAddress = "udp:" + sink;
+    dictionary = TDictionary::Load(SnmpFile("dictionary.json"));
+    module = std::make_shared<TSnmpModule>(dictionary, std::move(agents), true);
+    agent->Stop();
+    std::vector<TCallResult> events;
+    const auto until = std::chrono::steady_clock::now() + 5s;
+    while (events.empty() && std::chrono::steady_clock::now() < until) {
+        ZedWaitSet set;
+        module->AddWaitSet(set);
+        std::vector<pollfd> polled;
+        for (int d : set.descriptors)
+            polled.push_back(pollfd{d, POLLIN, 0});
+        poll(polled.data(), polled.size(), 20);
+        module->ProcessReady();
+        events = module->TakeEvents();
+    }
+    ASSERT_EQ(events.size(), 1u);
+    const auto* shutdown = static_cast<const TEventReport*>(events[0].reply.FindFirst(ZED_DT_EVENTREPORT));
+    EXPECT_EQ(shutdown->GetEventID(), 3u);
+    EXPECT_EQ(shutdown->GetEntity().ToString(dictionary.get()), "Agent agent-1");
 }
 
 TEST_F(SnmpModuleTest, FiftyAgentsAreAskedAtOnce)
