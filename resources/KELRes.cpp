@@ -96,6 +96,7 @@ constexpr Entry kStrings[] = {
     {4075, "\"%s\" is not a date and time of the form %s"},
     {4076, "Workspace %s saved"},
     {4077, "The workspace %s could not be saved: %s"},
+    {4078, "%s could not be listed: %s"},
 };
 
 // Popup menu 4004: six sub-menus used by position.

@@ -1,6 +1,9 @@
 #include "kel/console/IEntityTree.h"
 
+#include "kel/frame/IApplication.h"
+#include "kel/frame/KELResources.h"
 #include "zed/TException.h"
+#include "zed/call/TCallAnswers.h"
 #include "zed/call/TCall.h"
 #include "zed/call/TCallLoop.h"
 #include "zed/dict/TDictionary.h"
@@ -91,9 +94,18 @@ void IEntityTree::Filled(QTreeWidgetItem* classItem, const TDictClass& cls, TAsy
         m_asking.erase(asked);
     }
     qDeleteAll(classItem->takeChildren());
+    bool listed = false;
+    std::string fault;
     for (std::size_t i = 0; call.SelectReply(i); ++i) {
-        if (call.GetStatus() != ZED_STATUS_RESPONSE)
+        if (call.GetStatus() != ZED_STATUS_RESPONSE) {
+            // No instance at all is an empty class, not a fault.
+            const bool none = call.GetStatus() == ZED_STATUS_COMMON_EXCEPTION
+                              && call.GetReply().GetReplyCode() == ZED_COMMON_NO_SUCH_ENTITY;
+            if (!none && fault.empty())
+                fault = FaultText(cls, call);
             continue;
+        }
+        listed = true;
         const TEntitySpec entity = call.GetOutEntity();
         auto* instance = new QTreeWidgetItem(InstanceItem);
         const std::size_t depth = entity.GetDepth();
@@ -104,6 +116,29 @@ void IEntityTree::Filled(QTreeWidgetItem* classItem, const TDictClass& cls, TAsy
         for (std::size_t c = 0; c < cls.GetChildCount(); ++c)
             AddClass(instance, entity, cls.GetChild(c).GetCode(), cls.GetChild(c).GetName());
     }
+    if (fault.empty())
+        return;
+    // The operator hears why, and opening the class again asks again.
+    if (GetKELapp())
+        GetKELapp()->InsertMessageConsole(KEL_SEVERITY_PROBLEM,
+                                          KELResources::Format(4078, {call.GetEntity().ToString(&m_dictionary), fault}));
+    if (!listed) {
+        classItem->addChild(new QTreeWidgetItem(PendingItem));
+        classItem->setExpanded(false);
+    }
+}
+
+std::string IEntityTree::FaultText(const TDictClass& cls, const TCall& call)
+{
+    const unsigned int code = call.GetReply().GetReplyCode();
+    const TDictDirective* common = cls.FindDirective(ZED_COMMON_EXCEPTION_DIRECTIVE);
+    const TDictReply* reply = common && call.GetStatus() == ZED_STATUS_COMMON_EXCEPTION
+                                  ? common->FindReply(ZED_DICT_EXCEPTION, code)
+                                  : nullptr;
+    std::string text = reply ? reply->GetReplyText() : "exception " + std::to_string(code);
+    if (const TValue& reason = call.GetReply()[1]; reason.IsPresent() && reason.GetDatatype() == ZED_DT_LATIN1STRING)
+        text += " (" + reason.ToString() + ")";
+    return text;
 }
 
 void IEntityTree::CancelUnder(QTreeWidgetItem* item)

@@ -13,6 +13,7 @@
 
 class QMenu;
 class TAsyncCall;
+class TCall;
 class TDictClass;
 class TDictionary;
 
@@ -65,6 +66,8 @@ private:
                               const std::string& name);
     void OpenAttributes(QTreeWidgetItem* item);
     void Filled(QTreeWidgetItem* classItem, const TDictClass& cls, TAsyncCall& call);
+    // What a call that listed no instance said: the exception's text and its Reason.
+    static std::string FaultText(const TDictClass& cls, const TCall& call);
     // Gives up what the nodes under the item (and it) were asking.
     void CancelUnder(QTreeWidgetItem* item);
 

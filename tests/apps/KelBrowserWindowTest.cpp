@@ -332,6 +332,15 @@ TEST_F(BrowserWindowTest, TheWorkspaceIsNamedKeptAskedForAndRemembered)
     EXPECT_EQ(window->GetWorkspaceManager()->GetRecent().front(), file);
 }
 
+std::string LastLine(const std::string& text)
+{
+    const std::size_t end = text.size() > 1 ? text.rfind('\n', text.size() - 2) : std::string::npos;
+    std::string line = end == std::string::npos ? text : text.substr(end + 1);
+    if (!line.empty() && line.back() == '\n')
+        line.pop_back();
+    return line;
+}
+
 // The same window on a real agent: its forms, its tree, and its
 // notifications arriving in the Events tab while no call is out.
 class SnmpBrowserWindowTest : public ContextFixture {
@@ -345,7 +354,7 @@ protected:
             GTEST_SKIP() << "snmpd is not installed";
         }
         agent = std::make_unique<TSnmpLocalAgent>(TSnmpLocalAgent::Options{});
-        TSnmpAgents agents = agent->MakeAgents(TSnmpAgent::Version::V2c);
+        TSnmpAgents agents = agent->MakeAgents(TSnmpAgent::Version::V2c, "agent", 0.2, 0);
         agents.receiverAddress = "udp:127.0.0.1:0";
         dictionary = TDictionary::Load(std::string(KEL_SOURCE_DIR) + "/data/snmp/dictionary.json");
         module = std::make_shared<TSnmpModule>(dictionary, agents, true);
@@ -356,6 +365,7 @@ protected:
         window = std::make_unique<KelBrowserWindow>(*dictionary, context, [this] {
             return KelBrowserWindow::ListByClass(*dictionary, {"agent-1"});
         });
+        GetKELapp()->SetConsole(window->GetConsole());
         window->show();
     }
     void TearDown() override
@@ -388,6 +398,23 @@ TEST_F(SnmpBrowserWindowTest, TheSameFormsTreeAndEventsWorkOnAnAgent)
     IEntityTree& tree = *window->GetTree();
     tree.topLevelItem(0)->setExpanded(true);
     EXPECT_TRUE(QTest::qWaitFor([&] { return tree.FindEntity("Agent agent-1") != nullptr; }, 5000));
+
+    // An agent that does not answer: the operator is told, and opening the class again asks again.
+    QTreeWidgetItem* agentItem = tree.FindEntity("Agent agent-1");
+    ASSERT_NE(agentItem, nullptr);
+    agentItem->setExpanded(true);
+    QTreeWidgetItem* interfaces = agentItem->child(0);
+    ASSERT_EQ(interfaces->text(0).toStdString(), "Interface");
+    agent->Pause();
+    interfaces->setExpanded(true);
+    ASSERT_TRUE(QTest::qWaitFor([&] { return !tree.IsAsking(); }, 5000));
+    EXPECT_EQ(LastLine(window->GetMessages()),
+              "[problem] Agent agent-1 Interface * could not be listed: No answer came in time (no answer from agent "
+              "agent-1 (" + agent->GetAddress() + ") within 0.2 s (1 try))");
+    EXPECT_FALSE(interfaces->isExpanded());
+    agent->Resume();
+    interfaces->setExpanded(true);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return tree.FindEntity("Agent agent-1 Interface 1") != nullptr; }, 5000));
 
     ASSERT_TRUE(window->OpenForm("Agent agent-1 Interface 1", "Show"));
     ASSERT_TRUE(window->Send());
