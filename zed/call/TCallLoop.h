@@ -20,6 +20,8 @@
 #include <functional>
 #include <memory>
 
+/// Runs calls without blocking: submission, cancellation, timeouts, and the
+/// wait set the caller's event loop polls.
 class ZED_EXPORT TCallLoop {
 public:
     using Completion = std::function<void(std::vector<TCallResult>)>;

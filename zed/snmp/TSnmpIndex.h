@@ -15,8 +15,11 @@
 
 class TDictClass;
 
+/// A table class's index: the syntaxes of its index columns, and the
+/// conversions between instance names and OID index parts.
 class ZED_EXPORT TSnmpIndex {
 public:
+    /// One index column.
     struct Part {
         ZedSnmpSyntax syntax = ZedSnmpSyntax::Integer;
         /// The last part of an IMPLIED index: a string or OID without its length.

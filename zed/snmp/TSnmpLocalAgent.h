@@ -13,6 +13,7 @@
 #include <string>
 #include <vector>
 
+/// A private snmpd on loopback ports, started and stopped by its owner.
 class ZED_EXPORT TSnmpLocalAgent {
 public:
     static constexpr const char* kReadCommunity = "public";
@@ -21,6 +22,8 @@ public:
     static constexpr const char* kAuthKey = "kel-auth-key";
     static constexpr const char* kPrivKey = "kel-priv-key";
 
+    /// How many agents it acts as, where its notifications go, and more
+    /// configuration.
     struct Options {
         /// Each port is one agent to its managers.
         std::size_t ports = 1;

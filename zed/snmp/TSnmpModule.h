@@ -31,6 +31,7 @@
 #include <memory>
 #include <string>
 
+/// The SNMP management module: directives on the agents of an agents file.
 class ZED_EXPORT TSnmpModule : public TManagementModule {
 public:
     /// Throws TException when the receiver cannot listen on the agents

@@ -24,6 +24,7 @@ struct ZED_EXPORT TSnmpNotification {
     std::vector<TSnmpVarbind> varbinds;
 };
 
+/// A UDP endpoint that reads notifications and acknowledges informs.
 class ZED_EXPORT TSnmpReceiver {
 public:
     /// Listens on the address ("udp:127.0.0.1:1162"); the SNMPv3 agents'

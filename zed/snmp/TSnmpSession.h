@@ -17,6 +17,7 @@
 #include <string>
 #include <vector>
 
+/// An object and its value, as a request carries or an answer brings it.
 struct ZED_EXPORT TSnmpVarbind {
     ZedOid oid;
     TSnmpDatum datum;
@@ -41,6 +42,7 @@ struct ZED_EXPORT TSnmpAnswer {
 /// The name of an SNMP error status: "notWritable", "genErr"...
 ZED_EXPORT std::string ZedSnmpErrorStatusName(long status);
 
+/// One agent's requests, sent at once and answered from ProcessReady.
 class ZED_EXPORT TSnmpSession {
 public:
     enum class Operation { Get, GetNext, GetBulk, Set };

@@ -12,6 +12,7 @@
 #include <optional>
 #include <vector>
 
+/// A table read column by column with GetBulk until each column ends.
 class ZED_EXPORT TSnmpWalk {
 public:
     /// A row's index (the OID suffix after the column) and its columns' data,
