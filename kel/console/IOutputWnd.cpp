@@ -5,6 +5,7 @@
 #include "zed/value/TTimeValues.h"
 
 #include <QHeaderView>
+#include <QFontMetricsF>
 #include <QIcon>
 #include <QPixmap>
 #include <QResizeEvent>
@@ -13,6 +14,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
+#include <memory>
 
 namespace {
 
@@ -59,13 +62,45 @@ protected:
 
 } // namespace
 
+// Most messages are far narrower than their column, and shaping a text to
+// measure it costs more than all the rest of adding it. The sum of the
+// characters' advances bounds an ASCII text's width (kerning and rounding are
+// allowed one pixel a character), so only a message that might not fit is
+// measured.
+struct IOutputWnd::WidthBound {
+    static constexpr char16_t kAscii = 128;
+
+    // -1 for a text with characters beyond ASCII.
+    int Of(const QFont& font, QStringView text)
+    {
+        if (!valid || font != measured) {
+            const QFontMetricsF metrics(font);
+            for (char16_t c = 0; c < kAscii; ++c)
+                advance[c] = static_cast<int>(std::ceil(metrics.horizontalAdvance(QChar(c)))) + 1;
+            measured = font;
+            valid = true;
+        }
+        int sum = 0;
+        for (const QChar c : text) {
+            if (c.unicode() >= kAscii)
+                return -1;
+            sum += advance[c.unicode()];
+        }
+        return sum;
+    }
+
+    QFont measured;
+    std::array<int, kAscii> advance{};
+    bool valid = false;
+};
+
 int IOutputWnd::NeededWidth(const IListViewOutput& list, int row)
 {
     const int indent = list.rootIsDecorated() ? list.indentation() : 0;
     return list.sizeHintForIndex(list.model()->index(row, 0)).width() + indent;
 }
 
-IOutputWnd::IOutputWnd() = default;
+IOutputWnd::IOutputWnd() : m_pBound(std::make_unique<WidthBound>()) {}
 
 IOutputWnd::~IOutputWnd() = default;
 
@@ -101,27 +136,21 @@ int IOutputWnd::SetMessage(KEL_T_Severity severity, const char* text)
     if (!m_pList)
         return 1;
     const QString message = QString::fromUtf8(text ? text : "");
-    const QString time = QString::fromStdString(TAbsTime::Now().ToString());
-    if (m_hasImages) {
-        const int width = m_pList->fontMetrics().horizontalAdvance(
-            message.size() > kMaxShown ? QStringView(message).left(kMaxShown).toString() : message);
-        if (width > m_pList->columnWidth(1))
-            m_pList->setColumnWidth(1, width);
-    }
+    if (m_hasImages)
+        WidenFor(message);
     if (m_pList->topLevelItemCount() >= kMaxItems)
-        m_pList->model()->removeRows(0, kTrimCount);
-    QTreeWidgetItem* item = m_pList->AddRow(time, message);
-    if (!item)
-        return 0;
-    item->setData(0, kSeverityRole, static_cast<int>(severity));
+        m_pList->RemoveFirstRows(kTrimCount);
+    std::unique_ptr<QTreeWidgetItem> row = IListViewOutput::MakeRow(TimeText(), message);
+    row->setData(0, kSeverityRole, static_cast<int>(severity));
     if (m_hasImages) {
         bool complete = false;
-        item->setIcon(0, Icons(complete)[static_cast<std::size_t>(ImageOf(severity))]);
-        // 125 pixels were a time's width in the dialog font the design knew;
-        // the first time shown says what this font needs (every time is as wide).
-        if (m_pList->topLevelItemCount() == 1)
-            m_pList->setColumnWidth(0, std::max(m_pList->columnWidth(0), NeededWidth(*m_pList, 0)));
+        row->setIcon(0, Icons(complete)[static_cast<std::size_t>(ImageOf(severity))]);
     }
+    m_pList->AppendRow(std::move(row));
+    // 125 pixels were a time's width in the dialog font the design knew;
+    // the first time shown says what this font needs (every time is as wide).
+    if (m_hasImages && m_pList->topLevelItemCount() == 1)
+        m_pList->setColumnWidth(0, std::max(m_pList->columnWidth(0), NeededWidth(*m_pList, 0)));
     // Scrolling lays the whole list out: once per turn of the event loop,
     // not once per message of a burst.
     if (!m_scrollPending) {
@@ -133,6 +162,29 @@ int IOutputWnd::SetMessage(KEL_T_Severity severity, const char* text)
         });
     }
     return 1;
+}
+
+void IOutputWnd::WidenFor(const QString& message)
+{
+    const int column = m_pList->columnWidth(1);
+    const QStringView shown = QStringView(message).left(kMaxShown);
+    const int bound = m_pBound->Of(m_pList->font(), shown);
+    if (bound >= 0 && bound <= column)
+        return;
+    const int width = m_pList->fontMetrics().horizontalAdvance(shown.toString());
+    if (width > column)
+        m_pList->setColumnWidth(1, width);
+}
+
+const QString& IOutputWnd::TimeText()
+{
+    // Messages come in bursts: many share their millisecond, and its text.
+    const TAbsTime now = TAbsTime::Now();
+    if (now.GetValue() != m_timeOfText || m_timeText.isEmpty()) {
+        m_timeOfText = now.GetValue();
+        m_timeText = QString::fromStdString(now.ToString());
+    }
+    return m_timeText;
 }
 
 bool IOutputWnd::Clear()

@@ -5,6 +5,8 @@
 
 #include <QWidget>
 
+#include <cstdint>
+#include <memory>
 #include <string>
 
 class IListViewOutput;
@@ -50,9 +52,16 @@ protected:
     void resizeEvent(QResizeEvent* event) override;
 
 private:
+    struct WidthBound;
+    void WidenFor(const QString& message);
+    const QString& TimeText();
+
     std::string m_title;
     int m_index = 0;
     bool m_hasImages = false;
     bool m_scrollPending = false;
     IListViewOutput* m_pList = nullptr;  // a child window
+    std::int64_t m_timeOfText = -1;
+    QString m_timeText;
+    std::unique_ptr<WidthBound> m_pBound;
 };

@@ -8,6 +8,8 @@
 #include <QHeaderView>
 #include <QMimeData>
 
+#include <algorithm>
+
 namespace {
 
 // The locale-aware, case-insensitive order of the design's lists.
@@ -47,9 +49,41 @@ IListViewOutput::IListViewOutput(QWidget* parent) : QTreeWidget(parent)
 
 QTreeWidgetItem* IListViewOutput::AddRow(const QString& first, const QString& second)
 {
-    auto* item = new KELListItem(this, QStringList{first, second});
-    item->setData(0, Qt::UserRole, topLevelItemCount() - 1);
+    return AppendRow(MakeRow(first, second));
+}
+
+std::unique_ptr<QTreeWidgetItem> IListViewOutput::MakeRow(const QString& first, const QString& second)
+{
+    return std::make_unique<KELListItem>(QStringList{first, second});
+}
+
+QTreeWidgetItem* IListViewOutput::AppendRow(std::unique_ptr<QTreeWidgetItem> row)
+{
+    row->setData(0, Qt::UserRole, topLevelItemCount());
+    QTreeWidgetItem* item = row.release();
+    addTopLevelItem(item);
     return item;
+}
+
+void IListViewOutput::RemoveFirstRows(int count)
+{
+    count = std::min(count, topLevelItemCount());
+    if (count <= 0)
+        return;
+    // The tree takes rows out one at a time, each moving every row after it:
+    // taking all of them and putting the kept ones back moves each row once.
+    const int current = currentIndex().row();
+    const QModelIndexList selected = selectionModel()->selectedRows();
+    QList<QTreeWidgetItem*> rows = invisibleRootItem()->takeChildren();
+    for (int i = 0; i < count; ++i)
+        delete rows[i];
+    rows.remove(0, count);
+    addTopLevelItems(rows);
+    for (const QModelIndex& row : selected)
+        if (row.row() >= count)
+            topLevelItem(row.row() - count)->setSelected(true);
+    if (current >= count)
+        setCurrentItem(topLevelItem(current - count), 0, QItemSelectionModel::NoUpdate);
 }
 
 IListViewOutput::~IListViewOutput() = default;

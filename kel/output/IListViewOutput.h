@@ -4,6 +4,8 @@
 
 #include <QTreeWidget>
 
+#include <memory>
+
 /// The two-column list of the console's output windows. The selected rows
 /// (their first two columns) are copied to the clipboard or dragged out as
 /// plain text; a click on a column sorts by it, always ascending, ignoring
@@ -16,6 +18,14 @@ public:
 
     /// A row at the end, owned by the list, sorting by the list's rule.
     QTreeWidgetItem* AddRow(const QString& first, const QString& second);
+    /// A row in no list yet, sorting by the list's rule once added: what is
+    /// set on it before AppendRow costs no change notifications.
+    static std::unique_ptr<QTreeWidgetItem> MakeRow(const QString& first, const QString& second);
+    /// Adds a made row at the end; the list owns it from then on.
+    QTreeWidgetItem* AppendRow(std::unique_ptr<QTreeWidgetItem> row);
+    /// Deletes the first count rows at once; the rest keep their selection
+    /// and the current row stays current.
+    void RemoveFirstRows(int count);
     /// The number of rows copied; with none selected the clipboard is left alone.
     int CopyToClipboard();
     /// Sorts by the column, as a click on its header does.

@@ -98,16 +98,33 @@ struct Scanner {
 
 std::int64_t FloorDiv(std::int64_t a, std::int64_t b) { return a / b - ((a % b != 0) && ((a < 0) != (b < 0))); }
 
+// Zero-padded decimal digits, written by hand: times are formatted for every
+// console message, where printf's parsing of its format would dominate.
+void AppendDigits(std::string& text, std::int64_t value, int width)
+{
+    char digits[20];
+    int n = 0;
+    do {
+        digits[n++] = static_cast<char>('0' + value % 10);
+        value /= 10;
+    } while (value > 0 && n < 20);
+    for (int pad = n; pad < width; ++pad)
+        text.push_back('0');
+    while (n > 0)
+        text.push_back(digits[--n]);
+}
+
 void AppendClock(std::string& text, std::int64_t msOfDay)
 {
-    char buffer[32];
     const auto ms = msOfDay % kMsPerSecond, s = msOfDay / kMsPerSecond;
-    std::snprintf(buffer, sizeof buffer, "%02lld:%02lld:%02lld", static_cast<long long>(s / 3600),
-                  static_cast<long long>(s / 60 % 60), static_cast<long long>(s % 60));
-    text += buffer;
+    AppendDigits(text, s / 3600, 2);
+    text.push_back(':');
+    AppendDigits(text, s / 60 % 60, 2);
+    text.push_back(':');
+    AppendDigits(text, s % 60, 2);
     if (ms != 0) {
-        std::snprintf(buffer, sizeof buffer, ".%03lld", static_cast<long long>(ms));
-        text += buffer;
+        text.push_back('.');
+        AppendDigits(text, ms, 3);
     }
 }
 
@@ -157,9 +174,14 @@ std::string TAbsTime::Format(std::int64_t milliseconds)
     std::int64_t y;
     unsigned m, d;
     CivilFromDays(days, y, m, d);
-    char buffer[32];
-    std::snprintf(buffer, sizeof buffer, "%04lld-%02u-%02u ", static_cast<long long>(y), m, d);
-    std::string text = buffer;
+    std::string text;
+    text.reserve(23);
+    AppendDigits(text, y, 4);
+    text.push_back('-');
+    AppendDigits(text, m, 2);
+    text.push_back('-');
+    AppendDigits(text, d, 2);
+    text.push_back(' ');
     AppendClock(text, milliseconds - days * kMsPerDay);
     return text;
 }

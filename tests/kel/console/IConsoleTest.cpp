@@ -78,6 +78,12 @@ TEST_F(ConsoleTest, AWideMessageWidensItsColumnUntilTheTabIsCleared)
     EXPECT_TRUE(console.OnCommand(IConsole::kClearCommand));
     EXPECT_EQ(List(0).topLevelItemCount(), 0);
     EXPECT_EQ(List(0).columnWidth(1), 500);
+    std::string cyrillic;
+    for (int i = 0; i < 120; ++i)
+        cyrillic += "\u0416";
+    output.SetMessage(KEL_SEVERITY_DONE, cyrillic.c_str());
+    EXPECT_EQ(List(0).columnWidth(1), List(0).fontMetrics().horizontalAdvance(QString::fromStdString(cyrillic)))
+        << "beyond ASCII the text is measured as drawn";
 }
 
 // The time column keeps its designed 125 pixels at least, and is as wide as
@@ -98,9 +104,18 @@ TEST_F(ConsoleTest, AFullListLosesItsOldestTwoThousandAtOnce)
     for (int i = 0; i < IOutputWnd::kMaxItems; ++i)
         output.SetMessage(KEL_SEVERITY_DONE, ("message " + std::to_string(i)).c_str());
     EXPECT_EQ(List(0).topLevelItemCount(), 10000) << "trimmed only when a message finds the list full";
+    List(0).topLevelItem(1500)->setSelected(true);
+    List(0).topLevelItem(5000)->setSelected(true);
+    List(0).setCurrentItem(List(0).topLevelItem(9000), 0, QItemSelectionModel::NoUpdate);
     output.SetMessage(KEL_SEVERITY_DONE, "one more");
     EXPECT_EQ(List(0).topLevelItemCount(), 8001);
     EXPECT_EQ(List(0).topLevelItem(0)->text(1), "message 2000");
+    EXPECT_EQ(List(0).topLevelItem(8000)->text(1), "one more");
+    ASSERT_EQ(List(0).selectedItems().size(), 1) << "the operator's selection of what stays, stays";
+    EXPECT_EQ(List(0).selectedItems()[0]->text(1), "message 5000");
+    ASSERT_NE(List(0).currentItem(), nullptr);
+    EXPECT_EQ(List(0).currentItem()->text(1), "message 9000");
+    EXPECT_EQ(List(0).topLevelItem(8000)->data(0, IOutputWnd::kSeverityRole).toInt(), KEL_SEVERITY_DONE);
 }
 
 TEST_F(ConsoleTest, TheMenuCopiesTheSelectedMessages)
