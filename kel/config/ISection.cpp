@@ -2,12 +2,14 @@
 
 #include "kel/config/ICustomField.h"
 #include "kel/config/KELConfigStatus.h"
+#include "kel/config/KELNameIndex.h"
 #include "kel/config/KELTextReader.h"
 #include "kel/config/KELTextTrim.h"
 #include "kel/frame/KELTrace.h"
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <ostream>
 #include <vector>
 
@@ -15,11 +17,6 @@ namespace {
 
 constexpr const char* kSource = "KELSection";
 
-// Sections this small (most are) are searched by a plain scan of the names,
-// which beats hashing them.
-constexpr std::size_t kScanLimit = 32;
-// Room for the fields of a typical section at once, instead of regrowing.
-constexpr std::size_t kInitialFields = 16;
 // The read buffer of a thread is kept between sections up to this many fields.
 constexpr std::size_t kKeptReadBuffer = 1 << 16;
 
@@ -53,136 +50,80 @@ bool ReadSignificantLine(KELTextReader& file, std::string_view& line)
     return true;
 }
 
-// FNV-1a: names are short, so a simple hash is both quick and well spread.
-std::uint32_t NameHash(std::string_view name)
-{
-    std::uint32_t hash = 2166136261u;
-    for (char c : name)
-        hash = (hash ^ static_cast<unsigned char>(c)) * 16777619u;
-    return hash;
-}
-
 } // namespace
 
-// Fields in the order first read or added, each name's hash beside it so that
-// a search compares integers and only confirms a match with the text; past a
-// few dozen fields an open-addressing index of positions takes over.
+// Fields in the order first read or added, found by name through the index.
 struct ISection::Impl {
     std::string name;
     std::vector<ICustomField> fields;
-    std::vector<std::uint32_t> hashes; // one per field
-    std::vector<std::uint32_t> slots;  // position + 1; 0 is a free slot
+    KELNameIndex index;
+    std::vector<std::shared_ptr<const std::string>> texts; // what fields' unread values view
 
-    static constexpr std::size_t npos = static_cast<std::size_t>(-1);
+    static constexpr std::size_t npos = KELNameIndex::npos;
 
-    // Looks among the first `count` fields (all that are kept by default).
-    std::size_t Find(std::string_view key, std::uint32_t hash, std::size_t count) const
+    std::size_t Find(std::string_view key, std::uint32_t hash) const
     {
-        if (slots.empty()) {
-            const std::size_t n = count < hashes.size() ? count : hashes.size();
-            for (std::size_t i = 0; i < n; ++i)
-                if (hashes[i] == hash && fields[i].GetFieldName() == key)
-                    return i;
-            return npos;
-        }
-        const std::size_t mask = slots.size() - 1;
-        for (std::size_t s = hash & mask;; s = (s + 1) & mask) {
-            const std::uint32_t slot = slots[s];
-            if (slot == 0)
-                return npos;
-            if (hashes[slot - 1] == hash && fields[slot - 1].GetFieldName() == key)
-                return slot - 1;
-        }
+        return index.Find(key, hash, [this](std::size_t i) -> std::string_view { return fields[i].GetFieldName(); });
     }
-    std::size_t Find(std::string_view key) const { return Find(key, NameHash(key), npos); }
+    std::size_t Find(std::string_view key) const { return Find(key, KELNameIndex::Hash(key)); }
 
-    void Place(std::size_t position)
-    {
-        const std::size_t mask = slots.size() - 1;
-        std::size_t s = hashes[position] & mask;
-        while (slots[s] != 0)
-            s = (s + 1) & mask;
-        slots[s] = static_cast<std::uint32_t>(position + 1);
-    }
-
-    void Rebuild()
-    {
-        slots.clear();
-        if (hashes.size() <= kScanLimit)
-            return;
-        std::size_t size = 16;
-        while (size < hashes.size() * 4)
-            size *= 2;
-        slots.assign(size, 0);
-        for (std::size_t i = 0; i < hashes.size(); ++i)
-            Place(i);
-    }
-
-    // The field just appended (with its hash) becomes findable.
-    void IndexLast()
-    {
-        if (slots.empty() && hashes.size() <= kScanLimit)
-            return;
-        if (hashes.size() * 2 > slots.size())
-            Rebuild();
-        else
-            Place(hashes.size() - 1);
-    }
-
-    void ReserveFirst()
-    {
-        if (fields.capacity() == 0) {
-            fields.reserve(kInitialFields);
-            hashes.reserve(kInitialFields);
-        }
-    }
-
-    // Room for `total` fields, the index included, so that storing them
-    // regrows nothing.
+    // Room for `total` fields, so that storing them regrows nothing.
     void Reserve(std::size_t total)
     {
         fields.reserve(total);
-        hashes.reserve(total);
-        if (total <= kScanLimit || slots.size() >= total * 2)
-            return;
-        // Half full at most: short probes, and little fresh memory to fault in.
-        std::size_t size = 16;
-        while (size < total * 2)
-            size *= 2;
-        slots.assign(size, 0);
-        for (std::size_t i = 0; i < hashes.size(); ++i)
-            Place(i);
+        index.Reserve(total);
     }
 
     // Stores a field; one of the same name is replaced in its place.
     void Put(ICustomField&& field)
     {
-        const std::uint32_t hash = NameHash(field.GetFieldName());
-        const std::size_t at = Find(field.GetFieldName(), hash, npos);
+        const std::uint32_t hash = KELNameIndex::Hash(field.GetFieldName());
+        const std::size_t at = Find(field.GetFieldName(), hash);
         if (at != npos) {
             fields[at] = std::move(field);
             return;
         }
-        ReserveFirst();
         fields.push_back(std::move(field));
-        hashes.push_back(hash);
-        IndexLast();
+        index.Append(hash);
     }
 
     void Erase(std::size_t at)
     {
         fields.erase(fields.begin() + static_cast<std::ptrdiff_t>(at));
-        hashes.erase(hashes.begin() + static_cast<std::ptrdiff_t>(at));
-        Rebuild();
+        index.Erase(at);
     }
 
-    // Stores the first `count` fields read, in order; a later field of a name
-    // replaces the earlier one in its place.
-    void Adopt(std::vector<ICustomField>& read, std::size_t count)
+    // Keeps the text that fields read from it view.
+    void Keep(const std::shared_ptr<const std::string>& text)
     {
-        Reserve(fields.size() + count);
-        for (std::size_t i = 0; i < count; ++i)
-            Put(std::move(read[i]));
+        for (const auto& kept : texts)
+            if (kept == text)
+                return;
+        texts.push_back(text);
+    }
+
+    // Stores the fields read, in order; a later field of a name replaces the
+    // earlier one in its place. Their values view the text when it is kept.
+    void Adopt(const std::vector<std::pair<std::string_view, std::string_view>>& read,
+               const std::shared_ptr<const std::string>& text)
+    {
+        if (read.empty())
+            return;
+        Reserve(fields.size() + read.size());
+        for (const auto& [name, value] : read) {
+            const std::uint32_t hash = KELNameIndex::Hash(name);
+            const std::size_t at = Find(name, hash);
+            if (at != npos)
+                fields[at] = ICustomField(std::string(name), std::string(value));
+            else if (text)
+                fields.emplace_back(ICustomField::ViewOf{}, name, value);
+            else
+                fields.emplace_back(std::string(name), std::string(value));
+            if (at == npos)
+                index.Append(hash);
+        }
+        if (text)
+            Keep(text);
     }
 };
 
@@ -201,23 +142,22 @@ int ISection::Load(KELTextReader& file)
     const int begin = ValidBeginSection(file);
     if (begin != KEL_CFG_SUCCESS)
         return begin;
-    // Fields are read into one buffer that the thread reuses for every section,
-    // then stored at their final count: a large section's storage is allocated
-    // once instead of regrown (its fresh pages faulted in) at every doubling.
-    thread_local std::vector<ICustomField> read;
-    std::size_t count = 0;
+    // Lines are split into one buffer of views that the thread reuses for
+    // every section, then stored at their final count: a large section's
+    // storage is allocated once instead of regrown at every doubling.
+    thread_local std::vector<std::pair<std::string_view, std::string_view>> read;
+    read.clear();
     for (;;) {
-        if (count == read.size())
-            read.emplace_back();
-        const int status = read[count].Load(file);
+        std::string_view name, value;
+        const int status = ICustomField::ReadLine(file, name, value);
         if (status == KEL_CFG_SUCCESS)
-            ++count;
+            read.emplace_back(name, value);
         else if (status != KEL_CFG_NO_EQUALS)
             break;
     }
-    m_pImpl->Adopt(read, count);
-    if (read.size() > kKeptReadBuffer)
-        std::vector<ICustomField>().swap(read);
+    m_pImpl->Adopt(read, file.Share());
+    if (read.capacity() > kKeptReadBuffer)
+        decltype(read)().swap(read);
     return ValidEndSection(file);
 }
 
@@ -320,9 +260,11 @@ const ICustomField& ISection::GetField(std::size_t index) const { return m_pImpl
 std::unique_ptr<ISection> ISection::Clone() const
 {
     auto copy = std::make_unique<ISection>(m_pImpl->name);
-    copy->m_pImpl->fields = m_pImpl->fields;
-    copy->m_pImpl->hashes = m_pImpl->hashes;
-    copy->m_pImpl->slots = m_pImpl->slots;
+    copy->m_pImpl->fields.reserve(m_pImpl->fields.size());
+    for (const ICustomField& field : m_pImpl->fields)
+        copy->m_pImpl->fields.push_back(field.ViewingCopy());
+    copy->m_pImpl->texts = m_pImpl->texts;
+    copy->m_pImpl->index = m_pImpl->index;
     return copy;
 }
 

@@ -2,13 +2,21 @@
 
 #include "kel/config/ISection.h"
 
-#include <unordered_map>
+#include "kel/config/KELNameIndex.h"
 
-// Keys are views of the sections' own names, which live as long as the
-// sections and are never renamed while stored.
 struct KELSectionMap::Index {
-    std::unordered_map<std::string_view, std::size_t> positions;
+    KELNameIndex names;
 };
+
+namespace {
+
+// The name at a position, for the index to confirm a match with.
+auto NamesOf(const std::vector<std::unique_ptr<ISection>>& sections)
+{
+    return [&sections](std::size_t i) -> std::string_view { return sections[i]->GetSectionName(); };
+}
+
+} // namespace
 
 KELSectionMap::KELSectionMap() : m_pIndex(std::make_unique<Index>()) {}
 
@@ -37,8 +45,8 @@ ISection* KELSectionMap::Find(std::string_view name) const
 {
     if (!m_pIndex)  // moved from
         return nullptr;
-    const auto found = m_pIndex->positions.find(name);
-    return found == m_pIndex->positions.end() ? nullptr : m_sections[found->second].get();
+    const std::size_t at = m_pIndex->names.Find(name, KELNameIndex::Hash(name), NamesOf(m_sections));
+    return at == KELNameIndex::npos ? nullptr : m_sections[at].get();
 }
 
 ISection& KELSectionMap::Put(std::unique_ptr<ISection> section)
@@ -46,16 +54,14 @@ ISection& KELSectionMap::Put(std::unique_ptr<ISection> section)
     if (!m_pIndex)  // moved from
         Reindex();
     ISection& stored = *section;
-    const auto found = m_pIndex->positions.find(section->GetSectionName());
-    if (found != m_pIndex->positions.end()) {
-        const std::size_t at = found->second;
-        m_pIndex->positions.erase(found);  // its key views the name of the section going away
-        m_sections[at] = std::move(section);
-        m_pIndex->positions.emplace(stored.GetSectionName(), at);
+    const std::uint32_t hash = KELNameIndex::Hash(section->GetSectionName());
+    const std::size_t at = m_pIndex->names.Find(section->GetSectionName(), hash, NamesOf(m_sections));
+    if (at != KELNameIndex::npos) {
+        m_sections[at] = std::move(section);  // the same name: its place and hash stay
         return stored;
     }
     m_sections.push_back(std::move(section));
-    m_pIndex->positions.emplace(stored.GetSectionName(), m_sections.size() - 1);
+    m_pIndex->names.Append(hash);
     return stored;
 }
 
@@ -63,12 +69,11 @@ bool KELSectionMap::Remove(std::string_view name)
 {
     if (!m_pIndex)  // moved from
         return false;
-    const auto found = m_pIndex->positions.find(name);
-    if (found == m_pIndex->positions.end())
+    const std::size_t at = m_pIndex->names.Find(name, KELNameIndex::Hash(name), NamesOf(m_sections));
+    if (at == KELNameIndex::npos)
         return false;
-    const std::size_t at = found->second;
     m_sections.erase(m_sections.begin() + static_cast<std::ptrdiff_t>(at));
-    Reindex();
+    m_pIndex->names.Erase(at);
     return true;
 }
 
@@ -82,8 +87,8 @@ void KELSectionMap::Reindex()
 {
     if (!m_pIndex)
         m_pIndex = std::make_unique<Index>();
-    m_pIndex->positions.clear();
-    m_pIndex->positions.reserve(m_sections.size());
-    for (std::size_t i = 0; i < m_sections.size(); ++i)
-        m_pIndex->positions.emplace(m_sections[i]->GetSectionName(), i);
+    m_pIndex->names.Clear();
+    m_pIndex->names.Reserve(m_sections.size());
+    for (const auto& section : m_sections)
+        m_pIndex->names.Append(KELNameIndex::Hash(section->GetSectionName()));
 }

@@ -5,7 +5,10 @@
 
 #include <cstring>
 
-KELTextReader::KELTextReader(std::string text) : m_storage(std::move(text)), m_text(m_storage) {}
+KELTextReader::KELTextReader(std::string text)
+    : m_storage(std::make_shared<const std::string>(std::move(text))), m_text(*m_storage)
+{
+}
 
 KELTextReader KELTextReader::OverView(std::string_view text)
 {
@@ -19,11 +22,11 @@ KELTextReader::KELTextReader(KELTextReader&& other) noexcept { *this = std::move
 KELTextReader& KELTextReader::operator=(KELTextReader&& other) noexcept
 {
     if (this != &other) {
-        const bool owned = other.m_text.data() == other.m_storage.data();
+        // The shared text does not move in memory: views of it stay good.
         m_storage = std::move(other.m_storage);
-        m_text = owned ? std::string_view(m_storage) : other.m_text;
+        m_text = other.m_text;
         m_pos = other.m_pos;
-        other.m_storage.clear();
+        other.m_storage.reset();
         other.m_text = {};
         other.m_pos = 0;
     }

@@ -3,6 +3,7 @@
 #include "kel/KELExport.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -43,12 +44,15 @@ public:
     void Seek(std::size_t position) { m_pos = position < m_text.size() ? position : m_text.size(); }
     bool AtEnd() const { return m_pos >= m_text.size(); }
     std::string_view GetText() const { return m_text; }
+    // The text the reader owns, for whoever keeps views of it beyond the
+    // reader's life; null when the reader views text its caller keeps.
+    std::shared_ptr<const std::string> Share() const { return m_storage; }
     // True when nothing from the position on is more than blank and comment
     // lines: an end-of-file status there is a clean end, not a cut-off section.
     bool OnlyBlankOrCommentsFrom(std::size_t position) const;
 
 private:
-    std::string m_storage;   // owned content, when the reader owns it
+    std::shared_ptr<const std::string> m_storage; // owned content, when the reader owns it
     std::string_view m_text; // what is read: m_storage or the caller's text
     std::size_t m_pos = 0;
 };

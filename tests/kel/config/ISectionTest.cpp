@@ -8,8 +8,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <map>
+#include <memory>
 #include <sstream>
+#include <thread>
+#include <vector>
 
 using ::testing::ElementsAre;
 using ::testing::MatchesRegex;
@@ -275,3 +279,52 @@ TEST(ISectionTrace, FieldAccessWritesProblemAndInformationLines)
 }
 
 } // namespace
+
+// Values read from a file stay views of its text until asked for: the text
+// must live as long as any section or clone that views it, text a caller
+// keeps is copied at once, and a field copied out owns its value.
+TEST(ISectionLoad, ValuesOutliveTheReaderAndTheTextTheCallerKeeps)
+{
+    auto section = std::make_unique<ISection>();
+    std::unique_ptr<ISection> clone;
+    {
+        KELTextReader file(std::string("[ S ]\n  Path = /usr/share/kel/network/routers.json\n[ End S ]\n"));
+        ASSERT_EQ(section->Load(file), KEL_CFG_SUCCESS);
+        clone = section->Clone();
+    }
+    const ICustomField copied = section->GetField(0);
+    section.reset();
+    EXPECT_EQ(copied.GetValue(), "/usr/share/kel/network/routers.json");
+    ASSERT_NE(clone->FindValue("Path"), nullptr);
+    EXPECT_EQ(*clone->FindValue("Path"), "/usr/share/kel/network/routers.json");
+
+    std::string kept = "[ T ]\n  Key = a value longer than small strings hold\n[ End T ]\n";
+    KELTextReader view = KELTextReader::OverView(kept);
+    ISection viewed;
+    ASSERT_EQ(viewed.Load(view), KEL_CFG_SUCCESS);
+    kept.assign(kept.size(), '#');
+    EXPECT_EQ(*viewed.FindValue("Key"), "a value longer than small strings hold");
+}
+
+TEST(ISectionLoad, ManyThreadsAskingForTheSameUnreadValuesSeeThemWhole)
+{
+    std::string text = "[ S ]\n";
+    for (int i = 0; i < 200; ++i)
+        text += "  Key" + std::to_string(i) + " = value number " + std::to_string(i) + " of the section\n";
+    text += "[ End S ]\n";
+    KELTextReader file(text);
+    ISection section;
+    ASSERT_EQ(section.Load(file), KEL_CFG_SUCCESS);
+    std::atomic<int> wrong{0};
+    std::vector<std::thread> readers;
+    for (int t = 0; t < 4; ++t)
+        readers.emplace_back([&] {
+            for (int i = 0; i < 200; ++i)
+                if (section.GetField(static_cast<std::size_t>(i)).GetValue()
+                    != "value number " + std::to_string(i) + " of the section")
+                    ++wrong;
+        });
+    for (std::thread& reader : readers)
+        reader.join();
+    EXPECT_EQ(wrong, 0);
+}
