@@ -71,16 +71,14 @@ bool ZedReadRegularFile(const std::string& path, std::size_t limit, std::string&
     std::string read;
     read.resize(static_cast<std::size_t>(info.st_size));
     std::size_t filled = 0;
-    // The size known, one read mostly; a file that grows meanwhile is read on, to the limit.
+    // The size known, one read mostly. A file that grows meanwhile is read on,
+    // to the limit, through a small buffer: growing the text itself to look
+    // for more would copy all of it.
+    char more[1 << 14];
     for (;;) {
-        if (filled == read.size()) {
-            if (read.size() > limit) {
-                error = tooLarge;
-                return false;
-            }
-            read.resize(std::min(limit + 1, read.size() + (std::size_t(1) << 16)));
-        }
-        const ssize_t n = ::read(file.Get(), read.data() + filled, read.size() - filled);
+        const bool inText = filled < read.size();
+        const ssize_t n = inText ? ::read(file.Get(), read.data() + filled, read.size() - filled)
+                                 : ::read(file.Get(), more, sizeof more);
         if (n < 0 && errno == EINTR)
             continue;
         if (n < 0) {
@@ -89,11 +87,14 @@ bool ZedReadRegularFile(const std::string& path, std::size_t limit, std::string&
         }
         if (n == 0)
             break;
+        if (!inText) {
+            if (read.size() + static_cast<std::size_t>(n) > limit) {
+                error = tooLarge;
+                return false;
+            }
+            read.append(more, static_cast<std::size_t>(n));
+        }
         filled += static_cast<std::size_t>(n);
-    }
-    if (filled > limit) {
-        error = tooLarge;
-        return false;
     }
     read.resize(filled);
     content = std::move(read);

@@ -7,6 +7,7 @@
 #include "kel/config/KELTextTrim.h"
 #include "kel/frame/KELTrace.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -17,8 +18,8 @@ namespace {
 
 constexpr const char* kSource = "KELSection";
 
-// The read buffer of a thread is kept between sections up to this many fields.
-constexpr std::size_t kKeptReadBuffer = 1 << 16;
+// A section's field count guessed from the last one read stays this modest.
+constexpr std::size_t kLargestGuess = 1 << 12;
 
 bool EqualsIgnoringCase(std::string_view a, std::string_view b)
 {
@@ -57,7 +58,9 @@ struct ISection::Impl {
     std::string name;
     std::vector<ICustomField> fields;
     KELNameIndex index;
-    std::vector<std::shared_ptr<const std::string>> texts; // what fields' unread values view
+    // What fields' unread values view.
+    std::shared_ptr<const std::string> text;
+    std::vector<std::shared_ptr<const std::string>> moreTexts;
 
     static constexpr std::size_t npos = KELNameIndex::npos;
 
@@ -93,37 +96,31 @@ struct ISection::Impl {
         index.Erase(at);
     }
 
-    // Keeps the text that fields read from it view.
-    void Keep(const std::shared_ptr<const std::string>& text)
+    // Keeps the text that fields read from it view. Nearly every section
+    // views one text at most: that one needs no list.
+    void Keep(const std::shared_ptr<const std::string>& kept)
     {
-        for (const auto& kept : texts)
-            if (kept == text)
-                return;
-        texts.push_back(text);
+        if (!text || text == kept)
+            text = kept;
+        else if (std::find(moreTexts.begin(), moreTexts.end(), kept) == moreTexts.end())
+            moreTexts.push_back(kept);
     }
 
-    // Stores the fields read, in order; a later field of a name replaces the
-    // earlier one in its place. Their values view the text when it is kept.
-    void Adopt(const std::vector<std::pair<std::string_view, std::string_view>>& read,
-               const std::shared_ptr<const std::string>& text)
+    // Stores a field read; one of the same name read before is replaced in
+    // its place. Its value views the text when the text is kept.
+    void Adopt(std::string_view name, std::string_view value, bool viewing)
     {
-        if (read.empty())
+        const std::uint32_t hash = KELNameIndex::Hash(name);
+        const std::size_t at = Find(name, hash);
+        if (at != npos) {
+            fields[at] = ICustomField(std::string(name), std::string(value));
             return;
-        Reserve(fields.size() + read.size());
-        for (const auto& [name, value] : read) {
-            const std::uint32_t hash = KELNameIndex::Hash(name);
-            const std::size_t at = Find(name, hash);
-            if (at != npos)
-                fields[at] = ICustomField(std::string(name), std::string(value));
-            else if (text)
-                fields.emplace_back(ICustomField::ViewOf{}, name, value);
-            else
-                fields.emplace_back(std::string(name), std::string(value));
-            if (at == npos)
-                index.Append(hash);
         }
-        if (text)
-            Keep(text);
+        if (viewing)
+            fields.emplace_back(ICustomField::ViewOf{}, name, value);
+        else
+            fields.emplace_back(std::string(name), std::string(value));
+        index.Append(hash);
     }
 };
 
@@ -142,22 +139,24 @@ int ISection::Load(KELTextReader& file)
     const int begin = ValidBeginSection(file);
     if (begin != KEL_CFG_SUCCESS)
         return begin;
-    // Lines are split into one buffer of views that the thread reuses for
-    // every section, then stored at their final count: a large section's
-    // storage is allocated once instead of regrown at every doubling.
-    thread_local std::vector<std::pair<std::string_view, std::string_view>> read;
-    read.clear();
+    // Room for as many fields as the last section read had: the sections of
+    // a file are mostly alike, so its storage is allocated once instead of
+    // regrown at every doubling.
+    thread_local std::size_t lastCount = 0;
+    m_pImpl->Reserve(m_pImpl->fields.size() + lastCount);
+    const std::shared_ptr<const std::string> text = file.Share();
+    const std::size_t before = m_pImpl->fields.size();
     for (;;) {
         std::string_view name, value;
         const int status = ICustomField::ReadLine(file, name, value);
         if (status == KEL_CFG_SUCCESS)
-            read.emplace_back(name, value);
+            m_pImpl->Adopt(name, value, text != nullptr);
         else if (status != KEL_CFG_NO_EQUALS)
             break;
     }
-    m_pImpl->Adopt(read, file.Share());
-    if (read.capacity() > kKeptReadBuffer)
-        decltype(read)().swap(read);
+    lastCount = std::min(m_pImpl->fields.size() - before, kLargestGuess);
+    if (text && m_pImpl->fields.size() > before)
+        m_pImpl->Keep(text);
     return ValidEndSection(file);
 }
 
@@ -263,7 +262,8 @@ std::unique_ptr<ISection> ISection::Clone() const
     copy->m_pImpl->fields.reserve(m_pImpl->fields.size());
     for (const ICustomField& field : m_pImpl->fields)
         copy->m_pImpl->fields.push_back(field.ViewingCopy());
-    copy->m_pImpl->texts = m_pImpl->texts;
+    copy->m_pImpl->text = m_pImpl->text;
+    copy->m_pImpl->moreTexts = m_pImpl->moreTexts;
     copy->m_pImpl->index = m_pImpl->index;
     return copy;
 }
