@@ -36,6 +36,9 @@ void IControlBase::ShowAsReadOnly(QWidget* control)
 {
     if (!control)
         return;
+    // Already so when a parent showed all it holds as read-only (an output form).
+    if (control->palette().color(QPalette::Base) == control->palette().color(QPalette::Window))
+        return;
     QPalette palette = control->palette();
     palette.setColor(QPalette::Base, palette.color(QPalette::Window));
     control->setPalette(palette);

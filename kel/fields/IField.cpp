@@ -233,7 +233,8 @@ void IField::AdoptControl(QWidget* control, unsigned int& id, const IElementInfo
 {
     ZEDAssertCreationFailed(control != nullptr, KELResources::String(4033));
     control->setProperty(KEL_CONTROL_ID_PROPERTY, id++);
-    if (const IApplication* app = GetKELapp())
+    // Inherited from the form's container mostly; set only where it is not.
+    if (const IApplication* app = GetKELapp(); app && control->font() != *app->GetRegularFont())
         control->setFont(*app->GetRegularFont());
     const std::string& name = info.GetPresentationName().empty() ? info.GetName() : info.GetPresentationName();
     control->setAccessibleName(QString::fromStdString(name));

@@ -1,6 +1,7 @@
 #include "kel/forms/IPresentationForm.h"
 
 #include "kel/controls/IControlContainer.h"
+#include "kel/frame/IApplication.h"
 #include "kel/forms/IFormLine.h"
 #include "kel/forms/KELIdlePass.h"
 #include "kel/frame/ICreationFailedException.h"
@@ -29,6 +30,10 @@ IControlContainer* IPresentationForm::CreateControlContainer(QWidget* parent)
     ZEDAssertCreationFailed(container != nullptr, KELResources::String(4033));
     container->setObjectName(QStringLiteral("Control Container"));
     container->setAutoFillBackground(false);
+    // Every field takes the regular font: given once here, the controls
+    // inherit it instead of each resolving and propagating its own.
+    if (const IApplication* app = GetKELapp())
+        container->setFont(*app->GetRegularFont());
     if (!parent && !m_pControlContainer)
         setWidget(container);  // the scroll area owns and scrolls it
     else if (!parent)

@@ -1,5 +1,7 @@
 #include "kel/output/IOutputForm.h"
 
+#include "kel/controls/IControlBase.h"
+
 #include "kel/controls/IControlContainer.h"
 #include "kel/controls/ILabel.h"
 #include "kel/fields/IField.h"
@@ -93,6 +95,8 @@ void IOutputForm::CreatePresentation(const std::string& name, const KELCallReply
     SetCurrentState(reply.Entity().ToString().c_str(), directiveId);
     PreCreate();
     SetContainer(CreateContainer());
+    // Everything an output form shows is read-only: shown so once, for all.
+    IControlBase::ShowAsReadOnly(static_cast<QWidget*>(GetControlContainer()));
 
     AddCommentLine(kEntityLine, 4046, reply.Entity().ToString());
     AddCommentLine(kTimeLine, 4047, LocalTime(reply.TimeStamp()));
