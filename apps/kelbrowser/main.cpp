@@ -12,6 +12,10 @@
 //   kelbrowser --agents FILE   the SNMP agents of an agents file instead of
 //                              the simulated network (the dictionary then
 //                              defaults to the shipped data/snmp one)
+//   kelbrowser --startup-time  opens as usual (headless without a display),
+//                              says on stdout how long after main began the
+//                              window was first painted, and quits; its
+//                              settings live in a temporary folder
 //
 // Options: --dictionary FILE, --instances FILE (default: $ZED_DICTIONARY,
 // $ZED_INSTANCES, else the network shipped in data/network). The tour ends
@@ -33,7 +37,10 @@
 
 #include <QApplication>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QSocketNotifier>
+#include <QTemporaryDir>
+#include <QTimer>
 
 #include <algorithm>
 #include <csignal>
@@ -41,6 +48,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 #include <iostream>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,6 +57,7 @@ namespace {
 const char* kUsage =
     "usage: kelbrowser [--dictionary FILE] [--instances FILE] [--tour [DIR]]\n"
     "       kelbrowser [--dictionary FILE] --agents FILE\n"
+    "       kelbrowser [--dictionary FILE] [--instances FILE] --startup-time\n"
     "       kelbrowser --help | --version\n";
 
 std::string Option(const std::string& given, const char* variable, const char* file)
@@ -87,6 +96,33 @@ void StopGracefullyOnSignals(KelBrowserWindow& window)
     });
 }
 
+// Reports the first paint of the main window or of anything in it (what an
+// operator first sees) and quits once that paint is done.
+class FirstPaintReport : public QObject {
+public:
+    FirstPaintReport(const QWidget& window, const QElapsedTimer& sinceMain) : m_window(window), m_since(sinceMain) {}
+
+protected:
+    bool eventFilter(QObject* watched, QEvent* event) override
+    {
+        if (!m_reported && event->type() == QEvent::Paint && watched->isWidgetType()
+            && static_cast<QWidget*>(watched)->window() == &m_window) {
+            m_reported = true;
+            QTimer::singleShot(0, this, [this] {
+                std::cout << "kelbrowser: first window shown " << m_since.elapsed() << " ms after main began"
+                          << std::endl;
+                QApplication::quit();
+            });
+        }
+        return false;
+    }
+
+private:
+    const QWidget& m_window;
+    const QElapsedTimer& m_since;
+    bool m_reported = false;
+};
+
 bool HasDisplay()
 {
     const QByteArray platform = qgetenv("QT_QPA_PLATFORM");
@@ -99,9 +135,15 @@ bool HasDisplay()
 
 int main(int argc, char** argv)
 {
+    QElapsedTimer sinceMain;
+    sinceMain.start();
     std::vector<std::string> words(argv + 1, argv + argc);
     if (const std::optional<int> answered = AnswerHelpOrVersion(words, "kelbrowser", kUsage))
         return *answered;
+    const auto startupFlag = std::find(words.begin(), words.end(), "--startup-time");
+    const bool startupTime = startupFlag != words.end();
+    if (startupTime)
+        words.erase(startupFlag);
     std::string dictionary, instances, agents, tour;
     if (!TakeValueOptions(words, {{"--dictionary", &dictionary}, {"--instances", &instances}, {"--agents", &agents}},
                           false))
@@ -112,9 +154,16 @@ int main(int argc, char** argv)
         tour = words.size() > 1 ? words[1] : "kelbrowser-tour";
         words.erase(words.begin(), words.begin() + std::min<std::ptrdiff_t>(2, static_cast<std::ptrdiff_t>(words.size())));
     }
-    if (!words.empty() || (!agents.empty() && (wantTour || !instances.empty())))
+    if (!words.empty() || (!agents.empty() && (wantTour || !instances.empty()))
+        || (startupTime && (wantTour || !agents.empty())))
         return UsageError(kUsage);
-    if (wantTour) {
+    std::optional<QTemporaryDir> startupSettings;
+    if (startupTime) {
+        if (!HasDisplay())
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        startupSettings.emplace();
+        setenv("ORVEX_USER_PATH", startupSettings->path().toLocal8Bit().constData(), 1);
+    } else if (wantTour) {
         qputenv("QT_QPA_PLATFORM", "offscreen");
         // What the tour sends and saves stays in its folder.
         QDir().mkpath(QString::fromStdString(tour));
@@ -176,6 +225,9 @@ int main(int argc, char** argv)
             status = RunTour(window, tour);
         } else {
             window.resize(1000, 760);
+            FirstPaintReport firstPaint(window, sinceMain);
+            if (startupTime)
+                application.installEventFilter(&firstPaint);
             window.show();
             StopGracefullyOnSignals(window);
             status = QApplication::exec();
