@@ -2,6 +2,8 @@
 
 #include "kel/KELExport.h"
 
+#include <QObject>
+
 class QLineEdit;
 class QString;
 
@@ -10,11 +12,19 @@ class QString;
 /// it is never cut and later sent cut; typing never makes a text longer than
 /// the limit, or than a longer text the program put in, until the operator
 /// shortens it below the limit.
-namespace KELTypingLimit {
+class KEL_EXPORT KELTypingLimit : public QObject {
+public:
+    /// Binds the edit's typing to the limit from now on (0 or less: no limit
+    /// of its own). The edit owns the binding; null without an edit.
+    static KELTypingLimit* Apply(QLineEdit* edit, int limit);
+    /// Shows the text whole, whatever the limit.
+    void SetText(const QString& text);
 
-/// The edit's limit from now on; 0 or less: none of its own.
-KEL_EXPORT void Apply(QLineEdit* edit, int limit);
-/// Shows the text whole, whatever the limit.
-KEL_EXPORT void SetText(QLineEdit* edit, const QString& text);
+private:
+    KELTypingLimit(QLineEdit* edit, int limit);
+    void Fit();
 
-} // namespace KELTypingLimit
+    QLineEdit* m_pEdit;  // the parent
+    int m_limit;
+    int m_room = 0;      // what a longer text put in by the program needs
+};

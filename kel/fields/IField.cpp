@@ -1,5 +1,7 @@
 #include "kel/fields/IField.h"
 
+#include <QFontMetrics>
+
 #include "kel/fields/IContainer.h"
 #include "kel/fields/IFieldContainer.h"
 #include "kel/fields/KELSetOfOwner.h"
@@ -241,6 +243,18 @@ void IField::AdoptControl(QWidget* control, unsigned int& id, const IElementInfo
     control->setAccessibleDescription(QString::fromStdString(m_help));
     if (m_pContainer && info.HasDictType() && info.GetDictType())
         m_pContainer->AddToolTip(control, QString::fromStdString(info.GetDictType()->GetName()));
+}
+
+int IField::TextLineHeight(const QFont& font)
+{
+    // Forms are made in the GUI thread, all in the same font mostly.
+    static QFont measured;
+    static int height = -1;
+    if (height < 0 || font != measured) {
+        height = QFontMetrics(font).boundingRect(QStringLiteral("Text")).height() + 3;
+        measured = font;
+    }
+    return height;
 }
 
 std::unique_ptr<TValue> IField::ScalarTValue(bool always, const std::function<std::unique_ptr<TValue>()>& makeEmpty,

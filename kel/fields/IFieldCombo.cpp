@@ -60,7 +60,7 @@ void IFieldCombo::Create(unsigned int& id, IElementInfo& info)
     if (m_pEnumeration)
         for (const TDictTypeEnumeration::Item& item : m_pEnumeration->GetItems())
             widest = std::max(widest, metrics.horizontalAdvance(QString::fromStdString(item.text)));
-    const int height = m_pCombo ? m_pCombo->sizeHint().height() : metrics.boundingRect(QStringLiteral("Text")).height() + 3;
+    const int height = m_pCombo ? m_pCombo->sizeHint().height() : TextLineHeight(window->font());
     Resize(QSize(std::max(150, widest + 40), height));
 }
 

@@ -10,7 +10,6 @@
 #include "zed/value/TEntitySpec.h"
 #include "zed/value/TScalarValues.h"
 
-#include <QFontMetrics>
 #include <QLineEdit>
 
 IFieldEdit::IFieldEdit(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
@@ -25,10 +24,10 @@ void IFieldEdit::Create(unsigned int& id, IElementInfo& info)
         IControlBase::ShowAsReadOnly(edit);
         edit->SetFlag(1);
     }
-    KELTypingLimit::Apply(edit, static_cast<int>(std::min(info.GetMaxSize(), 32768u)));
+    m_pLimit = KELTypingLimit::Apply(edit, static_cast<int>(std::min(info.GetMaxSize(), 32768u)));
     m_pEdit = edit;
     SetWindow(edit);
-    Resize(QSize(kWidth, QFontMetrics(edit->font()).boundingRect(QStringLiteral("Text")).height() + 3));
+    Resize(QSize(kWidth, TextLineHeight(edit->font())));
 }
 
 void IFieldEdit::GetValue(std::string& text) const { text = m_pEdit ? m_pEdit->text().toStdString() : std::string(); }
@@ -38,7 +37,7 @@ void IFieldEdit::SetToNotReturned() { SetValue(KELResources::String(4025)); }
 void IFieldEdit::SetValue(const std::string& text)
 {
     if (m_pEdit) {
-        KELTypingLimit::SetText(m_pEdit, QString::fromStdString(text));
+        m_pLimit->SetText(QString::fromStdString(text));
         m_pEdit->setCursorPosition(0);  // the start of a long text, not its end
     }
 }

@@ -2,6 +2,7 @@
 
 #include "kel/fields/KELTextField.h"
 
+class KELTypingLimit;
 class QLineEdit;
 
 /// The field of every element edited as one line of text: names, entity
@@ -31,4 +32,5 @@ protected:
 
 private:
     QLineEdit* m_pEdit = nullptr;  // the window; a child of the container
+    KELTypingLimit* m_pLimit = nullptr;  // the edit's typing limit; a child of the edit
 };

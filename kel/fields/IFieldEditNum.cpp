@@ -9,7 +9,6 @@
 #include "kel/frame/KELTrace.h"
 #include "kel/model/IElementInfo.h"
 
-#include <QFontMetrics>
 
 IFieldEditNum::IFieldEditNum(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
 
@@ -36,11 +35,11 @@ void IFieldEditNum::Create(unsigned int& id, IElementInfo& info)
         IControlBase::ShowAsReadOnly(edit);
         edit->SetFlag(1);
     }
-    KELTypingLimit::Apply(edit, static_cast<int>(std::min(info.GetMaxSize(), 32768u)));
+    m_pLimit = KELTypingLimit::Apply(edit, static_cast<int>(std::min(info.GetMaxSize(), 32768u)));
     m_pEdit = edit;
     SetWindow(edit);
     // Made as the text field is, of its width.
-    Resize(QSize(IFieldEdit::kWidth, QFontMetrics(edit->font()).boundingRect(QStringLiteral("Text")).height() + 3));
+    Resize(QSize(IFieldEdit::kWidth, TextLineHeight(edit->font())));
 }
 
 void IFieldEditNum::GetValue(std::string& text) const
@@ -54,7 +53,7 @@ void IFieldEditNum::SetValue(const std::string& text)
 {
     if (!m_pEdit)
         return;
-    KELTypingLimit::SetText(m_pEdit, QString::fromStdString(text));
+    m_pLimit->SetText(QString::fromStdString(text));
     m_pEdit->MarkInvalid(QString());
 }
 
@@ -96,7 +95,7 @@ void IFieldEditNum::ControlCallback(int code, void*)
         // Leaving the field puts a valid text in the kind's own form.
         std::string text = CurrentText();
         if (!text.empty() && Valid(text))
-            KELTypingLimit::SetText(m_pEdit, QString::fromStdString(text));
+            m_pLimit->SetText(QString::fromStdString(text));
     }
 }
 

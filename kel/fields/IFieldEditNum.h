@@ -3,6 +3,7 @@
 #include "kel/fields/KELCheckedField.h"
 #include "kel/fields/KELTextField.h"
 
+class KELTypingLimit;
 class IControlEditNum;
 
 /// The one-line field of a number. The eight numeric kinds differ only in how
@@ -45,4 +46,5 @@ protected:
 
 private:
     IControlEditNum* m_pEdit = nullptr;  // the window; a child of the container
+    KELTypingLimit* m_pLimit = nullptr;  // the edit's typing limit; a child of the edit
 };

@@ -9,7 +9,6 @@
 #include "zed/value/TScalarValues.h"
 
 #include <QButtonGroup>
-#include <QFontMetrics>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QRadioButton>
@@ -59,8 +58,7 @@ void IFieldToggle::Create(unsigned int& id, IElementInfo& info)
     edit->SetFlag(1);
     m_pEdit = edit;
     SetWindow(row);
-    const QFontMetrics metrics(edit->font());
-    const int textHeight = metrics.boundingRect(QStringLiteral("Text")).height() + 3;
+    const int textHeight = TextLineHeight(edit->font());
     QSize size(150, textHeight);
     if (m_pTrue) {
         const QSize buttons = row->sizeHint();
