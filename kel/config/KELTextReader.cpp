@@ -46,21 +46,6 @@ bool KELTextReader::Open(const std::string& path, std::string* error)
     return true;
 }
 
-bool KELTextReader::ReadLine(std::string_view& line)
-{
-    if (m_pos >= m_text.size())
-        return false;
-    const char* begin = m_text.data() + m_pos;
-    const std::size_t left = m_text.size() - m_pos;
-    const void* feed = std::memchr(begin, '\n', left);
-    std::size_t length = feed ? static_cast<std::size_t>(static_cast<const char*>(feed) - begin) : left;
-    m_pos += feed ? length + 1 : length;
-    if (feed && length > 0 && begin[length - 1] == '\r')
-        --length;
-    line = std::string_view(begin, length);
-    return true;
-}
-
 bool KELTextReader::OnlyBlankOrCommentsFrom(std::size_t position) const
 {
     KELTextReader rest = OverView(m_text.substr(position < m_text.size() ? position : m_text.size()));

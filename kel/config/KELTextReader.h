@@ -3,6 +3,7 @@
 #include "kel/KELExport.h"
 
 #include <cstddef>
+#include <cstring>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -38,7 +39,21 @@ public:
     bool Open(const std::string& path, std::string* error = nullptr);
 
     // The next line without its line end; false at the end of the text.
-    bool ReadLine(std::string_view& line);
+    // Inline: it runs once for every line of every file read.
+    bool ReadLine(std::string_view& line)
+    {
+        if (m_pos >= m_text.size())
+            return false;
+        const char* begin = m_text.data() + m_pos;
+        const std::size_t left = m_text.size() - m_pos;
+        const void* feed = std::memchr(begin, '\n', left);
+        std::size_t length = feed ? static_cast<std::size_t>(static_cast<const char*>(feed) - begin) : left;
+        m_pos += feed ? length + 1 : length;
+        if (feed && length > 0 && begin[length - 1] == '\r')
+            --length;
+        line = std::string_view(begin, length);
+        return true;
+    }
 
     std::size_t GetPosition() const { return m_pos; }
     void Seek(std::size_t position) { m_pos = position < m_text.size() ? position : m_text.size(); }
