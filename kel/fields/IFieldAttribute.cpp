@@ -63,15 +63,10 @@ void IFieldAttribute::CreateFields(IElementInfo& info)
         return;
     }
     IElementInfo idInfo;
-    idInfo.SetCompleteID("");
     idInfo.SetID(1);
     idInfo.SetPresentationName("");
     idInfo.SetName(info.GetName());
-    idInfo.SetDT(ZED_DT_ATTRIBUTEID);
-    idInfo.SetIsDisplayed(1);
-    idInfo.SetRequired(0);
-    idInfo.SetUnits("");
-    idInfo.SetAccess(info.GetAccess());
+    idInfo.SetAsInnerElement(ZED_DT_ATTRIBUTEID, nullptr, info.GetAccess());
     auto field = std::make_unique<IFieldAttributeID>(idInfo, GetFieldContainer());
     field->Create(m_controlId, idInfo);
     m_pFieldAttributeID = field.get();
@@ -86,21 +81,10 @@ void IFieldAttribute::CreateFields(IElementInfo& info)
 
 void IFieldAttribute::ConstructElementInfoFromValue(IElementInfo& info, const TValue& value)
 {
-    info.SetCompleteID("");
     info.SetID(2);
     info.SetPresentationName("");
-    info.SetDT(value.GetDatatype());
-    const ZED_T_DATATYPE dt = value.GetDatatype();
-    const TDictType* definition = value.GetDictType();
-    const bool typed = definition && (dt == ZED_DT_ENUMERATION || dt == ZED_DT_RECORD || dt == ZED_DT_SETOF
-                                      || dt == ZED_DT_SEQUENCEOF);
-    info.SetHasDictType(typed ? 1 : 0);
-    if (typed)
-        info.SetDictType(*definition);
-    info.SetIsDisplayed(1);
-    info.SetRequired(0);
-    info.SetUnits("");
-    info.SetAccess(ZED_ACCESS_READ_ONLY);
+    info.SetAsInnerElement(value.GetDatatype(), nullptr, ZED_ACCESS_READ_ONLY);
+    info.SetDictTypeOf(value);
 }
 
 void IFieldAttribute::DropValueField()
@@ -145,19 +129,12 @@ void IFieldAttribute::IdentifierChosen()
         kept.reset();
     DropValueField();
     IElementInfo info;
-    info.SetCompleteID("");
     info.SetID(2);
     info.SetEntity(m_entity);
     info.SetName(attribute->GetName());
     info.SetPresentationName(attribute->GetPresentationName());
-    info.SetDT(type->GetDatatype());
-    info.SetHasDictType(1);
-    info.SetDictType(*type);
-    info.SetIsDisplayed(1);
-    info.SetRequired(0);
-    info.SetUnits("");
+    info.SetAsInnerElement(type->GetDatatype(), type.get(), ZED_ACCESS_READ_WRITE);
     info.SetMaxSize(attribute->GetValueLength());
-    info.SetAccess(ZED_ACCESS_READ_WRITE);
     try {
         std::unique_ptr<IField> field = IFieldBuilder::CreateField(GetFieldContainer(), m_controlId, info);
         if (kept && kept->IsPresent())
@@ -270,14 +247,8 @@ bool IFieldAttrList::InitElementInfo()
 {
     if (m_elementInfoReady)
         return true;
-    m_elementInfo.SetCompleteID("");
     m_elementInfo.SetPresentationName("");
-    m_elementInfo.SetDT(ZED_DT_ATTRIBUTE);
-    m_elementInfo.SetHasDictType(0);
-    m_elementInfo.SetIsDisplayed(1);
-    m_elementInfo.SetRequired(0);
-    m_elementInfo.SetUnits("");
-    m_elementInfo.SetAccess(GetAccess());
+    m_elementInfo.SetAsInnerElement(ZED_DT_ATTRIBUTE, nullptr, GetAccess());
     m_elementInfo.SetIsSetOfElement(1);
     m_elementInfoReady = 1;
     return true;

@@ -57,17 +57,10 @@ void IFieldRecord::CreateFields()
     if (m_pRecordType)
         for (const TDictTypeRecord::Member& member : m_pRecordType->GetMembers()) {
             IElementInfo info;
-            info.SetCompleteID("");
             info.SetID(static_cast<int>(member.id));
             info.SetName(member.name);
             info.SetPresentationName(member.name);
-            info.SetDT(member.type->GetDatatype());
-            info.SetHasDictType(1);
-            info.SetDictType(*member.type);
-            info.SetIsDisplayed(1);
-            info.SetRequired(0);
-            info.SetUnits("");
-            info.SetAccess(static_cast<ZED_T_DICT_ACCESS>(m_access));
+            info.SetAsInnerElement(member.type->GetDatatype(), member.type.get(), static_cast<ZED_T_DICT_ACCESS>(m_access));
             auto field = std::make_unique<IFieldRecordMember>(info, GetFieldContainer());
             field->Create(counter, info);
             m_labelSize = std::max(m_labelSize, field->GetLabel() ? field->GetLabel()->GetSize().width() : 0);

@@ -36,17 +36,10 @@ bool IFieldSetOf::InitElementInfo()
     }
     const TDictType& element = *m_pElementType->GetElementType();
     m_elementInfo = IElementInfo();
-    m_elementInfo.SetCompleteID("");
     m_elementInfo.SetID(static_cast<int>(element.GetID()));
     m_elementInfo.SetName(element.GetName());
     m_elementInfo.SetPresentationName(element.GetPresentationName());
-    m_elementInfo.SetDT(element.GetDatatype());
-    m_elementInfo.SetHasDictType(1);
-    m_elementInfo.SetDictType(element);
-    m_elementInfo.SetIsDisplayed(1);
-    m_elementInfo.SetRequired(0);
-    m_elementInfo.SetUnits("");
-    m_elementInfo.SetAccess(GetAccess());
+    m_elementInfo.SetAsInnerElement(element.GetDatatype(), &element, GetAccess());
     m_elementInfo.SetIsSetOfElement(1);
     m_elementInfoReady = 1;
     return true;

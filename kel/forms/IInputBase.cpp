@@ -19,13 +19,11 @@ IInputBase::~IInputBase() = default;
 
 void IInputBase::CreatePresentation(const std::string& name, const TEntitySpec& entity, unsigned int directive)
 {
-    SetName(name);
-    SetEntity(entity);
     m_directive = directive;
-    PreCreate();
-    SetContainer(CreateContainer());
-    CreateLines("", "");
-    PostCreate();
+    Present(name, entity, [this] {
+        CreateLines("", "");
+        return true;
+    });
 }
 
 void IInputBase::CreateLines(const std::string& hidden, const std::string& positions)

@@ -16,14 +16,12 @@ IInputOutputBase::~IInputOutputBase() = default;
 
 void IInputOutputBase::CreatePresentation(const std::string& name, const TEntitySpec& entity, unsigned int partition)
 {
-    SetName(name);
-    SetEntity(entity);
     m_partition = partition;
-    PreCreate();
-    SetContainer(CreateContainer());
-    CreateLines();
-    RememberValues();
-    PostCreate();
+    Present(name, entity, [this] {
+        CreateLines();
+        RememberValues();
+        return true;
+    });
 }
 
 void IInputOutputBase::CreateLines()

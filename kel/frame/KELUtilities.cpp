@@ -2,6 +2,7 @@
 
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELVersionRecord.h"
+#include "zed/ZedFile.h"
 
 #include <QMainWindow>
 #include <QMdiArea>
@@ -12,7 +13,6 @@
 #include <cctype>
 #include <cstdio>
 #include <dlfcn.h>
-#include <fstream>
 #include <iterator>
 #include <pwd.h>
 #include <unistd.h>
@@ -21,6 +21,9 @@
 KEL_VERSION_RECORD("KEL library");
 
 namespace {
+
+// The largest program or library whose version record is looked for.
+constexpr std::size_t kMaxVersionedFile = std::size_t(1) << 30;
 
 constexpr std::string_view kMarker = "@(#)KELVERSION ";
 
@@ -80,10 +83,10 @@ bool KELUtilities::GetFileVersion(const std::string& fileName, unsigned int& maj
     major = minor = build = 0;
     text1.clear();
     text2.clear();
-    std::ifstream in(fileName, std::ios::binary);
-    if (!in)
+    // Programs and libraries, not devices or pipes: one bounded read.
+    std::string content, error;
+    if (!ZedReadRegularFile(fileName, kMaxVersionedFile, content, error))
         return false;
-    const std::string content((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
     // The reader's own copy of the marker stands in this library too: a
     // record is a marker followed by a version number.
     auto at = content.find(kMarker);

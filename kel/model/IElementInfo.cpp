@@ -1,5 +1,7 @@
 #include "kel/model/IElementInfo.h"
 
+#include "zed/value/TValue.h"
+
 #include "zed/ZedAssert.h"
 
 IElementInfo::IElementInfo() = default;
@@ -45,6 +47,27 @@ IElementInfo& IElementInfo::operator=(const IElementInfo& other)
 }
 
 IElementInfo::~IElementInfo() = default;
+
+void IElementInfo::SetDictTypeOf(const TValue& value)
+{
+    const TDictType* type = ZedHasDictType(value.GetDatatype()) ? value.GetDictType() : nullptr;
+    SetHasDictType(type ? 1 : 0);
+    if (type)
+        SetDictType(*type);
+}
+
+void IElementInfo::SetAsInnerElement(unsigned int dt, const TDictType* type, ZED_T_DICT_ACCESS access)
+{
+    SetCompleteID("");
+    SetDT(dt);
+    SetHasDictType(type ? 1 : 0);
+    if (type)
+        SetDictType(*type);
+    SetIsDisplayed(1);
+    SetRequired(0);
+    SetUnits("");
+    SetAccess(access);
+}
 
 void IElementInfo::SetDictType(const TDictType& type)
 {

@@ -17,6 +17,8 @@
 ///
 /// The dictionary type and object are the info's own copies; copying an info
 /// copies them again, so no two infos ever share one.
+class TValue;
+
 class KEL_EXPORT IElementInfo {
 public:
     IElementInfo();
@@ -63,6 +65,15 @@ public:
     /// Does not change HasDictType: callers set both.
     void SetHasDictType(unsigned char has) { m_hasDictType = has; }
     void SetDictType(const TDictType& type);
+    /// Sets both from a value: its dictionary type when its data type carries
+    /// one and it has it, else none.
+    void SetDictTypeOf(const TValue& value);
+    /// What every element inside a composite field (a record's member, a
+    /// set's element, an attribute's identifier or value) is: of the data type
+    /// and, when given, the dictionary type, displayed, optional, without units
+    /// or complete identifier, with the access given. Identity and names are
+    /// the caller's.
+    void SetAsInnerElement(unsigned int dt, const TDictType* type, ZED_T_DICT_ACCESS access);
     /// Keeps a copy of an argument or an attribute; anything else (or null) leaves none.
     void SetDictValue(const TDictValue* value);
     void SetDefaultAllowed(ZED_T_DICT_DEFAULT policy) { m_defaultAllowed = policy; }

@@ -53,39 +53,43 @@ void IOutputBase::CreateArgumentElements(const std::string& prefix, unsigned int
     }
 }
 
+bool IOutputBase::CreateArgumentLines(const std::string& prefix, unsigned int id, ZED_T_DICT_OBJECT_TYPE replyType,
+                                      unsigned int replyCode)
+{
+    try {
+        CreateArgumentElements(prefix, id, replyType, replyCode);
+        return true;
+    } catch (const TException& e) {
+        KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this) << "KEL :" << e;
+    } catch (...) {
+        KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this)
+            << "KEL :" << (replyType == ZED_DICT_EVENT ? "Unknown exception in IOuputList::CreatePresentation (event)"
+                                                       : "Unknown exception in KELOutputList::CreatePresentation (directive)");
+    }
+    return false;
+}
+
 void IOutputBase::CreatePresentation(const std::string& name, const TEntitySpec& entity, unsigned int directiveId,
                                      ZED_T_DICT_OBJECT_TYPE replyType, unsigned int replyCode)
 {
-    SetName(name);
-    SetEntity(entity);
     m_dirOrEventId = directiveId;
     m_replyType = replyType;
     m_replyCode = replyCode;
     m_presentationKind = DirectiveReply;
-    PreCreate();
-    SetContainer(CreateContainer());
-    KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this)
-        << "KEL :" << "CreatePresentation method with EntitySpec : " << entity.ToString();
-    KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this)
-        << "KEL :" << " dirID : " << directiveId << " ReplyType : " << replyType;
-    KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :" << " ReplyCode : " << replyCode;
-    std::string prefix = "Dir:" + std::to_string(directiveId);
-    if (replyType == ZED_DICT_RESPONSE)
-        prefix += ".Resp:";
-    else if (replyType == ZED_DICT_EXCEPTION)
-        prefix += ".Exc:";
-    prefix += std::to_string(replyCode);
-    try {
-        CreateArgumentElements(prefix, directiveId, replyType, replyCode);
-    } catch (const TException& e) {
-        KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this) << "KEL :" << e;
-        return;
-    } catch (...) {
-        KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this)
-            << "KEL :" << "Unknown exception in KELOutputList::CreatePresentation (directive)";
-        return;
-    }
-    PostCreate();
+    Present(name, entity, [&] {
+        KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this)
+            << "KEL :" << "CreatePresentation method with EntitySpec : " << entity.ToString();
+        KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this)
+            << "KEL :" << " dirID : " << directiveId << " ReplyType : " << replyType;
+        KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :" << " ReplyCode : " << replyCode;
+        std::string prefix = "Dir:" + std::to_string(directiveId);
+        if (replyType == ZED_DICT_RESPONSE)
+            prefix += ".Resp:";
+        else if (replyType == ZED_DICT_EXCEPTION)
+            prefix += ".Exc:";
+        prefix += std::to_string(replyCode);
+        return CreateArgumentLines(prefix, directiveId, replyType, replyCode);
+    });
 }
 
 void IOutputBase::CreatePresentation(const std::string& name, const TEntitySpec& entity, unsigned int eventId)
@@ -93,39 +97,24 @@ void IOutputBase::CreatePresentation(const std::string& name, const TEntitySpec&
     KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this)
         << "KEL :" << "CreatePresentation method with EntitySpec : " << entity.ToString();
     KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :" << " EventID : " << eventId;
-    SetName(name);
-    SetEntity(entity);
     m_dirOrEventId = eventId;
     m_presentationKind = EventReport;
-    PreCreate();
-    SetContainer(CreateContainer());
-    try {
-        CreateArgumentElements("Event:" + std::to_string(eventId), eventId, ZED_DICT_EVENT, 0);
-    } catch (const TException& e) {
-        KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this) << "KEL :" << e;
-        return;
-    } catch (...) {
-        KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this)
-            << "KEL :" << "Unknown exception in IOuputList::CreatePresentation (event)";
-        return;
-    }
-    PostCreate();
+    Present(name, entity,
+            [&] { return CreateArgumentLines("Event:" + std::to_string(eventId), eventId, ZED_DICT_EVENT, 0); });
 }
 
 void IOutputBase::CreatePresentationAttr(const std::string& name, const TEntitySpec& entity, unsigned int partition)
 {
-    SetName(name);
-    SetEntity(entity);
     m_dirOrEventId = partition;
     m_presentationKind = Attributes;
-    PreCreate();
-    SetContainer(CreateContainer());
-    IElementInfo info(GetEntity(), GetName(), "");
-    for (TDictAttributeIterator it(entity.GetEntityClass(), partition); it.IsValid(); it.Next()) {
-        InitAttrElementInfo(it.Get(), info);
-        Insert(info);
-    }
-    PostCreate();
+    Present(name, entity, [&] {
+        IElementInfo info(GetEntity(), GetName(), "");
+        for (TDictAttributeIterator it(entity.GetEntityClass(), partition); it.IsValid(); it.Next()) {
+            InitAttrElementInfo(it.Get(), info);
+            Insert(info);
+        }
+        return true;
+    });
 }
 
 void IOutputBase::ProcessReply(const TReply& reply)

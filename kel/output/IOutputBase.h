@@ -46,6 +46,9 @@ private:
     /// Makes and inserts the element of each displayed argument.
     void CreateArgumentElements(const std::string& prefix, unsigned int directiveOrEvent,
                                 ZED_T_DICT_OBJECT_TYPE selector, unsigned int replyCode);
+    /// CreateArgumentElements, a failure traced: false when the lines could not be made.
+    bool CreateArgumentLines(const std::string& prefix, unsigned int id, ZED_T_DICT_OBJECT_TYPE replyType,
+                             unsigned int replyCode);
     void Insert(IElementInfo& info);
 
     unsigned int m_dirOrEventId = 0;

@@ -206,14 +206,7 @@ void IOutputForm::AddValueField(const TEntitySpec& entity, const TValue& value, 
             info.SetUnits(named->GetUnits());
         }
     }
-    const ZED_T_DATATYPE dt = value.GetDatatype();
-    info.SetHasDictType(0);
-    if (dt == ZED_DT_ENUMERATION || dt == ZED_DT_RECORD || dt == ZED_DT_SETOF || dt == ZED_DT_SEQUENCEOF) {
-        if (const TDictType* type = value.GetDictType()) {
-            info.SetHasDictType(1);
-            info.SetDictType(*type);
-        }
-    }
+    info.SetDictTypeOf(value);
     info.SetID(static_cast<int>(lineId++));
     std::unique_ptr<IPresentationElement> element = CreateElement(info);
     if (!element)

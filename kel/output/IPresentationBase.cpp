@@ -36,6 +36,17 @@ void IPresentationBase::Dump()
     m_pContainer->ForEachElement([](IPresentationElement& element) { element.Dump(); });
 }
 
+void IPresentationBase::Present(const std::string& name, const TEntitySpec& entity,
+                                const std::function<bool()>& createLines)
+{
+    SetName(name);
+    SetEntity(entity);
+    PreCreate();
+    SetContainer(CreateContainer());
+    if (createLines())
+        PostCreate();
+}
+
 void IPresentationBase::PreCreate() {}
 
 void IPresentationBase::PostCreate() {}
@@ -50,7 +61,7 @@ void FillFromDictionary(const TDictValue& value, IElementInfo& info, const char*
     info.SetDT(dt);
     info.SetHasDictType(1);
     info.SetDictType(value.GetType());
-    if (dt == ZED_DT_SETOF || dt == ZED_DT_SEQUENCEOF || dt == ZED_DT_RECORD || dt == ZED_DT_ENUMERATION) {
+    if (ZedHasDictType(dt)) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELPresentationBase", object)
             << "KEL :IPresentationBase::" << operation << " : DictType for this value is : "
             << value.GetType().ToString();

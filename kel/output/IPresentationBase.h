@@ -3,6 +3,7 @@
 #include "kel/KELExport.h"
 #include "zed/value/TEntitySpec.h"
 
+#include <functional>
 #include <memory>
 #include <string>
 
@@ -43,6 +44,10 @@ protected:
     void SetContainer(IPresentationContainer* container);
     /// A container the presentation owns.
     void TakeContainer(std::unique_ptr<IPresentationContainer> container);
+    /// The set-up every kind of presentation runs: its name and entity,
+    /// PreCreate, a new container, its lines, PostCreate. Lines that could not
+    /// be made (false) end it before PostCreate.
+    void Present(const std::string& name, const TEntitySpec& entity, const std::function<bool()>& createLines);
 
     void InitAttrElementInfo(const TDictAttribute& attribute, IElementInfo& info) const;
     /// The caller sets the info's prefix first: the complete id is built on it.

@@ -35,3 +35,11 @@ inline constexpr ZED_T_DATATYPE ZED_DT_ATTRIBUTE = 82;
 inline constexpr ZED_T_DATATYPE ZED_DT_ATTRIBUTEID = 83;
 /// Not a data type: marks an element that is none of the above.
 inline constexpr ZED_T_DATATYPE ZED_DT_MARKER = 999;
+
+/// Whether values of the data type carry a dictionary type of their own (an
+/// enumeration's items, a record's members, a set's element type), which is
+/// what it takes to present them.
+inline constexpr bool ZedHasDictType(ZED_T_DATATYPE dt)
+{
+    return dt == ZED_DT_ENUMERATION || dt == ZED_DT_RECORD || dt == ZED_DT_SETOF || dt == ZED_DT_SEQUENCEOF;
+}

@@ -131,6 +131,8 @@ TEST(KELUtilities, VersionRecordsOfTheProjectsBinaries)
     EXPECT_EQ(major + minor + build, 0u);
     EXPECT_EQ(description, "");
     EXPECT_FALSE(KELUtilities::GetFileVersion(dir / "missing", major, minor, build, description, product));
+    EXPECT_FALSE(KELUtilities::GetFileVersion("/dev/zero", major, minor, build, description, product))
+        << "a device is refused, not read until memory runs out";
 }
 
 TEST(KELResourceModule, HoldsTheStringsTheMenuAndTheIcons)
