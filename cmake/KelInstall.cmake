@@ -16,6 +16,7 @@ set(KEL_PRIVATE_HEADERS
   zed/snmp/ZedSnmpPdu.h
   kel/config/KELFileWriter.h
   kel/config/KELNameIndex.h
+  kel/config/KELSectionMerge.h
   kel/config/KELTextReader.h
   kel/config/KELTextTrim.h
   kel/frame/KELModule.h

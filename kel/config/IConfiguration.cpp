@@ -3,6 +3,7 @@
 #include "kel/config/ISection.h"
 #include "kel/config/KELConfigStatus.h"
 #include "kel/config/KELFileWriter.h"
+#include "kel/config/KELSectionMerge.h"
 #include "kel/config/KELTextReader.h"
 #include "kel/config/KELTextTrim.h"
 #include "kel/frame/IApplication.h"
@@ -14,6 +15,7 @@
 #include <cctype>
 #include <cstdio>
 #include <ctime>
+#include <optional>
 #include <ostream>
 #include <sstream>
 
@@ -82,8 +84,12 @@ void IConfiguration::Reset()
 int IConfiguration::Load()
 {
     KELTextReader file;
-    if (!file.Open(m_fileName))
+    if (!file.Open(m_fileName)) {
+        // Nothing was there: whatever another process saves meanwhile is kept too.
+        m_loadedText = std::make_shared<const std::string>();
+        m_loadedFrom = m_fileName;
         return 0;
+    }
     return Load(file);
 }
 
@@ -96,6 +102,8 @@ int IConfiguration::Load(KELTextReader& file)
         m_lossyLoadText.assign(file.GetText());
     else
         m_lossyLoadText.clear();
+    m_loadedText = file.Share() ? file.Share() : std::make_shared<const std::string>(file.GetText());
+    m_loadedFrom = m_fileName;
     return 1;
 }
 
@@ -111,31 +119,41 @@ int IConfiguration::LoadWorkspace(const std::string& fileName)
 
 bool IConfiguration::LoadInto(const std::string& fileName, KELTextReader& file, KELSectionMap& sections)
 {
-    bool dropped = false;
-    for (;;) {
-        const std::size_t start = file.GetPosition();
-        auto section = std::make_unique<ISection>();
-        const int status = section->Load(file);
-        if (status == KEL_CFG_SUCCESS) {
-            // The last section of a name wins; the one it replaces is destroyed.
-            sections.Put(std::move(section));
-            continue;
-        }
-        if (status != KEL_CFG_EOF || !file.OnlyBlankOrCommentsFrom(start))
-            dropped = true;
-        if (status == KEL_CFG_EOF)
-            break;
-    }
+    const bool dropped = KELReadSections(file, sections);
     ToConsole(KEL_SEVERITY_INFORMATION, KELResources::String(4037) + fileName);
     KEL_TRACE(KEL_TRACE_INFO, kSource, this) << "Loading configuration file : " << fileName;
     return dropped;
 }
 
-int IConfiguration::Save() { return SaveFrom(m_fileName, m_global); }
+int IConfiguration::Save()
+{
+    // Another process may have saved the file since this one loaded it: what
+    // it wrote is kept, and what this one changed is written over it, the
+    // two saves taking turns under the file's lock.
+    std::optional<KELFileLock> lock;
+    if (m_loadedText && m_loadedFrom == m_fileName) {
+        lock.emplace(m_fileName);
+        KELTextReader disk;
+        if (disk.Open(m_fileName) && disk.GetText() != *m_loadedText) {
+            KELSectionMap loaded, onDisk;
+            KELTextReader before(*m_loadedText);
+            KELReadSections(before, loaded);
+            KELReadSections(disk, onDisk);
+            KELMergeSections(loaded, m_global, onDisk);
+            m_global = std::move(onDisk);
+        }
+    }
+    std::string written;
+    if (!SaveFrom(m_fileName, m_global, &written))
+        return 0;
+    m_loadedText = std::make_shared<const std::string>(std::move(written));
+    m_loadedFrom = m_fileName;
+    return 1;
+}
 
 int IConfiguration::SaveWorkspace(const std::string& fileName) { return SaveFrom(fileName, m_workspace); }
 
-int IConfiguration::SaveFrom(const std::string& fileName, const KELSectionMap& sections)
+int IConfiguration::SaveFrom(const std::string& fileName, const KELSectionMap& sections, std::string* written)
 {
     KELFileWriter file(fileName);
     std::string error;
@@ -162,6 +180,8 @@ int IConfiguration::SaveFrom(const std::string& fileName, const KELSectionMap& s
         m_droppedOnLoad = false;
         m_lossyLoadText = std::string();
     }
+    if (written)
+        *written = std::move(text);
     ToConsole(KEL_SEVERITY_DONE, KELResources::String(4038) + fileName);
     return 1;
 }

@@ -46,7 +46,12 @@ public:
     int Load();
     /// Loads the global sections from a text already read, as Load does from the file.
     int Load(KELTextReader& file);
-    /// 0 when the file cannot be written (the old file stays), else 1.
+    /// 0 when the file cannot be written (the old file stays), else 1. When
+    /// this configuration loaded (or last saved) the same file and another
+    /// process has saved it since, the save keeps what that one wrote and
+    /// writes over it only the entries this one changed, added or removed
+    /// since; the writers of a file take turns under an advisory lock on
+    /// FILE.lock. Saving under another name writes this one's sections only.
     int Save();
     int LoadWorkspace(const std::string& fileName);
     int SaveWorkspace(const std::string& fileName);
@@ -100,7 +105,7 @@ protected:
 private:
     /// Reads every section into the collection; true when some had to be dropped.
     bool LoadInto(const std::string& fileName, KELTextReader& file, KELSectionMap& sections);
-    int SaveFrom(const std::string& fileName, const KELSectionMap& sections);
+    int SaveFrom(const std::string& fileName, const KELSectionMap& sections, std::string* written = nullptr);
     static void FormatFile(const std::string& fileName, const KELSectionMap& sections, std::string& text);
 
     std::string m_fileName;
@@ -108,4 +113,8 @@ private:
     KELSectionMap m_workspace;
     bool m_droppedOnLoad = false;
     std::string m_lossyLoadText;  // what a load that dropped sections read: the next save's ".bak"
+    // What the file held when this configuration last loaded or saved it: a
+    // save merges the changes since into what the file holds by then.
+    std::shared_ptr<const std::string> m_loadedText;
+    std::string m_loadedFrom;
 };
