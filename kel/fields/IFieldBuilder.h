@@ -10,8 +10,9 @@ class IField;
 
 /// The one place that decides which field kind stands for an element: a
 /// registered application to launch first (for an element standing on a form
-/// itself), else the kind of the element's data-type code; an attribute list
-/// that an operator fills in on a form is edited attribute by attribute.
+/// itself), else the kind the field-kind table gives (KELFieldKinds: KEL's own
+/// by data-type code, or a host's), else a placeholder; an attribute list that
+/// an operator fills in on a form is edited attribute by attribute.
 class KEL_EXPORT IFieldBuilder {
 public:
     virtual ~IFieldBuilder();
