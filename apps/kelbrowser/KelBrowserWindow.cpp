@@ -16,6 +16,7 @@
 #include "kel/output/IListViewOutput.h"
 #include "kel/output/IOutputForm.h"
 #include "kel/output/IOutputList.h"
+#include "kel/output/KELOutputKinds.h"
 #include "kel/output/KELCallReply.h"
 #include "kel/output/KELListModel.h"
 #include "zed/TApplication.h"
@@ -823,46 +824,29 @@ void KelBrowserWindow::ShowOutputs(const TCall& shown, unsigned int directive, c
         ZEDWriteReply(text, m_dictionary, call, directive);
     call.SelectReply(0);
 
-    // The first reply as a form, whatever it was; an exception looks like one.
-    auto* form = new IOutputForm(m_context);
-    form->setAccessibleName(QStringLiteral("Reply"));
-    form->CreatePresentation(name, KELCallReply(call), directive);
+    // The first reply, whatever it was (an exception looks like one), and the
+    // replies of a wildcard a row each: outputs of the kinds registered for them.
+    KELOutputRequest request{KELOutputRequest::Reply, &call, directive, name, m_context};
+    std::unique_ptr<QWidget> reply = KELOutputKinds::Make(request);
+    if (!reply)
+        reply = std::make_unique<QWidget>();
+    m_outputForm = dynamic_cast<IOutputForm*>(reply.get());
     delete m_outputs->widget(0);
     const bool exception = call.GetStatus() != ZED_STATUS_RESPONSE;
-    m_outputs->insertTab(0, form, QStringLiteral("Reply"));
+    m_outputs->insertTab(0, reply.release(), QStringLiteral("Reply"));
     m_outputs->setTabIcon(0, exception ? style()->standardIcon(QStyle::SP_MessageBoxWarning) : QIcon());
     m_outputs->setTabToolTip(0, exception ? QStringLiteral("An exception reply") : QString());
-    m_outputForm = form;
 
-    // Several replies (a wildcard): a row each. A Show lists the attributes of
-    // the partition asked for; any other directive the arguments of its reply.
     delete m_outputs->widget(1);
     m_outputList = nullptr;
+    std::unique_ptr<QWidget> replies;
     if (call.GetReplyCount() > 1) {
-        auto* list = new IOutputList(m_context);
-        list->setAccessibleName(QStringLiteral("List"));
-        const TDictClass* cls = m_dictionary.FindClass(call.GetEntity().GetEntityClass());
-        const TDictDirective* asked = cls ? cls->FindDirective(directive) : nullptr;
-        if (asked && asked->GetName() == "Show") {
-            const TValue& partition = call.GetRequest()[1];
-            const unsigned int code = partition.GetDatatype() == ZED_DT_ENUMERATION
-                                          ? static_cast<unsigned int>(static_cast<const TEnumeration&>(partition).GetCode())
-                                          : 0u;
-            list->CreatePresentationAttr("Show", call.GetEntity(), code);
-        } else {
-            const TReply& first = call.GetReply();
-            list->CreatePresentation(asked ? asked->GetName() : "", call.GetEntity(), directive,
-                                     first.GetReplyType() == ZED_REPLY_RESPONSE ? ZED_DICT_RESPONSE : ZED_DICT_EXCEPTION,
-                                     first.GetReplyCode());
-        }
-        KELCallReplyList replies;
-        replies.AddAll(call);
-        for (const auto& reply : replies.Replies())
-            list->ProcessReply(*reply);
-        for (int c = 0; c < list->GetModel()->columnCount(); ++c)
-            list->resizeColumnToContents(c);
-        m_outputs->insertTab(1, list, QStringLiteral("List"));
-        m_outputList = list;
+        request.shows = KELOutputRequest::Replies;
+        replies = KELOutputKinds::Make(request);
+    }
+    if (replies) {
+        m_outputList = dynamic_cast<IOutputList*>(replies.get());
+        m_outputs->insertTab(1, replies.release(), QStringLiteral("List"));
         m_outputs->setCurrentIndex(1);
     } else {
         m_outputs->insertTab(1, new QWidget, QStringLiteral("List"));

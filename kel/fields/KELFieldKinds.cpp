@@ -13,6 +13,8 @@
 #include "zed/dict/TDictType.h"
 #include "zed/value/ZedDatatypes.h"
 
+#include <cstdint>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -115,33 +117,25 @@ private:
 
 } // namespace
 
-KELFieldKinds::Registration& KELFieldKinds::Registration::operator=(Registration&& other) noexcept
+namespace {
+
+KELRegistration Registered(std::uint64_t id)
 {
-    if (this != &other) {
-        if (m_id)
-            Table::Get().Remove(m_id);
-        m_id = other.m_id;
-        other.m_id = 0;
-    }
-    return *this;
+    return KELRegistration([id] { Table::Get().Remove(id); });
 }
 
-KELFieldKinds::Registration::~Registration()
-{
-    if (m_id)
-        Table::Get().Remove(m_id);
-}
+} // namespace
 
 KELFieldKinds::Registration KELFieldKinds::ForDatatype(unsigned int dt, int rank, Factory make)
 {
-    return Registration(Table::Get().Add(dt, "", rank, std::move(make)));
+    return Registered(Table::Get().Add(dt, "", rank, std::move(make)));
 }
 
 KELFieldKinds::Registration KELFieldKinds::ForTypeName(std::string typeName, int rank, Factory make)
 {
     if (typeName.empty())
         return Registration();  // no type is nameless
-    return Registration(Table::Get().Add(0, std::move(typeName), rank, std::move(make)));
+    return Registered(Table::Get().Add(0, std::move(typeName), rank, std::move(make)));
 }
 
 const KELFieldKinds::Factory* KELFieldKinds::Find(const IElementInfo& info) { return Table::Get().Find(info); }

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "kel/KELExport.h"
+#include "kel/frame/KELRegistration.h"
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <string>
@@ -33,20 +33,7 @@ public:
     using Factory = std::function<std::unique_ptr<IField>(IElementInfo& info, IContainer* container)>;
     static constexpr int kBuiltIn = 0;
 
-    /// Undoes its registration when destroyed; moved, the new handle does.
-    class KEL_EXPORT Registration {
-    public:
-        Registration() = default;
-        explicit Registration(std::uint64_t id) : m_id(id) {}
-        Registration(Registration&& other) noexcept : m_id(other.m_id) { other.m_id = 0; }
-        Registration& operator=(Registration&& other) noexcept;
-        Registration(const Registration&) = delete;
-        Registration& operator=(const Registration&) = delete;
-        ~Registration();
-
-    private:
-        std::uint64_t m_id = 0;
-    };
+    using Registration = KELRegistration;
 
     /// A kind for every element of the data-type code.
     [[nodiscard]] static Registration ForDatatype(unsigned int dt, int rank, Factory make);

@@ -8,6 +8,8 @@
 #include <memory>
 #include <string>
 
+class TValue;
+
 /// What the presentation code knows of one element of the dictionary (an
 /// attribute, a directive argument, a record member or a set-of entry): whose
 /// it is, how it is identified and named, its dictionary type and object, its
@@ -17,8 +19,6 @@
 ///
 /// The dictionary type and object are the info's own copies; copying an info
 /// copies them again, so no two infos ever share one.
-class TValue;
-
 class KEL_EXPORT IElementInfo {
 public:
     IElementInfo();

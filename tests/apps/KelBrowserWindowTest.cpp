@@ -34,6 +34,10 @@
 #include <filesystem>
 
 #include <gmock/gmock.h>
+#include "kel/output/KELOutputKinds.h"
+
+#include <QLabel>
+
 #include <gtest/gtest.h>
 
 using ::testing::EndsWith;
@@ -164,6 +168,30 @@ TEST_F(BrowserWindowTest, TheOutputsAreThoseOfTheDocumentShown)
     ASSERT_NE(window->GetOutputForm(), nullptr);
     EXPECT_EQ(window->GetOutputForm()->GetName(), "Test");
     EXPECT_THAT(window->GetReplyText(), HasSubstr("Test completed"));
+}
+
+// The browser takes its outputs from the output-kind table: a host's kind of
+// a higher rank shows the reply; one that declines leaves KEL's own.
+TEST_F(BrowserWindowTest, OutputsComeFromTheKindsRegisteredForThem)
+{
+    std::vector<std::string> asked;
+    const KELRegistration reply = KELOutputKinds::Register(
+        KELOutputRequest::Reply, 1, [&](const KELOutputRequest& request) -> std::unique_ptr<QWidget> {
+            asked.push_back(request.name);
+            if (request.name != "Test")
+                return nullptr;
+            auto label = std::make_unique<QLabel>(QStringLiteral("host reply"));
+            label->setObjectName(QStringLiteral("host reply"));
+            return label;
+        });
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    ASSERT_TRUE(SendAndWait());
+    EXPECT_EQ(window->GetOutputs()->widget(0)->objectName(), "host reply");
+    EXPECT_EQ(window->GetOutputForm(), nullptr);
+    ASSERT_TRUE(window->OpenForm("Network core Router r1", "Show"));
+    ASSERT_TRUE(SendAndWait());
+    EXPECT_NE(window->GetOutputForm(), nullptr) << "declined: KEL's own form";
+    EXPECT_EQ(asked, (std::vector<std::string>{"Test", "Show"}));
 }
 
 TEST_F(BrowserWindowTest, ADeleteAsksFirstAndTheTreeAndPicksForgetTheEntity)

@@ -1,0 +1,127 @@
+#include "kel/output/KELOutputKinds.h"
+
+#include "kel/output/IOutputForm.h"
+#include "kel/output/IOutputList.h"
+#include "kel/output/KELCallReply.h"
+#include "kel/output/KELListModel.h"
+#include "zed/TApplication.h"
+#include "zed/call/TCall.h"
+#include "zed/dict/TDictionary.h"
+#include "zed/value/TEnumeration.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <vector>
+
+namespace {
+
+std::unique_ptr<QWidget> ReplyForm(const KELOutputRequest& request)
+{
+    auto form = std::make_unique<IOutputForm>(request.context);
+    form->setAccessibleName(QStringLiteral("Reply"));
+    form->CreatePresentation(request.name, KELCallReply(*request.call), request.directive);
+    return form;
+}
+
+// A Show lists the attributes of the partition asked for; any other directive
+// the arguments of its reply.
+std::unique_ptr<QWidget> RepliesList(const KELOutputRequest& request)
+{
+    const TCall& call = *request.call;
+    auto list = std::make_unique<IOutputList>(request.context);
+    list->setAccessibleName(QStringLiteral("List"));
+    const TDictionary* dictionary = ZEDGetApplication()->GetDictionary().get();
+    const TDictClass* cls = dictionary ? dictionary->FindClass(call.GetEntity().GetEntityClass()) : nullptr;
+    const TDictDirective* asked = cls ? cls->FindDirective(request.directive) : nullptr;
+    if (asked && asked->GetName() == "Show" && call.GetRequest().Size() > 0) {
+        const TValue& partition = call.GetRequest()[1];
+        const unsigned int code = partition.GetDatatype() == ZED_DT_ENUMERATION
+                                      ? static_cast<unsigned int>(static_cast<const TEnumeration&>(partition).GetCode())
+                                      : 0u;
+        list->CreatePresentationAttr("Show", call.GetEntity(), code);
+    } else {
+        const TReply& first = call.GetReply();
+        list->CreatePresentation(asked ? asked->GetName() : "", call.GetEntity(), request.directive,
+                                 first.GetReplyType() == ZED_REPLY_RESPONSE ? ZED_DICT_RESPONSE : ZED_DICT_EXCEPTION,
+                                 first.GetReplyCode());
+    }
+    KELCallReplyList replies;
+    replies.AddAll(call);
+    for (const auto& reply : replies.Replies())
+        list->ProcessReply(*reply);
+    for (int c = 0; c < list->GetModel()->columnCount(); ++c)
+        list->resizeColumnToContents(c);
+    return list;
+}
+
+struct Entry {
+    std::uint64_t id;
+    KELOutputRequest::Shows shows;
+    int rank;
+    KELOutputKinds::Factory make;
+};
+
+class Table {
+public:
+    static Table& Get()
+    {
+        static Table table;
+        return table;
+    }
+
+    std::uint64_t Add(KELOutputRequest::Shows shows, int rank, KELOutputKinds::Factory make)
+    {
+        m_entries.push_back(Entry{++m_lastId, shows, rank, std::move(make)});
+        return m_lastId;
+    }
+
+    void Remove(std::uint64_t id)
+    {
+        std::erase_if(m_entries, [id](const Entry& entry) { return entry.id == id; });
+    }
+
+    // Highest rank first, of equal rank the later registration.
+    std::vector<KELOutputKinds::Factory> Candidates(KELOutputRequest::Shows shows) const
+    {
+        std::vector<const Entry*> matching;
+        for (const Entry& entry : m_entries)
+            if (entry.shows == shows)
+                matching.push_back(&entry);
+        std::stable_sort(matching.begin(), matching.end(), [](const Entry* a, const Entry* b) {
+            return a->rank != b->rank ? a->rank > b->rank : a->id > b->id;
+        });
+        std::vector<KELOutputKinds::Factory> factories;
+        for (const Entry* entry : matching)
+            factories.push_back(entry->make);
+        return factories;
+    }
+
+private:
+    Table()
+    {
+        Add(KELOutputRequest::Reply, KELOutputKinds::kBuiltIn, &ReplyForm);
+        Add(KELOutputRequest::Replies, KELOutputKinds::kBuiltIn, &RepliesList);
+    }
+
+    std::vector<Entry> m_entries;
+    std::uint64_t m_lastId = 0;
+};
+
+} // namespace
+
+KELRegistration KELOutputKinds::Register(KELOutputRequest::Shows shows, int rank, Factory make)
+{
+    const std::uint64_t id = Table::Get().Add(shows, rank, std::move(make));
+    return KELRegistration([id] { Table::Get().Remove(id); });
+}
+
+std::unique_ptr<QWidget> KELOutputKinds::Make(const KELOutputRequest& request)
+{
+    if (!request.call)
+        return nullptr;
+    // Copies: a kind may register or unregister others while it makes its output.
+    for (const Factory& make : Table::Get().Candidates(request.shows))
+        if (std::unique_ptr<QWidget> output = make(request))
+            return output;
+    return nullptr;
+}
