@@ -1,4 +1,7 @@
 #include "Tour.h"
+#include "kel/controls/IControlContainer.h"
+#include "kel/forms/IPresentationForm.h"
+#include "kel/controls/KELFilterBox.h"
 #include "TourSupport.h"
 
 #include "KelBrowserWindow.h"
@@ -317,6 +320,34 @@ int TourConsoleAndWorkspace(KelBrowserWindow& window, const std::string& folder,
     return faults;
 }
 
+// What operators of large forms ask for: the filter line narrowing a form.
+int TourFilter(KelBrowserWindow& window, const std::string& folder, std::ostream& out)
+{
+    out << "== a filtered form\n";
+    int faults = 0;
+    if (!window.OpenForm("Network core Router r1 Interface eth0", "Echo")) {
+        out << "  the Echo form did not open\n";
+        return 1;
+    }
+    auto* form = dynamic_cast<IPresentationForm*>(window.GetDocuments()->currentWidget());
+    if (!form) {
+        out << "  no form is shown\n";
+        return 1;
+    }
+    form->GetFilterBox()->setText(QStringLiteral("ti"));
+    QApplication::processEvents();
+    int shown = 0;
+    form->GetControlContainer()->ForEachElement([&](IPresentationElement& element) {
+        if (auto* line = dynamic_cast<IFormLine*>(&element); line && line->IsLineShown())
+            ++shown;
+    });
+    out << "  filter \"ti\": " << shown << " line(s) shown\n";
+    faults += Save(window, folder, "12-filtered-form.png", out) ? 0 : 1;
+    form->GetFilterBox()->clear();
+    out << "\n";
+    return faults;
+}
+
 } // namespace
 
 int RunTour(KelBrowserWindow& window, const std::string& folder)
@@ -400,6 +431,7 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
     }
     faults += TourAttributes(window, folder, transcript);
     faults += TourConsoleAndWorkspace(window, folder, transcript);
+    faults += TourFilter(window, folder, transcript);
     // The console holds thousands of messages by now: the last ones tell the story.
     transcript << "== messages (the last ones)\n" << LastLines(window.GetMessages(), 12) << "\n";
     transcript << (faults ? std::to_string(faults) + " step(s) went wrong\n" : "every step went as expected\n");

@@ -1,5 +1,7 @@
 #include "kel/forms/IFormLine.h"
 
+#include "kel/controls/KELFilterBox.h"
+
 #include "kel/controls/IControlContainer.h"
 #include "kel/fields/IContainer.h"
 #include "kel/fields/IFieldBuilder.h"
@@ -63,6 +65,8 @@ void IFormLine::SetPosition(unsigned int position)
 void IFormLine::ShowLine()
 {
     m_hidden = 0;
+    if (m_filteredOut)
+        return;  // shown again when the filter lets it
     if (m_pField)
         m_pField->ShowWindow();
     if (m_pLabel)
@@ -80,6 +84,31 @@ void IFormLine::HideLine()
         m_pLabel->HideWindow();
     if (m_pUnit)
         m_pUnit->HideWindow();
+}
+
+bool IFormLine::MatchesFilter(const QString& filter) const
+{
+    if (filter.isEmpty())
+        return true;
+    std::string value;
+    if (m_pField)
+        m_pField->GetValue(value);
+    return (m_pLabel && KELFilterBox::Matches(filter, QString::fromStdString(m_pLabel->GetPresentationName())))
+           || (m_pField && KELFilterBox::Matches(filter, QString::fromStdString(m_pField->GetHelp())))
+           || KELFilterBox::Matches(filter, QString::fromStdString(value));
+}
+
+void IFormLine::SetFilteredOut(bool out)
+{
+    if (m_filteredOut == out)
+        return;
+    m_filteredOut = out;
+    const bool shown = !out && m_visibility != 0;
+    for (IField* part : {m_pField.get(), static_cast<IField*>(m_pUnit.get())})
+        if (part)
+            shown ? part->ShowWindow() : part->HideWindow();
+    if (m_pLabel)
+        shown ? m_pLabel->ShowWindow() : m_pLabel->HideWindow();
 }
 
 void IFormLine::SetToNotReturned()

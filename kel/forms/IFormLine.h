@@ -5,6 +5,8 @@
 #include "kel/model/IPresentationElement.h"
 #include "kel/model/KELValueElement.h"
 
+#include <QString>
+
 #include <memory>
 #include <string>
 
@@ -57,6 +59,12 @@ public:
     void ShowLine();
     void HideLine();
     int IsHidden() const { return m_hidden; }
+    /// Whether the filter's text is in the line's label, help or value.
+    bool MatchesFilter(const QString& filter) const;
+    /// Left out by a form's filter for the moment: its windows hidden and it
+    /// takes no room, whatever its designed visibility, which stays as it was.
+    void SetFilteredOut(bool out);
+    bool IsFilteredOut() const { return m_filteredOut; }
     /// The idle pass: the label shows whether the line changed.
     int OnIdleUpdateCmdUI(unsigned long wParam, long lParam);
 
@@ -65,7 +73,7 @@ public:
     IField* GetLineField() const override { return m_pField.get(); }
     IField* GetUnitField() const override;
     unsigned int GetIndentLevel() const override { return 0; }
-    bool IsLineShown() const override { return m_visibility != 0; }
+    bool IsLineShown() const override { return m_visibility != 0 && !m_filteredOut; }
 
 private:
     bool Refuse(std::string message);
@@ -77,6 +85,7 @@ private:
     unsigned int m_position = 0;
     int m_visibility = 1;
     int m_hidden = 0;
+    bool m_filteredOut = false;
     std::unique_ptr<IFieldUnit> m_pUnit;
     std::unique_ptr<ILabel> m_pLabel;
     unsigned int m_counterAtConstruction;

@@ -1,6 +1,7 @@
 #include "kel/forms/IPresentationForm.h"
 
 #include "kel/controls/IControlContainer.h"
+#include "kel/controls/KELFilterBox.h"
 #include "kel/frame/IApplication.h"
 #include "kel/forms/IFormLine.h"
 #include "kel/forms/KELIdlePass.h"
@@ -19,7 +20,31 @@ IPresentationForm::IPresentationForm(KELConfigContext* context, QWidget* parent)
     // The window's own background, as dialogs have it, behind the lines.
     setBackgroundRole(QPalette::Window);
     viewport()->setBackgroundRole(QPalette::Window);
+    m_pFilter = new KELFilterBox(this, [this](const QString& text) { ApplyFilter(text); });
+    setViewportMargins(0, m_pFilter->Room(), 0, 0);
     KELIdlePass::Register(this, [this] { OnIdleUpdateCmdUI(0, 0); });
+}
+
+void IPresentationForm::ApplyFilter(const QString& text)
+{
+    m_filter = text;
+    if (!m_pControlContainer)
+        return;
+    bool changed = false;
+    m_pControlContainer->ForEachElement([&](IPresentationElement& element) {
+        if (auto* line = dynamic_cast<IFormLine*>(&element)) {
+            const bool out = !line->MatchesFilter(text);
+            changed = changed || out != line->IsFilteredOut();
+            line->SetFilteredOut(out);
+        }
+    });
+    if (!changed)
+        return;
+    m_pControlContainer->PlaceElements();
+    QSize needed;
+    m_pControlContainer->ComputeSize(needed);
+    // As small as the lines left need: a short list does not scroll.
+    m_pControlContainer->resize(needed.expandedTo(viewport()->size()));
 }
 
 IPresentationForm::~IPresentationForm() { KELIdlePass::Unregister(this); }
@@ -58,7 +83,13 @@ std::unique_ptr<IFormLine> IPresentationForm::CreateFormLine(IElementInfo& info)
 
 void IPresentationForm::PreCreate() {}
 
-void IPresentationForm::PostCreate() { OnNewSize(); }
+void IPresentationForm::PostCreate()
+{
+    // New lines (a form made again, a refresh) meet the filter as it stands.
+    if (!m_filter.isEmpty())
+        ApplyFilter(m_filter);
+    OnNewSize();
+}
 
 void IPresentationForm::PostProcessReply() {}
 
@@ -77,6 +108,7 @@ void IPresentationForm::OnNewSize()
 void IPresentationForm::resizeEvent(QResizeEvent* event)
 {
     QScrollArea::resizeEvent(event);
+    m_pFilter->Place(0);
     if (m_pControlContainer)
         m_pControlContainer->resize(m_pControlContainer->size().expandedTo(viewport()->size()));
 }

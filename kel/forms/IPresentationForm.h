@@ -12,6 +12,7 @@
 #include <string>
 
 class IControlContainer;
+class KELFilterBox;
 class IFormLine;
 class TEntityClass;
 
@@ -43,6 +44,11 @@ public:
     virtual int OnIdleUpdateCmdUI(unsigned long wParam, long lParam);
 
     IControlContainer* GetControlContainer() const { return m_pControlContainer; }
+    /// The filter line above the lines.
+    KELFilterBox* GetFilterBox() const { return m_pFilter; }
+    /// Shows only the lines whose label, help or value holds the text (all
+    /// when empty), as typing into the filter line does.
+    void ApplyFilter(const QString& text);
     std::string GetCurrentEntityText() const { return m_currentEntity; }
     void SetCurrentState(const char* entity, unsigned int directive);
     unsigned int& ControlIdCounter() { return m_controlId; }
@@ -66,6 +72,8 @@ protected:
 
 private:
     IControlContainer* m_pControlContainer = nullptr;  // the scrolled widget; Qt owns it
+    KELFilterBox* m_pFilter = nullptr;                 // a child
+    QString m_filter;
     unsigned int m_controlId = 1;
     std::string m_currentEntity;
     TEntitySpec m_entity;  // the same, parsed, for the fields

@@ -1,5 +1,7 @@
 #include "kel/output/IPresentationList.h"
 
+#include "kel/controls/KELFilterBox.h"
+
 #include "kel/config/IConfigList.h"
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
@@ -40,7 +42,8 @@ std::string Join(const std::vector<std::string>& items)
 } // namespace
 
 IPresentationList::IPresentationList(KELConfigContext* context, QWidget* parent)
-    : QTreeView(parent), IPresentation(context), m_pModel(new KELListModel(this))
+    : QTreeView(parent), IPresentation(context), m_pModel(new KELListModel(this)),
+      m_pFilter(new KELFilterBox(this, [this](const QString& text) { ApplyFilter(text); }))
 {
     setModel(m_pModel);
     setRootIsDecorated(false);
@@ -53,6 +56,46 @@ IPresentationList::IPresentationList(KELConfigContext* context, QWidget* parent)
     header()->setSectionsMovable(true);
     header()->setStretchLastSection(true);
     m_pModel->AddColumn(QString::fromStdString(KELResources::String(4005)));
+    // A row is judged when its cells are in: each cell's change judges its row again.
+    connect(m_pModel, &QAbstractItemModel::dataChanged, this, [this](const QModelIndex& from, const QModelIndex& to) {
+        if (!m_filter.isEmpty())
+            for (int row = from.row(); row <= to.row(); ++row)
+                FilterRow(row);
+    });
+    connect(m_pModel, &QAbstractItemModel::layoutChanged, this, [this] { ApplyFilter(m_filter); });
+}
+
+void IPresentationList::FilterRow(int row)
+{
+    bool shown = m_filter.isEmpty();
+    for (int column = 0; !shown && column < m_pModel->columnCount(); ++column)
+        shown = KELFilterBox::Matches(m_filter, m_pModel->index(row, column).data().toString());
+    setRowHidden(row, QModelIndex(), !shown);
+}
+
+void IPresentationList::ApplyFilter(const QString& text)
+{
+    if (text.isEmpty() && m_filter.isEmpty())
+        return;  // nothing hidden, nothing to hide
+    m_filter = text;
+    for (int row = 0; row < m_pModel->rowCount(); ++row)
+        FilterRow(row);
+}
+
+void IPresentationList::updateGeometries()
+{
+    QTreeView::updateGeometries();
+    if (m_placing)
+        return;
+    // The tree keeps its header in the room above its viewport; the filter
+    // line goes above that, and the header moves down by its height.
+    m_placing = true;
+    const int headerHeight = header()->isHidden() ? 0 : header()->height();
+    setViewportMargins(0, m_pFilter->Room() + headerHeight, 0, 0);
+    const QRect view = viewport()->geometry();
+    header()->setGeometry(view.left(), view.top() - headerHeight, view.width(), headerHeight);
+    m_pFilter->Place(0);
+    m_placing = false;
 }
 
 IPresentationList::~IPresentationList()

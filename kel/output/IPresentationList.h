@@ -8,6 +8,7 @@
 #include <memory>
 #include <string>
 
+class KELFilterBox;
 class KELListModel;
 class IPresentationContainer;
 
@@ -37,9 +38,23 @@ public:
     /// The settings section: "<entity id> - <directive or event> - <kind>".
     void SetSettingSection(const std::string& section) { m_section = section; }
     const std::string& GetSettingSection() const { return m_section; }
+    /// The filter line above the header.
+    KELFilterBox* GetFilterBox() const { return m_pFilter; }
+    /// Shows only the rows with the text in a cell (all when empty), as
+    /// typing into the filter line does; rows added later meet it too.
+    void ApplyFilter(const QString& text);
+
+protected:
+    /// Room for the filter line above the header.
+    void updateGeometries() override;
 
 private:
+    void FilterRow(int row);
+
     KELListModel* m_pModel;  // a child QObject of the view
+    KELFilterBox* m_pFilter; // a child
+    QString m_filter;
+    bool m_placing = false;
     std::unique_ptr<IPresentationContainer> m_pContainer;
     int m_currentRow = -1;
     std::string m_section;
