@@ -779,6 +779,7 @@ void KelBrowserWindow::ShowHelp()
     QString text = name.isEmpty() ? QStringLiteral("No help for this element.") : name;
     if (!type.isEmpty())
         text += QStringLiteral(" (") + type + QLatin1Char(')');
+    // The configured help, then what the dictionary says the element takes.
     text += QStringLiteral("\n\n") + (help.isEmpty() ? QStringLiteral("No help text is configured for it.") : help);
     GetKELapp()->DisplayHelp(text.toStdString());
 }

@@ -345,6 +345,35 @@ int TourFilter(KelBrowserWindow& window, const std::string& folder, std::ostream
     faults += Save(window, folder, "12-filtered-form.png", out) ? 0 : 1;
     form->GetFilterBox()->clear();
     out << "\n";
+
+    // F1 on a number says its type, range, units, default and access.
+    out << "== help that says what a field takes\n";
+    if (!window.OpenForm("Network core Router r1 Interface eth0", "Test"))
+        return faults + 1;
+    if (auto* test = dynamic_cast<IPresentationForm*>(window.GetDocuments()->currentWidget())) {
+        IField* timeout = nullptr;
+        test->GetControlContainer()->ForEachElement([&](IPresentationElement& element) {
+            if (auto* line = dynamic_cast<IFormLine*>(&element); line && line->GetLabel()
+                                                                 && line->GetLabel()->GetPresentationName() == "Timeout")
+                timeout = line->GetField();
+        });
+        if (timeout) {
+            window.activateWindow();
+            timeout->GetWindow()->setFocus();
+            QApplication::processEvents();
+            window.ShowHelp();
+            QApplication::processEvents();
+            if (QWidget* help = GetKELapp()->GetHelpDialog()) {
+                help->resize(420, 260);
+                faults += Save(*help, folder, "13-help-type-range-units.png", out) ? 0 : 1;
+                help->hide();
+            }
+        } else {
+            out << "  no Timeout line\n";
+            ++faults;
+        }
+    }
+    out << "\n";
     return faults;
 }
 

@@ -12,6 +12,7 @@
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
 #include "kel/model/IElementInfo.h"
+#include "kel/model/KELElementHelp.h"
 
 KELSetOfOwner::~KELSetOfOwner() = default;
 
@@ -240,7 +241,10 @@ void IField::AdoptControl(QWidget* control, unsigned int& id, const IElementInfo
         control->setFont(*app->GetRegularFont());
     const std::string& name = info.GetPresentationName().empty() ? info.GetName() : info.GetPresentationName();
     control->setAccessibleName(QString::fromStdString(name));
-    control->setAccessibleDescription(QString::fromStdString(m_help));
+    // The help text, then what the dictionary says the element takes: F1 shows both.
+    const std::string details = KELElementHelp::Describe(info);
+    control->setAccessibleDescription(
+        QString::fromStdString(m_help.empty() || details.empty() ? m_help + details : m_help + "\n\n" + details));
     if (m_pContainer && info.HasDictType() && info.GetDictType())
         m_pContainer->AddToolTip(control, QString::fromStdString(info.GetDictType()->GetName()));
 }

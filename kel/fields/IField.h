@@ -110,7 +110,9 @@ protected:
     /// Takes a control just made in Create into the form: a missing one is a
     /// creation failure (thrown); otherwise it gets the running control id
     /// (advanced by one), the application's regular font, the element's name
-    /// and help for assistive technology, and the type's name as tooltip.
+    /// and its help (the configured text, then what the dictionary says it
+    /// takes: KELElementHelp) for assistive technology and F1, and the type's
+    /// name as tooltip.
     void AdoptControl(QWidget* control, unsigned int& id, const IElementInfo& info);
     /// The height of a one-line control in the font: the bounding box of
     /// "Text" plus 3 pixels. Measured once per font, not once per field.

@@ -41,11 +41,11 @@ public:
     const TDictType* GetDictType() const { return m_pDictType.get(); }
     /// A TDictArgument or a TDictAttribute; null when unset.
     const TDictValue* GetDictValue() const { return m_pDictValue.get(); }
-    ZED_T_DICT_DEFAULT DefaultAllowed() { return m_defaultAllowed; }
+    ZED_T_DICT_DEFAULT DefaultAllowed() const { return m_defaultAllowed; }
     const std::string& GetDefault() const { return m_default; }
     unsigned char GetRequired() const { return m_required; }
     const std::string& GetUnits() const { return m_units; }
-    ZED_T_DICT_ACCESS GetAccess() { return m_access; }
+    ZED_T_DICT_ACCESS GetAccess() const { return m_access; }
     unsigned int GetMaxSize() const { return m_maxSize; }
     unsigned char IsDisplayed() const { return m_isDisplayed; }
     int GetIsSetOfElement() const { return m_isSetOfElement; }

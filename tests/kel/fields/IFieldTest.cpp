@@ -79,7 +79,10 @@ TEST_F(FieldTest, TakesIdentityDefaultsAndHelpFromItsElement)
     EXPECT_EQ(id, 8u);
     EXPECT_EQ(field.GetWindow()->property(KEL_CONTROL_ID_PROPERTY).toUInt(), 7u);
     EXPECT_EQ(field.GetWindow()->accessibleName(), "Speed");
-    EXPECT_EQ(field.GetWindow()->accessibleDescription(), "How fast the link runs");
+    const QString described = field.GetWindow()->accessibleDescription();
+    EXPECT_TRUE(described.startsWith("How fast the link runs\n\nType: ")) << described.toStdString();
+    EXPECT_TRUE(described.contains("Default: 100")) << described.toStdString();
+    EXPECT_TRUE(described.endsWith("Access: read-only")) << described.toStdString();
 
     IElementInfo other = Info(6, 35, "Other");
     other.SetAccess(ZED_ACCESS_READ_WRITE);

@@ -1,6 +1,7 @@
 #include "kel/model/IDropEntity.h"
 #include "kel/model/IElementInfo.h"
 #include "kel/model/IPresentationContainer.h"
+#include "kel/model/KELElementHelp.h"
 #include "support/ShippedNetwork.h"
 #include "zed/call/TRequest.h"
 
@@ -122,6 +123,32 @@ TEST(DropEntity, RoundTripsThroughAStreamAndIgnoresAShortOne)
     QDataStream shortStream(bytes.left(6));
     loaded.Serialize(shortStream, false);
     EXPECT_EQ(loaded.GetId(), 42u) << "a damaged stream leaves the entity as it was";
+}
+
+// F1 says what an element takes, from the dictionary, leaving out what it has nothing for.
+TEST(ElementHelp, SaysTypeRangeOrSizeUnitsDefaultAndAccess)
+{
+    IElementInfo timeout(TEntitySpec(), "Timeout", "");
+    timeout.SetDT(ZED_DT_UNSIGNED16);
+    timeout.SetUnits("ms");
+    timeout.SetDefault("5");
+    timeout.SetAccess(ZED_ACCESS_READ_WRITE);
+    EXPECT_EQ(KELElementHelp::Describe(timeout),
+              "Type: Unsigned16 (a whole number)\nRange: 0 to 65535\nUnits: ms\nDefault: 5\nAccess: read-write");
+
+    IElementInfo name(TEntitySpec(), "Name", "");
+    name.SetDT(ZED_DT_SIMPLENAME);
+    name.SetMaxSize(32);
+    name.SetAccess(ZED_ACCESS_READ_ONLY);
+    EXPECT_EQ(KELElementHelp::Describe(name), "Type: SimpleName (a name)\nSize: at most 32 characters\nAccess: read-only");
+
+    InstallShippedNetwork();
+    IElementInfo state(TEntitySpec(), "State", "");
+    state.SetDT(ZED_DT_ENUMERATION);
+    state.SetHasDictType(1);
+    state.SetDictType(*Dictionary().FindType("OperState"));
+    EXPECT_EQ(KELElementHelp::Describe(state), "Type: Operational State (one of a list)\nAccess: read-write")
+        << "the type's presentation name";
 }
 
 } // namespace

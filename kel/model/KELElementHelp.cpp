@@ -1,0 +1,88 @@
+#include "kel/model/KELElementHelp.h"
+
+#include "kel/model/IElementInfo.h"
+#include "zed/dict/TDictType.h"
+#include "zed/dict/ZedDictCodes.h"
+#include "zed/value/ZedDatatypes.h"
+
+namespace {
+
+struct Kind {
+    ZED_T_DATATYPE dt;
+    const char* name;
+    const char* what;
+    const char* range;  // null: not a number
+};
+
+constexpr Kind kKinds[] = {
+    {ZED_DT_BOOLEAN, "Boolean", "true or false", nullptr},
+    {ZED_DT_LATIN1STRING, "Latin1String", "text", nullptr},
+    {ZED_DT_SIMPLENAME, "SimpleName", "a name", nullptr},
+    {ZED_DT_FULLNAME, "FullName", "a full name", nullptr},
+    {ZED_DT_ENUMERATION, "Enumeration", "one of a list", nullptr},
+    {ZED_DT_RECORD, "Record", "several values together", nullptr},
+    {ZED_DT_INTEGER16, "Integer16", "a whole number", "-32768 to 32767"},
+    {ZED_DT_INTEGER32, "Integer32", "a whole number", "-2147483648 to 2147483647"},
+    {ZED_DT_UNSIGNED16, "Unsigned16", "a whole number", "0 to 65535"},
+    {ZED_DT_UNSIGNED32, "Unsigned32", "a whole number", "0 to 4294967295"},
+    {ZED_DT_COUNTER16, "Counter16", "a count", "0 to 65535"},
+    {ZED_DT_COUNTER32, "Counter32", "a count", "0 to 4294967295"},
+    {ZED_DT_OCTETSTRING, "OctetString", "octets", nullptr},
+    {ZED_DT_ABSTIME, "AbsTime", "a date and time", nullptr},
+    {ZED_DT_RELTIME, "RelTime", "a duration", nullptr},
+    {ZED_DT_SETOF, "SetOf", "a set of values", nullptr},
+    {ZED_DT_SEQUENCEOF, "SequenceOf", "a sequence of values", nullptr},
+    {ZED_DT_ENTITYSPEC, "EntitySpec", "an entity", nullptr},
+    {ZED_DT_ENTITYCLASS, "EntityClass", "an entity class", nullptr},
+    {ZED_DT_FLOAT, "Float", "a number", nullptr},
+    {ZED_DT_ATTRIBUTELIST, "AttributeList", "attributes and their values", nullptr},
+    {ZED_DT_REAL, "Real", "a number", nullptr},
+    {ZED_DT_EVENTREPORT, "EventReport", "an event report", nullptr},
+    {ZED_DT_ATTRIBUTE, "Attribute", "an attribute and its value", nullptr},
+    {ZED_DT_ATTRIBUTEID, "AttributeID", "an attribute's name", nullptr},
+};
+
+const Kind* KindOf(ZED_T_DATATYPE dt)
+{
+    for (const Kind& kind : kKinds)
+        if (kind.dt == dt)
+            return &kind;
+    return nullptr;
+}
+
+const char* AccessText(ZED_T_DICT_ACCESS access)
+{
+    switch (access) {
+    case ZED_ACCESS_READ_ONLY: return "read-only";
+    case ZED_ACCESS_WRITE_ONLY: return "write-only";
+    case ZED_ACCESS_READ_WRITE: return "read-write";
+    default: return nullptr;
+    }
+}
+
+} // namespace
+
+std::string KELElementHelp::Describe(const IElementInfo& info)
+{
+    std::string text;
+    const auto line = [&text](const std::string& label, const std::string& value) {
+        if (!value.empty())
+            text.append(text.empty() ? "" : "\n").append(label).append(": ").append(value);
+    };
+    const IElementInfo& element = info;
+    const Kind* kind = KindOf(element.GetDT());
+    const TDictType* type = element.HasDictType() ? element.GetDictType() : nullptr;
+    std::string typeText = type ? type->GetPresentationName() : std::string(kind ? kind->name : "");
+    if (kind && !typeText.empty())
+        typeText += std::string(" (") + kind->what + ")";
+    line("Type", typeText);
+    if (kind && kind->range)
+        line("Range", kind->range);
+    if (element.GetMaxSize() > 0 && !(kind && kind->range))
+        line("Size", "at most " + std::to_string(element.GetMaxSize()) + " characters");
+    line("Units", element.GetUnits());
+    line("Default", element.GetDefault());
+    if (const char* access = AccessText(element.GetAccess()))
+        line("Access", access);
+    return text;
+}
