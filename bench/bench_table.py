@@ -44,6 +44,8 @@ ROWS = [
      lambda m, s: m["Pair_OutputForm1000Values"]["ratio"], "<= 1.10x", lambda v: v <= 1.10),
     ("form of 1,000 lines filtered, ms a keystroke",
      lambda m, s: m["Pair_FormFilter1000Lines"]["subject_ms"], "< 16", lambda v: v < 16),
+    ("form of 1,000 lines: an edit recorded, undone, redone, ms",
+     lambda m, s: m["Pair_FormUndo1000Lines"]["subject_ms"], "< 16", lambda v: v < 16),
     ("console 100,000 messages, thousand messages/s",
      lambda m, s: m["Pair_Console/100000"]["messages_per_second"] / 1000, ">= 250", lambda v: v >= 250),
     ("  console / plain QTreeWidget of 100,000 rows",

@@ -21,6 +21,7 @@ set(KEL_PRIVATE_HEADERS
   kel/config/KELTextTrim.h
   kel/frame/KELModule.h
   kel/forms/KELIdlePass.h
+  kel/forms/KELUndoRecorder.h
 )
 
 # Installs the public headers under a source folder (kel or zed), keeping

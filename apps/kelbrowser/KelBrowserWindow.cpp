@@ -17,6 +17,8 @@
 #include "kel/output/IOutputForm.h"
 #include "kel/output/IOutputList.h"
 #include "kel/output/KELOutputKinds.h"
+#include <QUndoStack>
+#include "kel/forms/KELIdlePass.h"
 #include "kel/output/KELCallReply.h"
 #include "kel/output/KELListModel.h"
 #include "zed/TApplication.h"
@@ -496,6 +498,8 @@ bool KelBrowserWindow::Send()
     // What was sent is what the next form of this directive starts from;
     // the user file keeps it when the browser closes.
     m_form->SaveContents("");
+    // What was sent is where undoing now starts from.
+    m_form->UndoBoundary();
     // One line per message: a multi-line argument shows its line ends as " / ".
     std::string shown = m_requestText;
     for (std::size_t at = shown.find('\n'); at != std::string::npos; at = shown.find('\n', at + 3))
@@ -642,6 +646,11 @@ MiddleDocument* KelBrowserWindow::ShownDocument() const
     return page == m_pages.end() ? nullptr : page->second.get();
 }
 
+IPresentationForm* KelBrowserWindow::ShownForm() const
+{
+    return dynamic_cast<IPresentationForm*>(m_documents->currentWidget());
+}
+
 void KelBrowserWindow::DocumentChosen()
 {
     QWidget* current = m_documents->currentWidget();
@@ -763,6 +772,27 @@ void KelBrowserWindow::BuildMenus()
                          [this] { CloseDocument(m_documents->currentIndex()); });
     workspace->addAction(QStringLiteral("&Quit"), QKeySequence::Quit, this, [this] { close(); });
     // F1 has this one binding: the help of the field that has the focus.
+    // Undo and redo of the shown form's edits. The form itself takes Ctrl+Z
+    // and Ctrl+Shift+Z; the menu only shows them, so that no key has two owners.
+    QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));
+    QAction* undo = edit->addAction(QStringLiteral("&Undo"), this, [this] {
+        if (IPresentationForm* form = ShownForm())
+            form->GetUndoStack()->undo();
+    });
+    QAction* redo = edit->addAction(QStringLiteral("&Redo"), this, [this] {
+        if (IPresentationForm* form = ShownForm())
+            form->GetUndoStack()->redo();
+    });
+    for (auto [action, key] : {std::pair{undo, QKeySequence::Undo}, std::pair{redo, QKeySequence::Redo}}) {
+        action->setShortcut(key);
+        action->setShortcutContext(Qt::WidgetShortcut);
+    }
+    connect(edit, &QMenu::aboutToShow, this, [this, undo, redo] {
+        KELIdlePass::RunNow();  // what was just typed is a step to undo
+        IPresentationForm* form = ShownForm();
+        undo->setEnabled(form && form->GetUndoStack()->canUndo());
+        redo->setEnabled(form && form->GetUndoStack()->canRedo());
+    });
     QMenu* helpMenu = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(4012)));
     helpMenu->addAction(QStringLiteral("&Help on the focused field"), QKeySequence::HelpContents, this,
                         [this] { ShowHelp(); });
@@ -959,6 +989,7 @@ bool KelBrowserWindow::Apply()
         SetMessage(KEL_SEVERITY_INFORMATION, "Nothing to apply: no attribute was changed.");
         return false;
     }
+    m_attributes->UndoBoundary();
     const unsigned int directive = set->GetID();
     const std::string entity = m_attributes->GetEntity().ToString(&m_dictionary);
     return StartCall(*document, std::move(call), "Set", [this, document, directive, entity](TAsyncCall& answered) {

@@ -139,6 +139,8 @@ private:
     void DocumentChosen();
     int FindDocument(const std::string& kind, const std::string& title) const;
     MiddleDocument* ShownDocument() const;
+    // The input or input-output form shown, if one is.
+    IPresentationForm* ShownForm() const;
     void BuildMenus();
     bool OpenDocument(const std::string& kind, const std::string& path);
     bool ReadAttributes(bool showOutputs);

@@ -5,6 +5,7 @@
 #include "kel/frame/IApplication.h"
 #include "kel/forms/IFormLine.h"
 #include "kel/forms/KELIdlePass.h"
+#include "kel/forms/KELUndoRecorder.h"
 #include "kel/frame/ICreationFailedException.h"
 #include "kel/frame/KELResources.h"
 #include "zed/TApplication.h"
@@ -22,6 +23,7 @@ IPresentationForm::IPresentationForm(KELConfigContext* context, QWidget* parent)
     viewport()->setBackgroundRole(QPalette::Window);
     m_pFilter = new KELFilterBox(this, [this](const QString& text) { ApplyFilter(text); });
     setViewportMargins(0, m_pFilter->Room(), 0, 0);
+    m_pUndo = new KELUndoRecorder(*this);
     KELIdlePass::Register(this, [this] { OnIdleUpdateCmdUI(0, 0); });
 }
 
@@ -91,7 +93,11 @@ void IPresentationForm::PostCreate()
     OnNewSize();
 }
 
-void IPresentationForm::PostProcessReply() {}
+void IPresentationForm::PostProcessReply() { UndoBoundary(); }
+
+QUndoStack* IPresentationForm::GetUndoStack() const { return m_pUndo->Stack(); }
+
+void IPresentationForm::UndoBoundary() { m_pUndo->Boundary(); }
 
 void IPresentationForm::OnNewSize()
 {
@@ -121,6 +127,7 @@ int IPresentationForm::OnIdleUpdateCmdUI(unsigned long wParam, long lParam)
         if (auto* line = dynamic_cast<IFormLine*>(&element); line && !line->IsHidden())
             line->OnIdleUpdateCmdUI(wParam, lParam);
     });
+    m_pUndo->Record();
     return 0;
 }
 

@@ -13,6 +13,8 @@
 
 class IControlContainer;
 class KELFilterBox;
+class KELUndoRecorder;
+class QUndoStack;
 class IFormLine;
 class TEntityClass;
 
@@ -49,6 +51,14 @@ public:
     /// Shows only the lines whose label, help or value holds the text (all
     /// when empty), as typing into the filter line does.
     void ApplyFilter(const QString& text);
+    /// The undo and redo of the operator's edits of the form's values (Ctrl+Z,
+    /// Ctrl+Shift+Z): a line's typing, a choice, a set element added or
+    /// removed, a revert or a default is each one step.
+    QUndoStack* GetUndoStack() const;
+    /// A refresh or a send: nothing undone before it can be redone, and what
+    /// the form shows now is what the next step starts from. A reply that
+    /// refreshes the form is one already.
+    void UndoBoundary();
     std::string GetCurrentEntityText() const { return m_currentEntity; }
     void SetCurrentState(const char* entity, unsigned int directive);
     unsigned int& ControlIdCounter() { return m_controlId; }
@@ -73,6 +83,7 @@ protected:
 private:
     IControlContainer* m_pControlContainer = nullptr;  // the scrolled widget; Qt owns it
     KELFilterBox* m_pFilter = nullptr;                 // a child
+    KELUndoRecorder* m_pUndo = nullptr;                // a child
     QString m_filter;
     unsigned int m_controlId = 1;
     std::string m_currentEntity;

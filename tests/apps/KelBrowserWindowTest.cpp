@@ -35,6 +35,9 @@
 
 #include <gmock/gmock.h>
 #include "kel/output/KELOutputKinds.h"
+#include <QMenu>
+#include <QMenuBar>
+#include "kel/forms/KELIdlePass.h"
 
 #include <QLabel>
 
@@ -257,6 +260,37 @@ TEST_F(BrowserWindowTest, F1HasOneBindingAndEnterSendsTheForm)
     QTest::keyClick(comment, Qt::Key_Return);
     EXPECT_EQ(window->GetMessages(), before);
     EXPECT_THAT(comment->toPlainText().toStdString(), EndsWith("one\n"));
+}
+
+// Ctrl+Z in the browser undoes the shown form's edit, with the focus in the
+// text box; the Edit menu shows the keys without owning them a second time.
+TEST_F(BrowserWindowTest, CtrlZUndoesAnEditAndTheEditMenuOffersIt)
+{
+    ASSERT_TRUE(window->OpenForm(kInterface, "Test"));
+    window->show();
+    QApplication::setActiveWindow(window.get());
+    KELIdlePass::RunNow();
+    auto* count = qobject_cast<QLineEdit*>(Line("Count")->GetField()->GetWindow());
+    ASSERT_NE(count, nullptr);
+    const QString before = count->text();
+    count->setFocus();
+    QTest::keyClicks(count, "9");
+    KELIdlePass::RunNow();
+    QTest::keySequence(count, QKeySequence::Undo);
+    EXPECT_EQ(count->text(), before);
+    QTest::keySequence(count, QKeySequence::Redo);
+    EXPECT_EQ(count->text(), before + "9");
+
+    QMenu* edit = nullptr;
+    for (QAction* menu : window->menuBar()->actions())
+        if (menu->text() == "&Edit")
+            edit = menu->menu();
+    ASSERT_NE(edit, nullptr);
+    ASSERT_EQ(edit->actions().size(), 2);
+    EXPECT_EQ(edit->actions()[0]->text(), "&Undo");
+    EXPECT_EQ(edit->actions()[0]->shortcutContext(), Qt::WidgetShortcut) << "no key with two owners";
+    edit->actions()[0]->trigger();
+    EXPECT_EQ(count->text(), before);
 }
 
 TEST_F(BrowserWindowTest, ANewEntityIsTypedCreatedAndThenShownInTheTreeAndThePick)
