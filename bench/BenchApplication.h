@@ -14,5 +14,8 @@ inline void EnsureApplication()
         return;
     if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM"))
         qputenv("QT_QPA_PLATFORM", "offscreen");
-    static QApplication application(argc, argv);
+    // Never destroyed: at exit, Qt's own registries (of input devices, made
+    // when a shown window first meets the pointer) may already be gone.
+    static QApplication* application = new QApplication(argc, argv);
+    (void)application;
 }
