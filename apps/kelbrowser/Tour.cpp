@@ -1,4 +1,5 @@
 #include "Tour.h"
+#include "kel/fields/KELCompositeField.h"
 #include "kel/controls/IControlContainer.h"
 #include "kel/forms/IPresentationForm.h"
 #include "kel/controls/KELFilterBox.h"
@@ -344,6 +345,26 @@ int TourFilter(KelBrowserWindow& window, const std::string& folder, std::ostream
     out << "  filter \"ti\": " << shown << " line(s) shown\n";
     faults += Save(window, folder, "12-filtered-form.png", out) ? 0 : 1;
     form->GetFilterBox()->clear();
+    out << "\n";
+
+    // A record folded to its one line of text.
+    out << "== a folded record\n";
+    KELCompositeField* place = nullptr;
+    form->GetControlContainer()->ForEachElement([&](IPresentationElement& element) {
+        if (auto* line = dynamic_cast<IFormLine*>(&element);
+            line && line->GetLabel() && line->GetLabel()->GetPresentationName() == "Place")
+            place = dynamic_cast<KELCompositeField*>(line->GetField());
+    });
+    if (place && place->GetFoldToggle()) {
+        place->GetFoldToggle()->click();
+        QApplication::processEvents();
+        out << "  Place folded: " << (place->IsFolded() ? "yes" : "no") << "\n";
+        faults += Save(window, folder, "14-folded-record.png", out) ? 0 : 1;
+        place->GetFoldToggle()->click();
+    } else {
+        out << "  no Place record to fold\n";
+        ++faults;
+    }
     out << "\n";
 
     // F1 on a number says its type, range, units, default and access.

@@ -7,6 +7,8 @@ KELFormContext::~KELFormContext() = default;
 
 void KELFormContext::OnNewSize() {}
 
+std::string KELFormContext::GetSettingSection() const { return {}; }
+
 IContainerWnd::IContainerWnd(QWidget* parent) : QWidget(parent) {}
 
 IContainerWnd::~IContainerWnd() = default;

@@ -30,6 +30,7 @@ void IFieldRecord::Create(unsigned int& id, IElementInfo& info)
     container->setObjectName(QStringLiteral("Field Container"));
     SetFieldContainer(container);
     SetWindow(container);
+    OfferFolding();
     m_access = static_cast<int>(info.GetAccess());
     try {
         if (info.HasDictType() && info.GetDictType()) {

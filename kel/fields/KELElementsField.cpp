@@ -160,6 +160,7 @@ void KELElementsField::CreateFrame(unsigned int& id, IElementInfo& info, bool ca
     }
     SetWindow(m_pFrame);
     Arrange();
+    OfferFolding();
 }
 
 void KELElementsField::OnClicked()
@@ -209,19 +210,26 @@ void KELElementsField::SizeHasChanged()
     GetContainer()->SizeHasChanged();
 }
 
-QSize KELElementsField::GetSize() { return IField::GetSize(); }
+QSize KELElementsField::GetSize() { return KELCompositeField::GetSize(); }
 
 QPoint KELElementsField::Move(const QPoint& position)
 {
     if (!Placed("Move"))
         return GetCoordinates();
+    if (IsFolded()) {
+        KELCompositeField::MoveAndResize(position, GetSize());
+        return position;
+    }
     IField::MoveAndResize(position, GetSize());
+    PlaceFolding();
     return position;
 }
 
 QSize KELElementsField::Resize(const QSize& size)
 {
     if (!Placed("Resize"))
+        return GetSize();
+    if (IsFolded())
         return GetSize();
     Arrange();
     return size.expandedTo(GetSize());
@@ -231,8 +239,13 @@ void KELElementsField::MoveAndResize(const QPoint& position, const QSize& size)
 {
     if (!Placed("MoveAndResize"))
         return;
+    if (IsFolded()) {
+        KELCompositeField::MoveAndResize(position, size);
+        return;
+    }
     Arrange();
     IField::MoveAndResize(position, GetSize().expandedTo(QSize(size.width(), GetSize().height())));
+    PlaceFolding();
 }
 
 void KELElementsField::GetValue(std::string& text) const

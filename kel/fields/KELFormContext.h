@@ -2,6 +2,8 @@
 
 #include "kel/KELExport.h"
 
+#include <string>
+
 class IPresentationForm;
 class KELConfigContext;
 class TEntitySpec;
@@ -21,4 +23,6 @@ public:
     virtual unsigned int GetCurrentDirective() const = 0;
     /// The form's lines need another size: the form follows them.
     virtual void OnNewSize();
+    /// The section of the form's settings; empty when it has none.
+    virtual std::string GetSettingSection() const;
 };

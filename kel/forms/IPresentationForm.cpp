@@ -140,6 +140,13 @@ void IPresentationForm::SetCurrentState(const char* entity, unsigned int directi
     m_entity = parsed ? *parsed : TEntitySpec();
 }
 
+std::string IPresentationForm::GetSettingSection() const
+{
+    std::string section;
+    GetSettingSectionName(section, 0);
+    return section;
+}
+
 void IPresentationForm::GetSettingSectionName(std::string& out, long n) const
 {
     std::string id;

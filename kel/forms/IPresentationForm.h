@@ -74,6 +74,7 @@ public:
     KELConfigContext* GetFormConfigContext() const override { return ConfigurationContext(); }
     const TEntitySpec& GetCurrentEntity() const override { return m_entity; }
     unsigned int GetCurrentDirective() const override { return m_currentDirective; }
+    std::string GetSettingSection() const override;
 
 protected:
     /// Forgets the control container (a form that deletes it calls this first).
