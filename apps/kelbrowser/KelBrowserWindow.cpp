@@ -17,6 +17,7 @@
 #include "kel/output/IOutputForm.h"
 #include "kel/output/IOutputList.h"
 #include "kel/output/KELOutputKinds.h"
+#include "kel/fields/KELEnumerationCodes.h"
 #include <QUndoStack>
 #include "kel/forms/KELIdlePass.h"
 #include "kel/output/KELCallReply.h"
@@ -772,6 +773,23 @@ void KelBrowserWindow::BuildMenus()
                          [this] { CloseDocument(m_documents->currentIndex()); });
     workspace->addAction(QStringLiteral("&Quit"), QKeySequence::Quit, this, [this] { close(); });
     // F1 has this one binding: the help of the field that has the focus.
+    // How outputs show values: an enumeration's number beside its name, as
+    // the operator chooses; kept in the context's user file.
+    QMenu* view = menuBar()->addMenu(QStringLiteral("&View"));
+    QAction* codes = view->addAction(QStringLiteral("Enumeration &Numbers in Outputs"));
+    codes->setCheckable(true);
+    std::string kept;
+    if (GetKELapp())
+        GetKELapp()->GetConfigString(m_context, "Outputs", "ShowCodes", kept, "FALSE", 1);
+    codes->setChecked(kept == "TRUE");
+    KELEnumerationCodes::Show(codes->isChecked());
+    connect(codes, &QAction::toggled, this, [this](bool shown) {
+        KELEnumerationCodes::Show(shown);
+        if (IConfiguration* user = m_context ? m_context->GetUserConfigFile() : nullptr)
+            user->SetString("Outputs", "ShowCodes", shown ? "TRUE" : "FALSE", 1);
+        if (const MiddleDocument* document = ShownDocument(); document && document->GetLastCall().call)
+            ShowOutputs(*document->GetLastCall().call, document->GetLastCall().directive, document->GetLastCall().name);
+    });
     // Undo and redo of the shown form's edits. The form itself takes Ctrl+Z
     // and Ctrl+Shift+Z; the menu only shows them, so that no key has two owners.
     QMenu* edit = menuBar()->addMenu(QStringLiteral("&Edit"));

@@ -1,5 +1,7 @@
 #include "kel/fields/IFieldCombo.h"
 
+#include "kel/fields/KELEnumerationCodes.h"
+
 #include "kel/controls/KELControl.h"
 #include "kel/fields/IContainer.h"
 #include "kel/frame/KELResources.h"
@@ -78,11 +80,12 @@ const TDictTypeEnumeration::Item* IFieldCombo::Find(const std::string& text) con
 void IFieldCombo::Choose(const TDictTypeEnumeration::Item* item)
 {
     m_serverDefault = false;
-    const QString text = QString::fromStdString(item->text);
     if (m_pCombo)
         m_pCombo->setCurrentIndex(m_pCombo->findData(item->code));
+    // Shown read-only, with its number where the operator asked; its value stays the name.
+    m_shownText = item->text;
     if (m_pEdit)
-        m_pEdit->setText(text);
+        m_pEdit->setText(QString::fromStdString(KELEnumerationCodes::Text(item->text, item->code)));
 }
 
 void IFieldCombo::ShowNothing(const std::string& text)
@@ -92,6 +95,7 @@ void IFieldCombo::ShowNothing(const std::string& text)
         m_pCombo->setCurrentIndex(-1);
         m_pCombo->setPlaceholderText(QString::fromStdString(text));
     }
+    m_shownText = text;
     if (m_pEdit)
         m_pEdit->setText(QString::fromStdString(text));
 }
@@ -136,7 +140,7 @@ void IFieldCombo::GetValue(std::string& text) const
     else if (m_pCombo)
         text = m_pCombo->currentIndex() < 0 ? std::string() : m_pCombo->currentText().toStdString();
     else if (m_pEdit)
-        text = m_pEdit->text().toStdString();
+        text = m_shownText;
 }
 
 void IFieldCombo::GetPartialRequest(std::string& request) { GetValue(request); }

@@ -2,7 +2,21 @@
 
 #include "kel/frame/KELResources.h"
 #include "kel/output/IPresentationList.h"
+#include "kel/fields/KELEnumerationCodes.h"
+#include "zed/value/TEnumeration.h"
 #include "zed/value/TValue.h"
+
+namespace {
+
+// An enumeration with its number where the operator asked for it.
+std::string ShownText(const TValue& value)
+{
+    if (value.GetDatatype() == ZED_DT_ENUMERATION && value.IsPresent() && !value.HasReason())
+        return KELEnumerationCodes::Text(value.ToString(), static_cast<const TEnumeration&>(value).GetCode());
+    return value.ToString();
+}
+
+} // namespace
 
 IColumn::IColumn(unsigned int id, std::string title, int column, IPresentationList* list)
     : IPresentationElement(id), m_title(std::move(title)), m_column(column), m_pList(list)
@@ -14,7 +28,7 @@ IColumn::~IColumn() = default;
 void IColumn::SetValue(const TValue& value)
 {
     if (m_pList)
-        m_pList->SetCurrentCell(m_column, QString::fromStdString(value.ToString()));
+        m_pList->SetCurrentCell(m_column, QString::fromStdString(ShownText(value)));
 }
 
 void IColumn::SetToNotReturned()

@@ -6,6 +6,9 @@
 #include "kel/output/ICommentLine.h"
 #include "kel/output/IOutputForm.h"
 #include "kel/output/KELCallReply.h"
+#include "kel/fields/KELEnumerationCodes.h"
+#include "kel/output/IOutputList.h"
+#include "kel/output/KELListModel.h"
 #include "support/ShippedNetwork.h"
 #include "zed/call/TCall.h"
 #include "zed/dict/ZedDictCodes.h"
@@ -15,6 +18,7 @@
 #include "zed/value/TValueParser.h"
 
 #include <QFont>
+#include <QLineEdit>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -127,6 +131,37 @@ TEST_F(OutputFormTest, AnAttributeListOpensIntoALinePerAttributeAndUnknownValues
     form->AddValueField(TEntitySpec("Network core Router r1"), TUnsigned16(7, 77), line, true);
     EXPECT_EQ(line, static_cast<long>(keys.size()) - 2) << "the next line's number";
     EXPECT_EQ(Label(line - 1), "Value 77");
+}
+
+// Where the operator asks for it, an enumeration shows its number beside its
+// name in outputs; its value stays the name.
+TEST_F(OutputFormTest, EnumerationsShowTheirNumberWhereTheOperatorAsks)
+{
+    TSyncCall call(TEntitySpec("Network core Router r1"), kShow);
+    call.GetRequest().Add(TEnumeration(std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")), 2, 1));
+    call.Execute();
+    form->CreatePresentation("Output", KELCallReply(call), kShow);
+    ASSERT_EQ(Label(0), "State");
+    const QString plain = static_cast<QLineEdit*>(Line(0)->GetField()->GetWindow())->text();
+    EXPECT_EQ(plain, "Up");
+
+    KELEnumerationCodes::Show(true);
+    IOutputForm numbered;
+    numbered.CreatePresentation("Output", KELCallReply(call), kShow);
+    auto* line = dynamic_cast<IFormLine*>(numbered.GetContainer()->FindElement(0));
+    EXPECT_EQ(static_cast<QLineEdit*>(line->GetField()->GetWindow())->text(), "Up (1)");
+    std::string text;
+    line->GetField()->GetValue(text);
+    EXPECT_EQ(text, "Up") << "the value is still the name";
+
+    IOutputList list;
+    list.CreatePresentationAttr("Show", TEntitySpec("Network core Router r1"), 2);
+    list.ProcessReply(KELCallReply(call));
+    bool numberedCell = false;
+    for (int c = 0; c < list.GetModel()->columnCount(); ++c)
+        numberedCell = numberedCell || list.GetModel()->index(0, c).data().toString() == "Up (1)";
+    EXPECT_TRUE(numberedCell) << "and in a list's cells";
+    KELEnumerationCodes::Show(false);
 }
 
 // A call whose answer the test writes.
