@@ -2,6 +2,9 @@
 #include "ShippedNetwork.h"
 #include "Tour.h"
 #include "TourSupport.h"
+#include "kel/controls/KELFilterBox.h"
+#include "kel/output/KELListModel.h"
+#include "kel/output/IOutputList.h"
 #include "kel/fields/IField.h"
 #include "kel/forms/IFormLine.h"
 #include "kel/forms/IInputOutputForm.h"
@@ -79,6 +82,35 @@ int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agen
     out << window.GetReplyText();
     window.ShowOutput(QStringLiteral("List"));
     faults += Save(window, folder, "22-snmp-interfaces.png", out) ? 0 : 1;
+
+    // An interface with a hardware address: octets that are not text, shown
+    // read-only in hexadecimal with their ASCII beside them.
+    std::string withAddress;
+    if (const IOutputList* list = window.GetOutputList())
+        for (int row = 0; row < list->GetModel()->rowCount() && withAddress.empty(); ++row)
+            for (int column = 1; column < list->GetModel()->columnCount(); ++column)
+                if (const QString cell = list->GetModel()->index(row, column).data().toString();
+                    cell.size() == 17 && cell.count(QLatin1Char(':')) == 5)
+                    withAddress = list->GetModel()->index(row, 0).data().toString().toStdString();
+    out << "\n== Show on " << (withAddress.empty() ? std::string("(no interface with a hardware address)") : withAddress)
+        << "\n";
+    if (!withAddress.empty() && window.OpenForm(withAddress, "Show") && window.GetForm()) {
+        window.GetForm()->GetContainer()->ForEachElement([](IPresentationElement& element) {
+            auto* line = dynamic_cast<IFormLine*>(&element);
+            if (line && line->GetLabel() && line->GetLabel()->GetPresentationName() == "Partition")
+                line->GetField()->SetValue(std::string("All"));
+        });
+        if (window.Send() && window.WaitForCalls()) {
+            window.ShowOutput(QStringLiteral("Reply"));
+            if (IOutputForm* reply = window.GetOutputForm())
+                reply->GetFilterBox()->setText(QStringLiteral("Address"));  // the reply pane is short
+            QApplication::processEvents();
+            faults += Save(window, folder, "24-snmp-hex-octets.png", out) ? 0 : 1;
+        } else {
+            out << "  the interface could not be read\n";
+            ++faults;
+        }
+    }
 
     // Notifications as an agent sends them: a restart, then a link going down.
     out << "\n== Traps to " << module.GetReceiverAddress() << "\n";

@@ -12,6 +12,40 @@
 
 #include <QLineEdit>
 
+#include <optional>
+
+namespace {
+
+int HexDigit(char c)
+{
+    if (c >= '0' && c <= '9')
+        return c - '0';
+    if (c >= 'a' && c <= 'f')
+        return c - 'a' + 10;
+    if (c >= 'A' && c <= 'F')
+        return c - 'A' + 10;
+    return -1;
+}
+
+// Octets that are not text come as hexadecimal, "00:1a:2b"; shown read-only
+// they get their ASCII beside them, as a dump has it: "00:1a:2b  |..+|".
+std::optional<std::string> WithAscii(const std::string& text)
+{
+    if (text.size() < 5 || text.size() % 3 != 2)
+        return std::nullopt;
+    std::string ascii;
+    for (std::size_t at = 0; at < text.size(); at += 3) {
+        const int high = HexDigit(text[at]), low = HexDigit(text[at + 1]);
+        if (high < 0 || low < 0 || (at + 2 < text.size() && text[at + 2] != ':'))
+            return std::nullopt;
+        const int octet = high * 16 + low;
+        ascii.push_back(octet >= 0x20 && octet < 0x7f ? static_cast<char>(octet) : '.');
+    }
+    return text + "  |" + ascii + "|";
+}
+
+} // namespace
+
 IFieldEdit::IFieldEdit(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
 
 IFieldEdit::~IFieldEdit() = default;
@@ -30,16 +64,26 @@ void IFieldEdit::Create(unsigned int& id, IElementInfo& info)
     Resize(QSize(kWidth, TextLineHeight(edit->font())));
 }
 
-void IFieldEdit::GetValue(std::string& text) const { text = m_pEdit ? m_pEdit->text().toStdString() : std::string(); }
+void IFieldEdit::GetValue(std::string& text) const
+{
+    if (m_dump)
+        text = m_dumped;  // the octets, not their dump
+    else
+        text = m_pEdit ? m_pEdit->text().toStdString() : std::string();
+}
 
 void IFieldEdit::SetToNotReturned() { SetValue(KELResources::String(4025)); }
 
 void IFieldEdit::SetValue(const std::string& text)
 {
-    if (m_pEdit) {
-        m_pLimit->SetText(QString::fromStdString(text));
-        m_pEdit->setCursorPosition(0);  // the start of a long text, not its end
-    }
+    if (!m_pEdit)
+        return;
+    const std::optional<std::string> dump =
+        IsReadOnly() && GetDT() == ZED_DT_OCTETSTRING ? WithAscii(text) : std::nullopt;
+    m_dump = dump.has_value();
+    m_dumped = m_dump ? text : std::string();
+    m_pLimit->SetText(QString::fromStdString(dump ? *dump : text));
+    m_pEdit->setCursorPosition(0);  // the start of a long text, not its end
 }
 
 // A value with a reason shows the reason's text: ToString gives it.

@@ -32,5 +32,7 @@ protected:
 
 private:
     QLineEdit* m_pEdit = nullptr;  // the window; a child of the container
+    bool m_dump = false;           // showing hexadecimal octets with their ASCII
+    std::string m_dumped;          // those octets, as they came
     KELTypingLimit* m_pLimit = nullptr;  // the edit's typing limit; a child of the edit
 };

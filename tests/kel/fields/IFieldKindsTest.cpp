@@ -462,3 +462,26 @@ TEST_F(FieldKindsTest, ATextLimitBindsTypingOnly)
 }
 
 } // namespace
+
+namespace {
+
+// Octets that are not text arrive as hexadecimal; shown read-only they get
+// their ASCII column, while the value stays the octets as they came.
+TEST_F(FieldKindsTest, HexadecimalOctetsShowTheirAsciiWhenReadOnly)
+{
+    auto shown = Make<IFieldEdit>(Element(ZED_DT_OCTETSTRING, ZED_ACCESS_READ_ONLY));
+    shown->SetValue(std::string("00:1a:2b:41:7e"));
+    EXPECT_EQ(static_cast<QLineEdit*>(shown->GetWindow())->text().toStdString(), "00:1a:2b:41:7e  |..+A~|");
+    std::string text;
+    shown->GetValue(text);
+    EXPECT_EQ(text, "00:1a:2b:41:7e");
+    for (const char* plain : {"eth0", "00:1", "0g:11", "00-11-22"}) {
+        shown->SetValue(std::string(plain));
+        EXPECT_EQ(static_cast<QLineEdit*>(shown->GetWindow())->text(), plain) << "text stays text";
+    }
+    auto typed = Make<IFieldEdit>(Element(ZED_DT_OCTETSTRING));
+    typed->SetValue(std::string("00:1a:2b"));
+    EXPECT_EQ(static_cast<QLineEdit*>(typed->GetWindow())->text(), "00:1a:2b") << "what can be typed shows as typed";
+}
+
+} // namespace
