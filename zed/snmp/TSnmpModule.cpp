@@ -67,6 +67,7 @@ struct TSnmpModule::Impl {
     std::vector<std::unique_ptr<TSnmpSession>> sessions;  // one per agent, in the file's order
     std::unique_ptr<TSnmpReceiver> receiver;
     std::map<ZedOid, std::pair<const TDictClass*, const TDictEvent*>> traps;
+    std::map<ZedOid, std::string> oidNames;  // what the dictionary calls an OID: its tables, columns, notifications
     std::vector<TCallResult> events;
     EventListener listener;
 
@@ -98,13 +99,40 @@ struct TSnmpModule::Impl {
             sessions.push_back(std::make_unique<TSnmpSession>(agent));
         std::function<void(const TDictClass&)> visit = [&](const TDictClass& cls) {
             for (const TDictEvent& event : cls.GetEvents())
-                if (event.GetSnmpTrap())
+                if (event.GetSnmpTrap()) {
                     traps.emplace(*event.GetSnmpTrap(), std::make_pair(&cls, &event));
+                    oidNames.emplace(*event.GetSnmpTrap(), event.GetName());
+                }
+            if (cls.GetSnmp() && !cls.GetSnmp()->oid.empty()) {
+                oidNames.emplace(cls.GetSnmp()->oid, cls.GetName());
+                for (const TDictAttribute& attribute : cls.GetAttributes())
+                    if (const auto& column = attribute.GetSnmp()) {
+                        ZedOid oid = column->entry.empty() ? cls.GetSnmp()->oid : column->entry;
+                        oid.push_back(column->column);
+                        oidNames.emplace(std::move(oid), cls.GetName() + " " + attribute.GetName());
+                    }
+            }
             for (std::size_t i = 0; i < cls.GetChildCount(); ++i)
                 visit(cls.GetChild(i));
         };
         for (std::size_t i = 0; i < dictionary->GetRootClassCount(); ++i)
             visit(dictionary->GetRootClass(i));
+    }
+
+    // The name of the longest part of the OID the dictionary knows, and the
+    // rest in numbers: "Interface Description.2"; empty when it knows none.
+    std::string NameOf(const ZedOid& oid) const
+    {
+        for (std::size_t length = oid.size(); length > 0; --length) {
+            const auto known = oidNames.find(ZedOid(oid.begin(), oid.begin() + static_cast<std::ptrdiff_t>(length)));
+            if (known == oidNames.end())
+                continue;
+            std::string name = known->second;
+            for (std::size_t at = length; at < oid.size(); ++at)
+                name += "." + std::to_string(oid[at]);
+            return name;
+        }
+        return {};
     }
 
     std::string Who(const TSnmpSession& session) const
@@ -162,7 +190,8 @@ struct TSnmpModule::Impl {
             return missing;
         }
         std::string why;
-        TValuePtr value = ZedSnmpToValue(datum, attribute.GetType(), attribute.GetSnmp()->syntax, attribute.GetID(), &why);
+        TValuePtr value = ZedSnmpToValue(datum, attribute.GetType(), attribute.GetSnmp()->syntax, attribute.GetID(), &why,
+                                         [this](const ZedOid& oid) { return NameOf(oid); });
         if (!value) {
             TTraceStream(ZED_TRACE_SNMP | 1) << where << ": " << attribute.GetName() << ": " << why << endl;
             value = ZEDMakeValue(attribute.GetType(), attribute.GetID());
@@ -573,7 +602,8 @@ struct TSnmpModule::Impl {
             for (const TSnmpVarbind& varbind : notification.varbinds)
                 if (StartsWith(varbind.oid, argument.GetSnmp()->oid)) {
                     if (TValuePtr value = ZedSnmpToValue(varbind.datum, argument.GetType(), argument.GetSnmp()->syntax,
-                                                         argument.GetID()))
+                                                         argument.GetID(), nullptr,
+                                                         [this](const ZedOid& oid) { return NameOf(oid); }))
                         report->Add(std::move(value));
                     break;
                 }

@@ -171,7 +171,7 @@ std::optional<std::string> ZedSnmpTextOctets(std::string_view text, ZedSnmpSynta
 }
 
 TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmpSyntax syntax, unsigned int id,
-                         std::string* error)
+                         std::string* error, const std::function<std::string(const ZedOid&)>& nameOf)
 {
     using Kind = TSnmpDatum::Kind;
     std::string text;
@@ -192,7 +192,12 @@ TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmp
     case Kind::Counter32:
     case Kind::Counter64: text = std::to_string(datum.number); break;
     case Kind::Octets: text = ZedSnmpOctetsText(datum.octets, syntax); break;
-    case Kind::ObjectId: text = ZedOidText(datum.oid); break;
+    case Kind::ObjectId: {
+        text = ZedOidText(datum.oid);
+        if (const std::string name = nameOf ? nameOf(datum.oid) : std::string(); !name.empty())
+            text += " (" + name + ")";
+        break;
+    }
     case Kind::IpAddress: {
         if (datum.octets.size() != 4) {
             Fail(error, "an IpAddress of " + std::to_string(datum.octets.size()) + " octets");
@@ -261,7 +266,11 @@ std::optional<TSnmpDatum> ZedSnmpFromValue(const TValue& given, ZedSnmpSyntax sy
         return datum;
     }
     case ZedSnmpSyntax::ObjectId: {
-        const auto oid = ZedParseOid(text);
+        // The name a reply gave it, "1.3.6.1 (name)", goes back as its numbers.
+        const std::size_t named = text.find(" (");
+        const auto oid = ZedParseOid(named != std::string::npos && !text.empty() && text.back() == ')'
+                                         ? std::string(text.substr(0, named))
+                                         : std::string(text));
         if (!oid)
             return misfit("an OBJECT IDENTIFIER such as 1.3.6.1");
         datum.kind = Kind::ObjectId;

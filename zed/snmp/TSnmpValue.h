@@ -17,6 +17,7 @@
 #include "zed/value/TValue.h"
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -51,8 +52,11 @@ ZED_EXPORT const char* ZedSnmpDatumKindName(TSnmpDatum::Kind kind);
 
 /// The attribute's value of a datum: a value of type with that identifier;
 /// null, with the reason, when the datum does not fit.
+/// An OBJECT IDENTIFIER is written in numbers, with its name after it in
+/// parentheses where nameOf knows one: "1.3.6.1.6.3.1.1.5.3 (linkDown)".
 ZED_EXPORT TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmpSyntax syntax,
-                                    unsigned int id, std::string* error = nullptr);
+                                    unsigned int id, std::string* error = nullptr,
+                                    const std::function<std::string(const ZedOid&)>& nameOf = {});
 /// The datum that sets an object of that syntax to the value; none, with the
 /// reason, when the value does not fit the syntax.
 ZED_EXPORT std::optional<TSnmpDatum> ZedSnmpFromValue(const TValue& value, ZedSnmpSyntax syntax,

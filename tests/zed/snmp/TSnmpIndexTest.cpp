@@ -108,6 +108,18 @@ TEST(SnmpValue, DataBecomeValuesOfTheAttributesTypesAndBack)
     EXPECT_EQ(ZedSnmpOctetsText(std::string("\x90", 1), Syntax::Bits), "0 3");
     EXPECT_EQ(*ZedSnmpTextOctets("0 3", Syntax::Bits), std::string("\x90", 1));
     EXPECT_EQ(ZedSnmpFromValue(TLatin1String("1.3.6.1"), Syntax::ObjectId)->oid, (ZedOid{1, 3, 6, 1}));
+    // An OID the dictionary knows shows its name after its numbers, and goes back as the numbers.
+    datum = TSnmpDatum{};
+    datum.kind = TSnmpDatum::Kind::ObjectId;
+    datum.oid = {1, 3, 6, 1, 6, 3, 1, 1, 5, 3};
+    const auto names = [](const ZedOid& oid) { return oid.size() == 10 ? std::string("linkDown") : std::string(); };
+    const TDictAttribute& description = *dictionary->GetRootClass(0).FindAttribute(std::string("Description"));
+    value = ZedSnmpToValue(datum, description.GetType(), Syntax::ObjectId, 1, nullptr, names);
+    EXPECT_EQ(value->ToString(), "1.3.6.1.6.3.1.1.5.3 (linkDown)");
+    EXPECT_EQ(ZedSnmpFromValue(*value, Syntax::ObjectId)->oid, datum.oid);
+    datum.oid = {1, 3, 6, 1, 4, 1, 8072};
+    EXPECT_EQ(ZedSnmpToValue(datum, description.GetType(), Syntax::ObjectId, 1, nullptr, names)->ToString(),
+              "1.3.6.1.4.1.8072") << "unknown: numbers only";
     EXPECT_EQ(ZedSnmpFromValue(TLatin1String("10.1.2.3"), Syntax::IpAddress)->octets, std::string("\x0a\x01\x02\x03", 4));
     EXPECT_EQ(ZedSnmpFromValue(TOctetString("18446744073709551615"), Syntax::Counter64)->number, UINT64_MAX);
 
