@@ -462,6 +462,7 @@ bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string
     // The same form once: its tab comes forward with what was typed in it.
     if (const int open = FindDocument(document->GetKind(), document->GetTitle()); open >= 0) {
         m_documents->setCurrentIndex(open);
+        m_documents->widget(open)->setFocus(Qt::OtherFocusReason);
         return true;
     }
     auto* form = new IInputForm(m_context);
@@ -474,6 +475,8 @@ bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string
     form->FillWithDefaults();
     form->FillWithCurrentConfig();
     PlaceDocument(form, std::move(document), -1);
+    // The operator fills it in next: its keys (Tab, Ctrl+F, Ctrl+Z) reach it at once.
+    form->setFocus(Qt::OtherFocusReason);
     return true;
 }
 

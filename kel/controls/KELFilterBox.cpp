@@ -30,6 +30,16 @@ bool KELFilterBox::Matches(const QString& filter, const QString& text)
     return filter.isEmpty() || text.contains(filter, Qt::CaseInsensitive);
 }
 
+bool KELFilterBox::event(QEvent* event)
+{
+    if (event->type() == QEvent::ShortcutOverride && static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape
+        && !text().isEmpty()) {
+        event->accept();
+        return true;
+    }
+    return QLineEdit::event(event);
+}
+
 void KELFilterBox::keyPressEvent(QKeyEvent* event)
 {
     if (event->key() == Qt::Key_Escape && !text().isEmpty()) {

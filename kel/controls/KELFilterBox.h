@@ -27,6 +27,8 @@ public:
     static bool Matches(const QString& filter, const QString& text);
 
 protected:
+    // Escape clears a filter before any window-wide Escape (a cancel) takes it.
+    bool event(QEvent* event) override;
     void keyPressEvent(QKeyEvent* event) override;
 
 private:

@@ -35,6 +35,8 @@
 
 #include <gmock/gmock.h>
 #include "kel/output/KELOutputKinds.h"
+#include "kel/forms/IPresentationForm.h"
+#include "kel/controls/KELFilterBox.h"
 #include <QMenu>
 #include <QMenuBar>
 #include "kel/forms/KELIdlePass.h"
@@ -291,6 +293,17 @@ TEST_F(BrowserWindowTest, CtrlZUndoesAnEditAndTheEditMenuOffersIt)
     EXPECT_EQ(edit->actions()[0]->shortcutContext(), Qt::WidgetShortcut) << "no key with two owners";
     edit->actions()[0]->trigger();
     EXPECT_EQ(count->text(), before);
+
+    // Ctrl+F reaches the filter of the form just opened, and Escape clears it
+    // before the window's own Escape (a cancel) can take it.
+    ASSERT_TRUE(window->OpenForm(kInterface, "Echo"));
+    QTest::keySequence(QApplication::focusWidget(), QKeySequence::Find);
+    auto* form = dynamic_cast<IPresentationForm*>(window->GetDocuments()->currentWidget());
+    ASSERT_NE(form, nullptr);
+    ASSERT_EQ(QApplication::focusWidget(), form->GetFilterBox());
+    QTest::keyClicks(form->GetFilterBox(), "ra");
+    QTest::keyClick(form->GetFilterBox(), Qt::Key_Escape);
+    EXPECT_TRUE(form->GetFilterBox()->text().isEmpty());
 }
 
 TEST_F(BrowserWindowTest, ANewEntityIsTypedCreatedAndThenShownInTheTreeAndThePick)
