@@ -15,6 +15,7 @@
 
 #include "BenchApplication.h"
 #include "BenchPair.h"
+#include "WideDictionary.h"
 
 #include <QFormLayout>
 #include <QLabel>
@@ -33,18 +34,6 @@ namespace {
 
 constexpr int kLines = 1000;
 
-void InstallWideDictionary()
-{
-    std::string arguments;
-    for (int i = 1; i <= kLines; ++i)
-        arguments += (i > 1 ? "," : "") + std::string(R"({"id": )") + std::to_string(i) + R"(, "name": "A)"
-                     + std::to_string(i) + R"(", "type": "Unsigned32", "default": ")" + std::to_string(i) + "\"}";
-    const std::string json = R"({"format": "zed-dictionary 1", "partitions": [{"code": 1, "name": "Status"}],
-        "classes": [{"code": 1, "name": "Box", "directives": [{"id": 1, "name": "Wide", "request": [)"
-                             + arguments + "]}]}]}";
-    ZEDGetApplication()->SetDictionary(TDictionary::Parse(json, "wide.json"));
-}
-
 // KEL with a form of 1,000 defaulted lines, shown; the form goes before KEL does.
 class WideForm {
 public:
@@ -52,7 +41,7 @@ public:
     {
         EnsureApplication();
         InitializeKEL("kel_bench");
-        InstallWideDictionary();
+        InstallWideDictionary(kLines);
         form = std::make_unique<IInputForm>(GetKELapp()->DefineNewContext("BENCH"));
         form->resize(800, 600);
         form->CreatePresentation("Wide", TEntitySpec("Box b"), 1);

@@ -8,6 +8,7 @@
 
 #include "BenchApplication.h"
 #include "BenchPair.h"
+#include "WideDictionary.h"
 
 #include <QApplication>
 #include <QFormLayout>
@@ -21,19 +22,6 @@
 #include <vector>
 
 namespace {
-
-// A dictionary with one class whose directive 1 takes `count` numbers, each with a default.
-void InstallWideDictionary(int count)
-{
-    std::string arguments;
-    for (int i = 1; i <= count; ++i)
-        arguments += (i > 1 ? "," : "") + std::string(R"({"id": )") + std::to_string(i) + R"(, "name": "A)"
-                     + std::to_string(i) + R"(", "type": "Unsigned32", "default": ")" + std::to_string(i) + "\"}";
-    const std::string json = R"({"format": "zed-dictionary 1", "partitions": [{"code": 1, "name": "Status"}],
-        "classes": [{"code": 1, "name": "Box", "directives": [{"id": 1, "name": "Wide", "request": [)"
-                             + arguments + "]}]}]}";
-    ZEDGetApplication()->SetDictionary(TDictionary::Parse(json, "wide.json"));
-}
 
 void BuildInputForm(KELConfigContext* context, const TEntitySpec& entity)
 {

@@ -2,26 +2,6 @@
 
 #include "zed/value/TScalarValues.h"
 
-namespace {
-
-const TDictArgument* ArgumentNamed(const std::vector<TDictArgument>& arguments, const std::string& name)
-{
-    for (const TDictArgument& argument : arguments)
-        if (argument.GetName() == name)
-            return &argument;
-    return nullptr;
-}
-
-const TDictReply* ReplyNamed(const std::vector<TDictReply>& replies, const std::string& name)
-{
-    for (const TDictReply& reply : replies)
-        if (reply.GetName() == name)
-            return &reply;
-    return nullptr;
-}
-
-} // namespace
-
 namespace ZedAnswer {
 
 TCallResult Result(const TEntitySpec& entity, TReply reply, unsigned int status)
@@ -46,7 +26,7 @@ TReply Reply(const TDictReply& definition, unsigned int replyType, ZedNamedValue
 {
     TReply reply(replyType, definition.GetReplyCode());
     for (auto& [name, value] : values)
-        if (const TDictArgument* named = ArgumentNamed(definition.GetArguments(), name); named && value) {
+        if (const TDictArgument* named = ZedFindNamed(definition.GetArguments(), name); named && value) {
             value->SetID(named->GetID());
             reply.Add(std::move(value));
         }
@@ -56,7 +36,7 @@ TReply Reply(const TDictReply& definition, unsigned int replyType, ZedNamedValue
 TCallResult Exception(const TEntitySpec& entity, const TDictDirective& directive, const std::string& name,
                       ZedNamedValues values)
 {
-    const TDictReply* definition = ReplyNamed(directive.GetExceptions(), name);
+    const TDictReply* definition = ZedFindNamed(directive.GetExceptions(), name);
     if (!definition)
         return Common(entity, ZED_COMMON_INVALID_REQUEST);
     return Result(entity, Reply(*definition, ZED_REPLY_EXCEPTION, std::move(values)), ZED_STATUS_SPECIALISED_EXCEPTION);

@@ -207,3 +207,13 @@ private:
     std::vector<TDictDirective> m_directives;
     std::vector<TDictEvent> m_events;
 };
+
+/// The first of the dictionary objects with that name, or null.
+template <class Named>
+const Named* ZedFindNamed(const std::vector<Named>& objects, const std::string& name)
+{
+    for (const Named& object : objects)
+        if (object.GetName() == name)
+            return &object;
+    return nullptr;
+}

@@ -14,18 +14,6 @@
 #include <optional>
 #include <utility>
 
-namespace {
-
-const TDictArgument* ArgumentNamed(const std::vector<TDictArgument>& arguments, const std::string& name)
-{
-    for (const TDictArgument& argument : arguments)
-        if (argument.GetName() == name)
-            return &argument;
-    return nullptr;
-}
-
-} // namespace
-
 struct TSimulatedNetwork::Impl {
     explicit Impl(TDictionaryPtr dictionary) : dictionary(dictionary), store(std::move(dictionary)) {}
 
@@ -229,14 +217,6 @@ struct TSimulatedNetwork::Impl {
 
     // ---- events ------------------------------------------------------------
 
-    static const TDictEvent* EventNamed(const TDictClass& cls, const std::string& name)
-    {
-        for (const TDictEvent& event : cls.GetEvents())
-            if (event.GetName() == name)
-                return &event;
-        return nullptr;
-    }
-
     std::unique_ptr<TEventReport> NewReport(const TEntitySpec& entity, const TDictEvent& event) const
     {
         auto report = std::make_unique<TEventReport>(event.GetID());
@@ -260,7 +240,7 @@ struct TSimulatedNetwork::Impl {
         const TDictClass& cls = *instance.cls;
         const TDictAttribute* admin = cls.FindAttribute(std::string("AdminState"));
         const TDictAttribute* state = cls.FindAttribute(std::string("State"));
-        const TDictEvent* event = EventNamed(cls, "LinkStateChanged");
+        const TDictEvent* event = ZedFindNamed(cls.GetEvents(), "LinkStateChanged");
         if (!admin || !state || !event || !changed.FindAttribute(admin->GetID()))
             return;
         const bool locked = changed[admin->GetID()].ToString() == "Locked";
@@ -269,11 +249,11 @@ struct TSimulatedNetwork::Impl {
             return;
         instance.attributes.Put(now->Clone());
         auto report = NewReport(entity, *event);
-        if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "State")) {
+        if (const TDictArgument* a = ZedFindNamed(event->GetArguments(), "State")) {
             now->SetID(a->GetID());
             report->Add(std::move(now));
         }
-        if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "Reason"); a && locked)
+        if (const TDictArgument* a = ZedFindNamed(event->GetArguments(), "Reason"); a && locked)
             report->Add(std::make_unique<TLatin1String>("administratively locked", a->GetID()));
         Queue(entity, std::move(report));
     }
@@ -283,13 +263,13 @@ struct TSimulatedNetwork::Impl {
     void Report(const TEntitySpec& entity, const TDictClass& cls, const TDictDirective& directive,
                 const TAttributeList& changed, TSimInstanceStore::Instance* instance)
     {
-        const TDictEvent* event = EventNamed(cls, "ConfigurationChanged");
+        const TDictEvent* event = ZedFindNamed(cls.GetEvents(), "ConfigurationChanged");
         if (!event)
             return;
         auto report = NewReport(entity, *event);
-        if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "Directive"))
+        if (const TDictArgument* a = ZedFindNamed(event->GetArguments(), "Directive"))
             report->Add(std::make_unique<TSimpleName>(directive.GetName(), a->GetID()));
-        if (const TDictArgument* a = ArgumentNamed(event->GetArguments(), "Attributes")) {
+        if (const TDictArgument* a = ZedFindNamed(event->GetArguments(), "Attributes")) {
             TValuePtr list = changed.Clone();
             list->SetID(a->GetID());
             report->Add(std::move(list));
