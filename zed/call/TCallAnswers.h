@@ -23,6 +23,9 @@ inline constexpr unsigned int ZED_COMMON_NO_ANSWER = 4;
 inline constexpr unsigned int ZED_COMMON_NOT_AUTHORIZED = 5;
 /// The agent refused the request for another reason (an SNMP error status).
 inline constexpr unsigned int ZED_COMMON_AGENT_ERROR = 6;
+/// The rows given are not all there are (a bound was reached, rows could
+/// not be read); it follows the rows it speaks of.
+inline constexpr unsigned int ZED_COMMON_LIST_INCOMPLETE = 7;
 
 /// A reply's values by their arguments' names.
 using ZedNamedValues = std::vector<std::pair<std::string, TValuePtr>>;

@@ -153,6 +153,9 @@ public:
     const std::vector<TDictArgument>& GetArguments() const { return m_arguments; }
     /// The OID of the SNMP notification that reports the event, if one does.
     const std::optional<ZedOid>& GetSnmpTrap() const { return m_snmpTrap; }
+    /// The event reports the notifications of an agent that no other event
+    /// binds, with their OID ("Notification") and variables ("Variables") as text.
+    bool IsSnmpUnbound() const { return m_snmpUnbound; }
 
 private:
     friend class TDictionaryLoader;
@@ -161,6 +164,7 @@ private:
     std::string m_presentationName;
     std::vector<TDictArgument> m_arguments;
     std::optional<ZedOid> m_snmpTrap;
+    bool m_snmpUnbound = false;
 };
 
 /// An entity class: attributes, directives (the common exceptions under

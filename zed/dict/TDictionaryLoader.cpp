@@ -295,8 +295,16 @@ private:
             uniqueEvent.Code(e.Key("id"), event.m_id);
             uniqueEvent.Name(e.Key("name"), event.m_name);
             event.m_arguments = ReadArguments(e.Key("arguments"));
-            if (e.Has("snmp"))
-                event.m_snmpTrap = ReadOid(e.Key("snmp").ExpectObject({"trap"}).Key("trap"));
+            if (e.Has("snmp")) {
+                const ZedJsonNode snmp = e.Key("snmp").ExpectObject({"trap", "unbound"});
+                if (snmp.Has("unbound") == snmp.Has("trap"))
+                    snmp.Fail("expected either \"trap\" (a notification's OID) or \"unbound\": true");
+                if (snmp.Has("unbound") && !snmp.Key("unbound").Bool())
+                    snmp.Key("unbound").Fail("expected true: leave \"unbound\" out otherwise");
+                event.m_snmpUnbound = snmp.Has("unbound");
+                if (snmp.Has("trap"))
+                    event.m_snmpTrap = ReadOid(snmp.Key("trap"));
+            }
             cls->m_events.push_back(std::move(event));
         });
 

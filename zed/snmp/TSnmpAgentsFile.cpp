@@ -4,6 +4,7 @@
 #include "zed/ZedFile.h"
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <charconv>
@@ -30,6 +31,9 @@ std::string Lower(std::string text)
 
 // net-snmp refuses shorter pass phrases when it makes the keys.
 constexpr std::size_t kShortestKey = 8;
+// Bounds of the bounds: a count past these is a typing slip, not a wish.
+constexpr std::size_t kMostBound = 10000000;
+constexpr std::size_t kMostWalkBytes = std::size_t(1) << 32;
 
 class AgentsReader {
 public:
@@ -119,9 +123,12 @@ private:
         if (!m_keys.insert(lower).second)
             Fail("the key " + key + " is given twice in this section");
         if (!m_agent) {
-            if (lower != "address")
-                Fail("unknown key " + key + " in Notifications: expected Address");
-            m_result.receiverAddress = NonEmpty(key, value);
+            if (lower == "address")
+                m_result.receiverAddress = NonEmpty(key, value);
+            else if (lower == "mostwaiting")
+                m_result.mostWaiting = Count(key, value, kMostBound);
+            else
+                Fail("unknown key " + key + " in Notifications: expected Address or MostWaiting");
             return;
         }
         TSnmpAgent& a = *m_agent;
@@ -137,6 +144,14 @@ private:
             a.timeout = Seconds(value);
         else if (lower == "retries")
             a.retries = Retries(value);
+        else if (lower == "trapcommunity")
+            a.trapCommunity = NonEmpty(key, value);
+        else if (lower == "walkrows")
+            a.walkRows = Count(key, value, kMostBound);
+        else if (lower == "walkbytes")
+            a.walkBytes = Count(key, value, kMostWalkBytes);
+        else if (lower == "walktime")
+            a.walkTime = Seconds(value, key);
         else if (lower == "user")
             a.user = NonEmpty(key, value);
         else if (lower == "authprotocol")
@@ -150,8 +165,9 @@ private:
         else if (lower == "level")
             a.level = Level(value);
         else
-            Fail("unknown key " + key + ": expected Address, Version, Community, WriteCommunity, Timeout, Retries, "
-                                        "User, Level, AuthProtocol, AuthKey, PrivProtocol or PrivKey");
+            Fail("unknown key " + key + ": expected Address, Version, Community, WriteCommunity, TrapCommunity, "
+                                        "Timeout, Retries, WalkRows, WalkBytes, WalkTime, User, Level, AuthProtocol, "
+                                        "AuthKey, PrivProtocol or PrivKey");
     }
 
     void Close()
@@ -234,13 +250,22 @@ private:
         Fail("Level \"" + value + "\" is not noAuthNoPriv, authNoPriv or authPriv");
     }
 
-    double Seconds(const std::string& value) const
+    double Seconds(const std::string& value, const std::string& key = "Timeout") const
     {
         double seconds = 0;
         const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), seconds);
         if (error != std::errc() || end != value.data() + value.size() || !(seconds >= 0.01 && seconds <= 3600))
-            Fail("Timeout \"" + value + "\" is not a number of seconds from 0.01 to 3600");
+            Fail(key + " \"" + value + "\" is not a number of seconds from 0.01 to 3600");
         return seconds;
+    }
+
+    std::size_t Count(const std::string& key, const std::string& value, std::size_t most) const
+    {
+        std::size_t count = 0;
+        const auto [end, error] = std::from_chars(value.data(), value.data() + value.size(), count);
+        if (error != std::errc() || end != value.data() + value.size() || count < 1 || count > most)
+            Fail(key + " \"" + value + "\" is not a whole number from 1 to " + std::to_string(most));
+        return count;
     }
 
     int Retries(const std::string& value) const
@@ -282,13 +307,20 @@ TSnmpAgents ZedReadAgentsFile(const std::string& path)
 {
     TSnmpAgents agents = ZedParseAgents(ZedReadFile(path, "agents file"), path);
     struct stat info {};
+    if (stat(path.c_str(), &info) != 0)
+        return agents;  // read a moment ago: gone since, as if read before
+    char mode[8];
+    std::snprintf(mode, sizeof mode, "%04o", unsigned(info.st_mode & 07777));
+    if (info.st_mode & (S_IWGRP | S_IWOTH))
+        throw TException(path + ": its group or others may write it (mode " + mode
+                         + "), and so point an agent at a host of their own; make it private with: chmod 600 " + path);
+    if (info.st_uid != geteuid() && info.st_uid != 0)
+        throw TException(path + ": it belongs to another user (uid " + std::to_string(info.st_uid)
+                         + "), who may point an agent at a host of their own; copy it to a file of your own");
     const bool secret = std::any_of(agents.agents.begin(), agents.agents.end(),
                                     [](const TSnmpAgent& a) { return a.HoldsSecrets(); });
-    if (secret && stat(path.c_str(), &info) == 0 && (info.st_mode & (S_IRGRP | S_IROTH))) {
-        char mode[8];
-        std::snprintf(mode, sizeof mode, "%04o", unsigned(info.st_mode & 07777));
+    if (secret && (info.st_mode & (S_IRGRP | S_IROTH)))
         throw TException(path + ": holds keys or a write community but its group or others may read it (mode "
                          + mode + "); make it private with: chmod 600 " + path);
-    }
     return agents;
 }

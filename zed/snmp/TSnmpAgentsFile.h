@@ -15,14 +15,23 @@
 //
 //     [ Notifications ]
 //         Address = udp:127.0.0.1:1162
+//         MostWaiting = 10000
 //     [ End Notifications ]
 //
-// SNMPv3 agents name a User with its keys instead of communities. A file
-// that holds keys or a write community must not be readable by its group or
-// others: it is refused otherwise.
+// SNMPv3 agents name a User with its keys instead of communities. An agent's
+// notifications are taken only from its host and with its community (or its
+// TrapCommunity), or from its user at its Level or stronger. A walk of a
+// table stops at WalkRows rows, WalkBytes octets of values or WalkTime
+// seconds, whichever comes first, and says the list is incomplete.
+//
+// Whoever can write the file can point an agent at a host of their own and
+// collect its write community: a file that its group or others may write, or
+// that neither its reader nor root owns, is refused. One that holds keys or a
+// write community must not be readable by its group or others either.
 
 #include "zed/ZedExport.h"
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -42,6 +51,16 @@ struct ZED_EXPORT TSnmpAgent {
     /// Seconds to wait for each try, and how many more tries after the first.
     double timeout = 1.0;
     int retries = 1;
+    /// The community its notifications come with, when it is not Community.
+    std::string trapCommunity;
+    /// A walk's bounds: rows, octets of values, seconds.
+    std::size_t walkRows = kDefaultWalkRows;
+    std::size_t walkBytes = kDefaultWalkBytes;
+    double walkTime = kDefaultWalkTime;
+
+    static constexpr std::size_t kDefaultWalkRows = 100000;
+    static constexpr std::size_t kDefaultWalkBytes = 16 * 1024 * 1024;
+    static constexpr double kDefaultWalkTime = 60;
 
     // SNMPv3 (user-based security)
     std::string user;
@@ -53,21 +72,26 @@ struct ZED_EXPORT TSnmpAgent {
 
     /// What the file holds that only its owner may read.
     bool HoldsSecrets() const { return !writeCommunity.empty() || !authKey.empty() || !privKey.empty(); }
+    /// The community its notifications must carry.
+    const std::string& NotificationCommunity() const { return trapCommunity.empty() ? community : trapCommunity; }
 };
 
 /// The whole file: its agents in order, and where notifications are received.
 struct ZED_EXPORT TSnmpAgents {
     static constexpr const char* kDefaultReceiver = "udp:127.0.0.1:1162";
+    static constexpr std::size_t kDefaultMostWaiting = 10000;
 
     std::vector<TSnmpAgent> agents;
     std::string receiverAddress = kDefaultReceiver;
+    /// Events not yet taken past this many drop their oldest.
+    std::size_t mostWaiting = kDefaultMostWaiting;
 
     /// The agent of that name, or null.
     const TSnmpAgent* Find(const std::string& name) const;
 };
 
 /// Reads the agents file; throws TException "<path>:<line>: <fault>", or
-/// "<path>: ..." for a file whose secrets others can read.
+/// "<path>: ..." for a file others may write or whose secrets they may read.
 ZED_EXPORT TSnmpAgents ZedReadAgentsFile(const std::string& path);
 /// The same from text (source names it in faults); permissions are not checked.
 ZED_EXPORT TSnmpAgents ZedParseAgents(const std::string& text, const std::string& source);

@@ -2,6 +2,7 @@
 
 #include "zed/TApplication.h"
 #include "zed/TException.h"
+#include "zed/ZedText.h"
 #include "zed/call/TCallAnswers.h"
 #include "zed/snmp/TSnmpIndex.h"
 #include "zed/snmp/TSnmpReceiver.h"
@@ -23,23 +24,14 @@
 namespace {
 
 constexpr long kCreateAndGo = 4;
+
+// The unbound event's arguments, and why a notification nothing reports is counted.
+constexpr const char* kUnboundOid = "Notification";
+constexpr const char* kUnboundVariables = "Variables";
+constexpr const char* kNoEvent = "no event of the dictionary reports it";
 constexpr long kDestroy = 6;
 
 using Kind = TDictSnmpClass::Kind;
-
-// The host of an agent's address: "udp:127.0.0.1:16161" -> "127.0.0.1".
-std::string HostOf(std::string address)
-{
-    for (const char* prefix : {"udp:", "udp6:", "tcp:", "tcp6:", "UDP:", "TCP:"})
-        if (address.rfind(prefix, 0) == 0)
-            address = address.substr(std::string(prefix).size());
-    if (!address.empty() && address.front() == '[')
-        return address.substr(1, address.find(']') - 1);
-    const auto colon = address.rfind(':');
-    if (colon != std::string::npos && address.find(':') == colon)
-        return address.substr(0, colon);
-    return address;
-}
 
 ZedOid Joined(ZedOid oid, const ZedOid& tail)
 {
@@ -68,7 +60,9 @@ struct TSnmpModule::Impl {
     std::unique_ptr<TSnmpReceiver> receiver;
     std::map<ZedOid, std::pair<const TDictClass*, const TDictEvent*>> traps;
     std::map<ZedOid, std::string> oidNames;  // what the dictionary calls an OID: its tables, columns, notifications
+    std::pair<const TDictClass*, const TDictEvent*> unbound{};  // the event of notifications no other binds
     std::vector<TCallResult> events;
+    TSnmpNotificationCounts counts;  // the module's own: events dropped, notifications no event reports
     EventListener listener;
 
     // A call in flight: one part per agent asked (or per fault found at once).
@@ -98,11 +92,14 @@ struct TSnmpModule::Impl {
         for (const TSnmpAgent& agent : agents.agents)
             sessions.push_back(std::make_unique<TSnmpSession>(agent));
         std::function<void(const TDictClass&)> visit = [&](const TDictClass& cls) {
-            for (const TDictEvent& event : cls.GetEvents())
+            for (const TDictEvent& event : cls.GetEvents()) {
+                if (event.IsSnmpUnbound() && !unbound.first)
+                    unbound = {&cls, &event};
                 if (event.GetSnmpTrap()) {
                     traps.emplace(*event.GetSnmpTrap(), std::make_pair(&cls, &event));
                     oidNames.emplace(*event.GetSnmpTrap(), event.GetName());
                 }
+            }
             if (cls.GetSnmp() && !cls.GetSnmp()->oid.empty()) {
                 oidNames.emplace(cls.GetSnmp()->oid, cls.GetName());
                 for (const TDictAttribute& attribute : cls.GetAttributes())
@@ -195,9 +192,33 @@ struct TSnmpModule::Impl {
         if (!value) {
             TTraceStream(ZED_TRACE_SNMP | 1) << where << ": " << attribute.GetName() << ": " << why << endl;
             value = ZEDMakeValue(attribute.GetType(), attribute.GetID());
-            value->SetReason(ZED_REASON_INVALID_VALUE);
+            value->SetReason(ZED_REASON_INVALID_VALUE, ZedEscapeControls(why));
         }
         return value;
+    }
+
+    // The value of each attribute asked for, found in the answer by its
+    // object's OID: an agent may answer in another order or leave an object
+    // out, and a value is never put under another attribute's name.
+    void AddAnswered(TAttributeList& list, const std::vector<const TDictAttribute*>& asked,
+                     const std::vector<TSnmpVarbind>& sent, const TSnmpAnswer& answer, const std::string& who) const
+    {
+        std::map<ZedOid, const TSnmpDatum*> answered;
+        for (const TSnmpVarbind& varbind : answer.varbinds)
+            answered.emplace(varbind.oid, &varbind.datum);
+        for (std::size_t i = 0; i < asked.size() && i < sent.size(); ++i) {
+            const TDictAttribute& attribute = *asked[i];
+            const TAttributeID id(attribute.GetID(), attribute.GetName());
+            if (const auto found = answered.find(sent[i].oid); found != answered.end()) {
+                list.Add(TAttribute(id, ValueOf(attribute, *found->second, who)));
+                continue;
+            }
+            TTraceStream(ZED_TRACE_SNMP | 1) << who << " did not return " << attribute.GetName() << " ("
+                                             << ZedOidText(sent[i].oid) << ")" << endl;
+            TValuePtr missing = ZEDMakeValue(attribute.GetType(), attribute.GetID());
+            missing->SetReason(ZED_REASON_NOT_AVAILABLE, "not returned by the agent");
+            list.Add(TAttribute(id, std::move(missing)));
+        }
     }
 
     // The index columns' values out of a row's name.
@@ -243,6 +264,23 @@ struct TSnmpModule::Impl {
         return ZedAnswer::Common(target.entity, refusedWho ? ZED_COMMON_NOT_AUTHORIZED : ZED_COMMON_AGENT_ERROR,
                                  who + " refused the " + operation + (object.empty() ? "" : " of " + object) + ": "
                                      + ZedSnmpErrorStatusName(answer.errorStatus));
+    }
+
+    // The list's last word when it is not the whole table: why, and how many
+    // rows it does hold.
+    TCallResult Incomplete(const Target& target, std::size_t rows, const std::string& bound,
+                           std::size_t unreadable) const
+    {
+        std::string reason = Who(*target.session) + ": the list of " + target.cls->GetName() + " is incomplete ("
+                             + std::to_string(rows) + (rows == 1 ? " row" : " rows") + " shown)";
+        if (!bound.empty())
+            reason += ": " + bound;
+        if (unreadable)
+            reason += std::string(bound.empty() ? ": " : "; ") + std::to_string(unreadable)
+                      + (unreadable == 1 ? " row was" : " rows were") + " left out, their index not one of "
+                      + target.cls->GetName();
+        TTraceStream(ZED_TRACE_SNMP | 1) << reason << endl;
+        return ZedAnswer::Common(target.entity, ZED_COMMON_LIST_INCOMPLETE, reason);
     }
 
     // ---- the call's bookkeeping --------------------------------------------
@@ -322,9 +360,7 @@ struct TSnmpModule::Impl {
                 }
                 auto list = std::make_unique<TAttributeList>();
                 AddIndex(*list, *target.cls, parts);
-                for (std::size_t i = 0; i < asked.size() && i < answer.varbinds.size(); ++i)
-                    list->Add(TAttribute(TAttributeID(asked[i]->GetID(), asked[i]->GetName()),
-                                         ValueOf(*asked[i], answer.varbinds[i].datum, Who(*target.session))));
+                AddAnswered(*list, asked, sent, answer, Who(*target.session));
                 Finish(ticket, part, {Attributes(target, std::move(list))});
             });
         call.requests.emplace_back(target.session, key);
@@ -345,17 +381,19 @@ struct TSnmpModule::Impl {
             columns.push_back(ObjectOf(cls, *attribute, {}));
         const std::size_t part = Reserve(call);
         const TSnmpIndex index = TSnmpIndex::Of(cls);
+        const TSnmpAgent& agent = target.session->GetAgent();
         auto walk = std::make_unique<TSnmpWalk>(
-            *target.session, std::move(columns),
-            [this, ticket, part, target, asked, walked, index, depth](std::optional<TSnmpAnswer> failure,
-                                                                       TSnmpWalk::Rows rows) {
+            *target.session, std::move(columns), TSnmpWalk::Bounds{agent.walkRows, agent.walkBytes, agent.walkTime},
+            [this, ticket, part, target, asked, walked, index, depth](TSnmpWalk::Ending ending, TSnmpWalk::Rows rows) {
                 std::vector<TCallResult> results;
+                std::size_t unreadable = 0;
                 for (auto& [suffix, cells] : rows) {
                     const auto parts = index.Decode(suffix);
                     if (!parts) {
                         TTraceStream(ZED_TRACE_SNMP | 1) << Who(*target.session) << ": a row of " << target.cls->GetName()
                                                          << " whose index " << ZedOidText(suffix) << " does not fit"
                                                          << endl;
+                        ++unreadable;
                         continue;
                     }
                     Target row = target;
@@ -369,9 +407,11 @@ struct TSnmpModule::Impl {
                                                          Who(*target.session))));
                     results.push_back(Attributes(row, std::move(list)));
                 }
-                if (failure)
-                    if (auto refused = Refusal(target, *failure, "GetBulk", {}, {}))
+                if (ending.failure)
+                    if (auto refused = Refusal(target, *ending.failure, "GetBulk", {}, {}))
                         results.push_back(std::move(*refused));
+                if (!ending.bound.empty() || unreadable)
+                    results.push_back(Incomplete(target, results.size(), ending.bound, unreadable));
                 Finish(ticket, part, std::move(results));
             });
         call.walks.push_back(std::move(walk));
@@ -435,9 +475,7 @@ struct TSnmpModule::Impl {
                     return;
                 }
                 auto list = std::make_unique<TAttributeList>();
-                for (std::size_t i = 0; i < named.size() && i < answer.varbinds.size(); ++i)
-                    list->Add(TAttribute(TAttributeID(named[i]->GetID(), named[i]->GetName()),
-                                         ValueOf(*named[i], answer.varbinds[i].datum, Who(*target.session))));
+                AddAnswered(*list, named, sent, answer, Who(*target.session));
                 Finish(ticket, part, {Attributes(target, std::move(list))});
             });
         call.requests.emplace_back(target.session, key);
@@ -547,26 +585,11 @@ struct TSnmpModule::Impl {
 
     // ---- notifications -----------------------------------------------------
 
-    std::string AgentOf(const TSnmpNotification& notification) const
-    {
-        const TSnmpAgent* first = nullptr;
-        for (const TSnmpAgent& agent : agents.agents) {
-            if (HostOf(agent.address) != notification.source)
-                continue;
-            if (agent.community == notification.community || agent.user == notification.community)
-                return agent.name;
-            if (!first)
-                first = &agent;
-        }
-        return first ? first->name : notification.source;
-    }
-
     void Report(const TSnmpNotification& notification)
     {
         const auto found = traps.find(notification.trap);
         if (found == traps.end()) {
-            TTraceStream(ZED_TRACE_SNMP | 4) << "notification " << ZedOidText(notification.trap) << " from "
-                                             << notification.source << " is not an event of the dictionary" << endl;
+            ReportUnbound(notification);
             return;
         }
         const auto [cls, event] = found->second;
@@ -575,7 +598,7 @@ struct TSnmpModule::Impl {
         for (const TDictClass* c = cls; c; c = c->GetParent())
             path.insert(path.begin(), c);
         TEntitySpec entity;
-        entity.AddClass(path.front()->GetCode(), AgentOf(notification));
+        entity.AddClass(path.front()->GetCode(), notification.agent);
         if (path.size() > 1) {
             std::optional<std::string> row;
             const TSnmpIndex index = TSnmpIndex::Of(*cls);
@@ -608,9 +631,63 @@ struct TSnmpModule::Impl {
                     break;
                 }
         }
-        TReply reply(ZED_REPLY_RESPONSE, event->GetID());
+        Queue(entity, std::move(report));
+    }
+
+    // A notification of an agent that no event binds: the dictionary's
+    // event for such notifications, with its OID and variables as text.
+    void ReportUnbound(const TSnmpNotification& notification)
+    {
+        if (!unbound.first) {
+            counts.Refuse(kNoEvent);
+            TTraceStream(ZED_TRACE_SNMP | 1) << "notification " << ZedOidText(notification.trap) << " from agent "
+                                             << notification.agent << ": " << kNoEvent << endl;
+            return;
+        }
+        const auto [cls, event] = unbound;
+        TEntitySpec entity;
+        entity.AddClass(cls->GetCode(), notification.agent);
+        auto report = std::make_unique<TEventReport>(event->GetID());
+        report->SetEntity(entity);
+        report->SetTime(TAbsTime::Now().GetMilliseconds());
+        std::string variables;
+        for (const TSnmpVarbind& varbind : notification.varbinds) {
+            const std::string name = NameOf(varbind.oid);
+            variables += (variables.empty() ? "" : "; ") + (name.empty() ? ZedOidText(varbind.oid) : name) + " = "
+                         + ZedEscapeControls(ZedSnmpDatumText(varbind.datum));
+        }
+        const std::string trapName = NameOf(notification.trap);
+        const std::pair<const char*, std::string> texts[] = {
+            {kUnboundOid, ZedOidText(notification.trap) + (trapName.empty() ? "" : " (" + trapName + ")")},
+            {kUnboundVariables, variables},
+        };
+        for (const auto& [name, text] : texts)
+            if (const TDictArgument* argument = FindArgument(*event, name))
+                if (TValuePtr value = ZEDParseValue(argument->GetType(), text, argument->GetID(), {dictionary.get(), cls}))
+                    report->Add(std::move(value));
+        Queue(entity, std::move(report));
+    }
+
+    static const TDictArgument* FindArgument(const TDictEvent& event, const std::string& name)
+    {
+        for (const TDictArgument& argument : event.GetArguments())
+            if (argument.GetName() == name)
+                return &argument;
+        return nullptr;
+    }
+
+    // Events wait, at most the agents file's bound of them, to be taken.
+    void Queue(const TEntitySpec& entity, std::unique_ptr<TEventReport> report)
+    {
+        const unsigned int event = report->GetEventID();
+        TReply reply(ZED_REPLY_RESPONSE, event);
         reply.Add(std::move(report));
         events.push_back(ZedAnswer::Result(entity, std::move(reply), ZED_STATUS_RESPONSE));
+        if (events.size() > agents.mostWaiting) {
+            const std::size_t excess = events.size() - agents.mostWaiting;
+            events.erase(events.begin(), events.begin() + static_cast<std::ptrdiff_t>(excess));
+            counts.dropped += excess;
+        }
     }
 
     // ---- turns -------------------------------------------------------------
@@ -707,6 +784,15 @@ void TSnmpModule::Cancel(TCallTicket ticket)
 void TSnmpModule::AddWaitSet(ZedWaitSet& set) const { m_pImpl->AddWaitSet(set); }
 
 void TSnmpModule::ProcessReady() { m_pImpl->ProcessReady(); }
+
+TSnmpNotificationCounts TSnmpModule::GetNotificationCounts() const
+{
+    TSnmpNotificationCounts counts = m_pImpl->receiver ? m_pImpl->receiver->GetCounts() : TSnmpNotificationCounts{};
+    for (const auto& [reason, count] : m_pImpl->counts.refused)
+        counts.refused[reason] += count;
+    counts.dropped += m_pImpl->counts.dropped;
+    return counts;
+}
 
 std::vector<TCallResult> TSnmpModule::TakeEvents() { return std::exchange(m_pImpl->events, {}); }
 

@@ -20,13 +20,17 @@
 // (4, a timeout), NotAuthorized (5: authentication, authorizationError,
 // noAccess) and AgentError (6: any other error status or failure).
 //
-// Notifications arriving at the receiver's address become event reports of
-// the dictionary's events bound to their trap OIDs, on the entity of the
-// agent that sent them.
+// Notifications arriving at the receiver's address, once checked against the
+// agents file (TSnmpReceiver.h), become event reports of the dictionary's
+// events bound to their trap OIDs, on the entity of the agent that sent them;
+// one no event binds becomes the dictionary's "unbound" event. At most the
+// agents file's MostWaiting events wait to be taken; older ones are dropped
+// and counted.
 
 #include "zed/call/TManagementModule.h"
 #include "zed/dict/TDictionary.h"
 #include "zed/snmp/TSnmpAgentsFile.h"
+#include "zed/snmp/TSnmpNotificationCounts.h"
 
 #include <memory>
 #include <string>
@@ -42,6 +46,8 @@ public:
     const TSnmpAgents& GetAgents() const;
     /// The address notifications are received on; empty when none are.
     std::string GetReceiverAddress() const;
+    /// What became of the notifications: taken, refused and why, lost, dropped.
+    TSnmpNotificationCounts GetNotificationCounts() const;
 
     /// Waits for the answers: for callers outside an event loop.
     std::vector<TCallResult> Execute(const TEntitySpec& entity, unsigned int directive,

@@ -1,10 +1,15 @@
 #pragma once
 
 // Where agents' notifications arrive: SNMPv1 and SNMPv2c traps and informs,
-// and SNMPv3 informs from the users of the agents file. Informs are
-// acknowledged as they are read.
+// and SNMPv3 informs from the users of the agents file. A notification is
+// believed only once it is checked: it comes from the host of an agent of the
+// agents file, with that agent's community, or as its user at its security
+// level or stronger. An inform is acknowledged only then. What is refused is
+// counted by reason and traced, never dropped unsaid; an SNMPv1 trap's
+// agent-address is never taken over the address it came from.
 
 #include "zed/call/ZedWaitSet.h"
+#include "zed/snmp/TSnmpNotificationCounts.h"
 #include "zed/snmp/TSnmpSession.h"
 
 #include <memory>
@@ -12,9 +17,11 @@
 #include <string>
 #include <vector>
 
-/// One notification as it came.
+/// One notification that passed its checks.
 struct ZED_EXPORT TSnmpNotification {
-    /// The sender's address ("127.0.0.1") and the community or user it spoke as.
+    /// The agent of the agents file it is from.
+    std::string agent;
+    /// The address it came from ("127.0.0.1") and the community or user it spoke as.
     std::string source;
     std::string community;
     bool inform = false;
@@ -24,20 +31,27 @@ struct ZED_EXPORT TSnmpNotification {
     std::vector<TSnmpVarbind> varbinds;
 };
 
-/// A UDP endpoint that reads notifications and acknowledges informs.
+/// A UDP endpoint that reads, checks and acknowledges notifications.
 class ZED_EXPORT TSnmpReceiver {
 public:
-    /// Listens on the address ("udp:127.0.0.1:1162"); the SNMPv3 agents'
-    /// users may send informs. Throws TException when it cannot listen.
+    /// Datagrams read in one turn at most: a flood leaves the rest to the
+    /// next turn instead of holding the event loop.
+    static constexpr std::size_t kMostPerTurn = 1000;
+
+    /// Listens on the address ("udp:127.0.0.1:1162") for the agents'
+    /// notifications. Throws TException when it cannot listen.
     TSnmpReceiver(const std::string& address, const std::vector<TSnmpAgent>& agents);
     TSnmpReceiver(const TSnmpReceiver&) = delete;
     TSnmpReceiver& operator=(const TSnmpReceiver&) = delete;
     ~TSnmpReceiver();
 
     const std::string& GetAddress() const;
+    /// What was taken, refused and lost since the receiver started.
+    TSnmpNotificationCounts GetCounts() const;
 
     void AddWaitSet(ZedWaitSet& set) const;
-    /// Reads what arrived; the notifications read, oldest first.
+    /// Reads what waits (up to kMostPerTurn datagrams); the notifications
+    /// that passed, oldest first.
     std::vector<TSnmpNotification> ProcessReady(const std::set<int>& readable);
 
 private:

@@ -1,9 +1,12 @@
 #include "zed/snmp/TSnmpSession.h"
 
+#include "zed/snmp/ZedSnmpEndpoint.h"
 #include "zed/snmp/ZedSnmpLibrary.h"
 #include "zed/snmp/ZedSnmpPdu.h"
 #include "zed/trace/TTraceStream.h"
 
+
+#include <poll.h>
 
 #include <cmath>
 #include <cstring>
@@ -13,6 +16,15 @@ namespace {
 
 // The discovery probe's own key: requests are numbered from 1.
 constexpr std::uint64_t kProbeKey = 0;
+
+// Datagrams read from one socket in one turn at most.
+constexpr int kMostReadsPerTurn = 64;
+
+bool Readable(int socket)
+{
+    pollfd p{socket, POLLIN, 0};
+    return poll(&p, 1, 0) > 0 && (p.revents & POLLIN);
+}
 
 const char* const kErrorStatusNames[] = {
     "noError",       "tooBig",          "noSuchName",      "badValue",           "readOnly",
@@ -65,14 +77,14 @@ void EnsureProbeUser()
     usm_add_user(user);
 }
 
-std::string Seconds(double seconds)
+} // namespace
+
+std::string ZedSnmpSecondsText(double seconds)
 {
     char text[32];
     std::snprintf(text, sizeof text, "%g", seconds);
     return text;
 }
-
-} // namespace
 
 std::string ZedSnmpErrorStatusName(long status)
 {
@@ -105,6 +117,7 @@ struct TSnmpSession::Impl {
     bool probeDone = false;
     std::string engineId;
     bool closing = false;
+    std::uint64_t foreignAnswers = 0;  // datagrams from elsewhere than the agent, refused
     std::uint64_t nextKey = 1;
     std::map<std::uint64_t, Done> wanted;       // every request not yet handed on
     std::map<std::uint64_t, Request> queued;    // waiting for the session to open
@@ -134,7 +147,7 @@ struct TSnmpSession::Impl {
     std::string TimeoutReason() const
     {
         const int tries = agent.retries + 1;
-        return "no answer from " + Who() + " within " + Seconds(agent.timeout) + " s (" + std::to_string(tries)
+        return "no answer from " + Who() + " within " + ZedSnmpSecondsText(agent.timeout) + " s (" + std::to_string(tries)
                + (tries == 1 ? " try)" : " tries)");
     }
 
@@ -425,19 +438,40 @@ struct TSnmpSession::Impl {
                           + std::chrono::microseconds(wait.tv_usec));
     }
 
-    static void Turn(void* handle, const std::set<int>& readable)
+    // Reads what waits for the handle: only what comes from the agent's
+    // address and port reaches net-snmp. Anyone else on the path who guesses
+    // a request's number would otherwise answer in the agent's name.
+    void Turn(void* handle, const std::set<int>& readable)
     {
         if (!handle)
             return;
         netsnmp_transport* transport = snmp_sess_transport(handle);
         if (transport && readable.count(transport->sock)) {
-            netsnmp_large_fd_set fds;
-            netsnmp_large_fd_set_init(&fds, FD_SETSIZE);
-            NETSNMP_LARGE_FD_SET(transport->sock, &fds);
-            snmp_sess_read2(handle, &fds);
-            netsnmp_large_fd_set_cleanup(&fds);
+            const auto peer = ZedSnmpPeerOf(transport);
+            for (int read = 0; read < kMostReadsPerTurn && Readable(transport->sock); ++read) {
+                if (peer) {
+                    const auto sender = ZedSnmpPeekSender(transport->sock);
+                    if (sender && !sender->Same(*peer)) {
+                        RefuseForeign(transport->sock, *sender, *peer);
+                        continue;
+                    }
+                }
+                netsnmp_large_fd_set fds;
+                netsnmp_large_fd_set_init(&fds, FD_SETSIZE);
+                NETSNMP_LARGE_FD_SET(transport->sock, &fds);
+                snmp_sess_read2(handle, &fds);
+                netsnmp_large_fd_set_cleanup(&fds);
+            }
         }
         snmp_sess_timeout(handle);
+    }
+
+    void RefuseForeign(int socket, const ZedSnmpEndpoint& sender, const ZedSnmpEndpoint& peer)
+    {
+        ZedSnmpDiscardDatagram(socket);
+        ++foreignAnswers;
+        TTraceStream(ZED_TRACE_SNMP | 1) << Who() << ": an answer from " << sender.Text() << " refused: only "
+                                         << peer.Text() << " answers for the agent" << endl;
     }
 
     void ProcessReady(const std::set<int>& readable)
@@ -493,6 +527,8 @@ void TSnmpSession::Forget(std::uint64_t key)
 }
 
 bool TSnmpSession::IsBusy() const { return !m_pImpl->wanted.empty(); }
+
+std::uint64_t TSnmpSession::GetForeignAnswers() const { return m_pImpl->foreignAnswers; }
 
 void TSnmpSession::AddWaitSet(ZedWaitSet& set) const
 {

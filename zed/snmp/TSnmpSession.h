@@ -4,7 +4,8 @@
 // at once (an SNMPv3 agent's engine is found first, by the same path) and
 // its answer, a timeout or a refusal comes back from ProcessReady, which the
 // module calls when a descriptor of the wait set is readable or its deadline
-// has come.
+// has come. Only datagrams from the agent's own address and port are read
+// as its answers; others are refused, counted and traced.
 
 #include "zed/call/ZedWaitSet.h"
 #include "zed/snmp/TSnmpAgentsFile.h"
@@ -39,6 +40,9 @@ struct ZED_EXPORT TSnmpAnswer {
     std::string reason;
 };
 
+/// Seconds as people read them: "2", "0.3".
+ZED_EXPORT std::string ZedSnmpSecondsText(double seconds);
+
 /// The name of an SNMP error status: "notWritable", "genErr"...
 ZED_EXPORT std::string ZedSnmpErrorStatusName(long status);
 
@@ -62,6 +66,9 @@ public:
     /// done will not run.
     void Forget(std::uint64_t key);
     bool IsBusy() const;
+    /// Datagrams refused because they came from another address or port
+    /// than the agent's.
+    std::uint64_t GetForeignAnswers() const;
 
     /// Its sockets, and its next deadline (now when answers wait to be handed on).
     void AddWaitSet(ZedWaitSet& set) const;

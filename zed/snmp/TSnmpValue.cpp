@@ -146,6 +146,29 @@ const char* ZedSnmpDatumKindName(TSnmpDatum::Kind kind)
     return "?";
 }
 
+std::string ZedSnmpDatumText(const TSnmpDatum& datum)
+{
+    using Kind = TSnmpDatum::Kind;
+    switch (datum.kind) {
+    case Kind::Integer: return std::to_string(datum.integer);
+    case Kind::Unsigned:
+    case Kind::Counter32:
+    case Kind::Counter64:
+    case Kind::TimeTicks: return std::to_string(datum.number);
+    case Kind::Octets: return ZedSnmpOctetsText(datum.octets, ZedSnmpSyntax::OctetString);
+    case Kind::ObjectId: return ZedOidText(datum.oid);
+    case Kind::IpAddress: {
+        if (datum.octets.size() != 4)
+            return Hex(datum.octets);
+        std::string text;
+        for (unsigned char c : datum.octets)
+            text += (text.empty() ? "" : ".") + std::to_string(c);
+        return text;
+    }
+    default: return ZedSnmpDatumKindName(datum.kind);
+    }
+}
+
 std::string ZedSnmpOctetsText(const std::string& octets, ZedSnmpSyntax syntax)
 {
     switch (syntax) {
@@ -203,8 +226,7 @@ TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmp
             Fail(error, "an IpAddress of " + std::to_string(datum.octets.size()) + " octets");
             return nullptr;
         }
-        for (unsigned char c : datum.octets)
-            text += (text.empty() ? "" : ".") + std::to_string(c);
+        text = ZedSnmpDatumText(datum);
         break;
     }
     default: Fail(error, ZedSnmpDatumKindName(datum.kind)); return nullptr;

@@ -62,6 +62,9 @@ ZED_EXPORT TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& ty
 ZED_EXPORT std::optional<TSnmpDatum> ZedSnmpFromValue(const TValue& value, ZedSnmpSyntax syntax,
                                                       std::string* error = nullptr);
 
+/// The datum's value as text, whatever it is bound to: "42", "lo",
+/// "00:1a:2b", "1.3.6.1.2.1.1", "127.0.0.1", "noSuchInstance".
+ZED_EXPORT std::string ZedSnmpDatumText(const TSnmpDatum& datum);
 /// Octets as text, as the syntax shows them.
 ZED_EXPORT std::string ZedSnmpOctetsText(const std::string& octets, ZedSnmpSyntax syntax);
 /// The octets a text stands for under the syntax; none when it cannot.

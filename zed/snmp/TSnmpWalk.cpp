@@ -14,11 +14,18 @@ bool Within(const ZedOid& oid, const ZedOid& prefix)
     return oid.size() > prefix.size() && std::equal(prefix.begin(), prefix.end(), oid.begin());
 }
 
+// What a cell holds in octets, near enough to bound a walk's memory.
+std::size_t CellBytes(const TSnmpVarbind& varbind)
+{
+    constexpr std::size_t kFixed = sizeof(TSnmpDatum);
+    return kFixed + varbind.datum.octets.size() + (varbind.oid.size() + varbind.datum.oid.size()) * sizeof(std::uint32_t);
+}
+
 } // namespace
 
-TSnmpWalk::TSnmpWalk(TSnmpSession& session, std::vector<ZedOid> columns, Done done)
+TSnmpWalk::TSnmpWalk(TSnmpSession& session, std::vector<ZedOid> columns, Bounds bounds, Done done)
     : m_session(session), m_columns(std::move(columns)), m_cursors(m_columns), m_active(m_columns.size(), true),
-      m_done(std::move(done))
+      m_bounds(bounds), m_done(std::move(done))
 {
 }
 
@@ -28,7 +35,32 @@ TSnmpWalk::~TSnmpWalk()
         m_session.Forget(m_request);
 }
 
-void TSnmpWalk::Start() { Next(); }
+void TSnmpWalk::Start()
+{
+    m_deadline = std::chrono::steady_clock::now()
+                 + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                     std::chrono::duration<double>(m_bounds.seconds));
+    Next();
+}
+
+std::string TSnmpWalk::Reached() const
+{
+    if (m_rows.size() >= m_bounds.rows)
+        return std::to_string(m_rows.size()) + " rows were read, the most an agent may give (WalkRows)";
+    if (m_bytes >= m_bounds.bytes)
+        return std::to_string(m_bytes) + " octets were read, the most an agent may give (WalkBytes)";
+    if (std::chrono::steady_clock::now() >= m_deadline)
+        return "the walk took longer than the " + ZedSnmpSecondsText(m_bounds.seconds)
+               + " s an agent may take (WalkTime)";
+    return {};
+}
+
+void TSnmpWalk::End(Ending ending)
+{
+    m_request = 0;
+    Done done = std::move(m_done);
+    done(std::move(ending), std::move(m_rows));
+}
 
 void TSnmpWalk::Next()
 {
@@ -36,10 +68,12 @@ void TSnmpWalk::Next()
     for (std::size_t c = 0; c < m_columns.size(); ++c)
         if (m_active[c])
             asked.push_back(TSnmpVarbind{m_cursors[c], {}});
-    if (asked.empty() || m_rows.size() >= kMostRows) {
-        m_request = 0;
-        Done done = std::move(m_done);
-        done(std::nullopt, std::move(m_rows));
+    if (asked.empty()) {
+        End({});
+        return;
+    }
+    if (std::string bound = Reached(); !bound.empty()) {
+        End({std::nullopt, std::move(bound)});
         return;
     }
     const int repetitions = std::max(1, kVarbindsPerRequest / static_cast<int>(asked.size()));
@@ -51,8 +85,7 @@ void TSnmpWalk::Absorb(TSnmpAnswer answer)
 {
     m_request = 0;
     if (answer.outcome != TSnmpAnswer::Outcome::Response || answer.errorStatus != 0) {
-        Done done = std::move(m_done);
-        done(std::move(answer), std::move(m_rows));
+        End({std::move(answer), {}});
         return;
     }
     std::vector<std::size_t> asked;
@@ -71,7 +104,10 @@ void TSnmpWalk::Absorb(TSnmpAnswer answer)
             m_active[c] = false;
             continue;
         }
+        if (m_rows.size() >= m_bounds.rows || m_bytes >= m_bounds.bytes)
+            break;  // the rest of this answer is past the bound
         ZedOid index(varbind.oid.begin() + static_cast<std::ptrdiff_t>(m_columns[c].size()), varbind.oid.end());
+        m_bytes += CellBytes(varbind);
         auto& row = m_rows[std::move(index)];
         row.resize(m_columns.size());
         row[c] = std::move(varbind.datum);

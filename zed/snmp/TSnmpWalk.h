@@ -3,11 +3,15 @@
 // The rows of a table, read column by column with GetBulk (GetNext for
 // SNMPv1) as far as each column goes: every column in one request, as many
 // rows per request as fit, so a table of a thousand rows takes a few round
-// trips rather than a thousand.
+// trips rather than a thousand. A walk is bounded by rows, by octets of
+// data and by time: an agent that answers without end, with huge values or
+// one row at a time cannot take all the memory or keep the call for ever.
 
 #include "zed/snmp/TSnmpSession.h"
 
+#include <chrono>
 #include <functional>
+#include <string>
 #include <map>
 #include <optional>
 #include <vector>
@@ -18,13 +22,23 @@ public:
     /// A row's index (the OID suffix after the column) and its columns' data,
     /// in the order the columns were given; none where a column has no cell.
     using Rows = std::map<ZedOid, std::vector<std::optional<TSnmpDatum>>>;
-    /// failure: how the walk ended early, when it did; rows: what was read.
-    using Done = std::function<void(std::optional<TSnmpAnswer> failure, Rows rows)>;
+    /// How a walk ended before the table did, when it did.
+    struct Ending {
+        /// The answer that ended it: a timeout, a refusal, an error status.
+        std::optional<TSnmpAnswer> failure;
+        /// The bound it reached: "10000 rows (WalkRows)"; empty when none.
+        std::string bound;
+    };
+    using Done = std::function<void(Ending ending, Rows rows)>;
 
-    /// Rows past this many are not read: the walk ends as if the table did.
-    static constexpr std::size_t kMostRows = 100000;
+    /// Where a walk stops: the agent's WalkRows, WalkBytes and WalkTime.
+    struct Bounds {
+        std::size_t rows = TSnmpAgent::kDefaultWalkRows;
+        std::size_t bytes = TSnmpAgent::kDefaultWalkBytes;
+        double seconds = TSnmpAgent::kDefaultWalkTime;
+    };
 
-    TSnmpWalk(TSnmpSession& session, std::vector<ZedOid> columns, Done done);
+    TSnmpWalk(TSnmpSession& session, std::vector<ZedOid> columns, Bounds bounds, Done done);
     TSnmpWalk(const TSnmpWalk&) = delete;
     TSnmpWalk& operator=(const TSnmpWalk&) = delete;
     /// Forgets what is in flight.
@@ -36,12 +50,18 @@ public:
 private:
     void Next();
     void Absorb(TSnmpAnswer answer);
+    /// The bound the walk has reached; empty while it has reached none.
+    std::string Reached() const;
+    void End(Ending ending);
 
     TSnmpSession& m_session;
     std::vector<ZedOid> m_columns;
     std::vector<ZedOid> m_cursors;
     std::vector<bool> m_active;
+    Bounds m_bounds;
+    std::chrono::steady_clock::time_point m_deadline;
     Done m_done;
     Rows m_rows;
+    std::size_t m_bytes = 0;
     std::uint64_t m_request = 0;
 };

@@ -24,11 +24,22 @@ TValue::~TValue() = default;
 void TValue::SetReason(unsigned int reason)
 {
     m_reason = reason;
+    m_reasonDetail.reset();
     m_present = true;
+}
+
+void TValue::SetReason(unsigned int reason, const std::string& detail)
+{
+    SetReason(reason);
+    m_reasonDetail = detail.empty() ? nullptr : std::make_shared<const std::string>(detail);
 }
 
 std::string TValue::ToString() const
 {
+    if (m_reason && m_reasonDetail) {
+        std::string text = ReasonText(*m_reason);
+        return text.insert(text.size() - 1, ": " + *m_reasonDetail);
+    }
     if (m_reason)
         return ReasonText(*m_reason);
     return m_present ? ContentText() : std::string();

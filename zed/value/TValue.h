@@ -39,11 +39,16 @@ public:
     bool HasReason() const { return m_reason.has_value(); }
     unsigned int GetReason() const { return m_reason.value_or(0); }
     void SetReason(unsigned int reason);
+    /// A reason with what was seen, for people: "(invalid value: OCTET
+    /// STRING abc does not fit Integer32)".
+    void SetReason(unsigned int reason, const std::string& detail);
+    /// The detail of the reason; empty when none was given.
+    std::string GetReasonDetail() const { return m_reasonDetail ? *m_reasonDetail : std::string(); }
 
     std::unique_ptr<TValue> Clone() const { return CloneValue(); }
 
-    /// The value as text: the content's text form, or the reason's text when
-    /// the value carries a reason; empty for an absent value.
+    /// The value as text: the content's text form, or the reason's text (and
+    /// its detail) when the value carries a reason; empty for an absent value.
     std::string ToString() const;
 
     /// Same kind, identifier, presence, default mark, reason and content.
@@ -75,6 +80,7 @@ private:
     bool m_present = false;
     bool m_default = false;
     std::optional<unsigned int> m_reason;
+    std::shared_ptr<const std::string> m_reasonDetail;  // rare: shared, not copied, between clones
 };
 
 using TValuePtr = std::unique_ptr<TValue>;

@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
 
 using ::testing::HasSubstr;
 
@@ -34,6 +35,10 @@ TEST(SnmpAgentsFile, ReadsAgentsOfEveryVersionAndTheReceiver)
     WriteCommunity = private
     Timeout = 2
     Retries = 1
+    TrapCommunity = traps
+    WalkRows = 5000
+    WalkBytes = 1000000
+    WalkTime = 7.5
 [ End Agent : core-r1 ]
 
 [ agent : edge ]
@@ -47,6 +52,7 @@ TEST(SnmpAgentsFile, ReadsAgentsOfEveryVersionAndTheReceiver)
 
 [ Notifications ]
     Address = udp:127.0.0.1:0
+    MostWaiting = 50
 [ End Notifications ]
 )",
                                               "agents.conf");
@@ -57,6 +63,10 @@ TEST(SnmpAgentsFile, ReadsAgentsOfEveryVersionAndTheReceiver)
     EXPECT_EQ(core.writeCommunity, "private");
     EXPECT_DOUBLE_EQ(core.timeout, 2);
     EXPECT_TRUE(core.HoldsSecrets());
+    EXPECT_EQ(core.NotificationCommunity(), "traps");
+    EXPECT_EQ(core.walkRows, 5000u);
+    EXPECT_EQ(core.walkBytes, 1000000u);
+    EXPECT_DOUBLE_EQ(core.walkTime, 7.5);
 
     const TSnmpAgent* edge = agents.Find("edge");
     ASSERT_NE(edge, nullptr);
@@ -66,6 +76,9 @@ TEST(SnmpAgentsFile, ReadsAgentsOfEveryVersionAndTheReceiver)
     // Keys given, level left out: the strongest the keys allow, AES by default.
     EXPECT_EQ(edge->level, TSnmpAgent::Level::AuthPriv);
     EXPECT_EQ(edge->privProtocol, "AES");
+    EXPECT_EQ(edge->NotificationCommunity(), "public");
+    EXPECT_EQ(edge->walkRows, TSnmpAgent::kDefaultWalkRows);
+    EXPECT_EQ(agents.mostWaiting, 50u);
     EXPECT_EQ(agents.receiverAddress, "udp:127.0.0.1:0");
     EXPECT_EQ(ZedParseAgents("", "empty").receiverAddress, TSnmpAgents::kDefaultReceiver);
 }
@@ -82,6 +95,12 @@ TEST(SnmpAgentsFile, FaultsNameTheLineAndWhatIsWrong)
     EXPECT_EQ(Fault(open + "  Version = 2\n[ End Agent : a ]"), "agents.conf:3: Version \"2\" is not 1, 2c or 3");
     EXPECT_THAT(Fault(open + "  Timeout = 0\n[ End Agent : a ]"), HasSubstr("Timeout \"0\" is not a number of seconds"));
     EXPECT_THAT(Fault(open + "  Retries = -1\n[ End Agent : a ]"), HasSubstr("Retries \"-1\" is not a whole number"));
+    EXPECT_EQ(Fault(open + "  WalkRows = 0\n[ End Agent : a ]"),
+              "agents.conf:3: WalkRows \"0\" is not a whole number from 1 to 10000000");
+    EXPECT_EQ(Fault(open + "  WalkTime = forever\n[ End Agent : a ]"),
+              "agents.conf:3: WalkTime \"forever\" is not a number of seconds from 0.01 to 3600");
+    EXPECT_EQ(Fault("[ Notifications ]\n  MostWaiting = 1e9\n[ End Notifications ]"),
+              "agents.conf:2: MostWaiting \"1e9\" is not a whole number from 1 to 10000000");
     EXPECT_EQ(Fault(open + "  Address = y\n[ End Agent : a ]"), "agents.conf:3: the key Address is given twice in this section");
     EXPECT_EQ(Fault("[ Agent : a ]\n[ End Agent : a ]"), "agents.conf:1: the agent a has no Address");
     EXPECT_EQ(Fault(open + "[ End Agent : a ]\n" + open + "[ End Agent : a ]"), "agents.conf:4: a second agent named \"a\"");
@@ -119,4 +138,36 @@ TEST(SnmpAgentsFile, SecretsOthersCanReadAreRefused)
     chmod(path.c_str(), 0600);
     EXPECT_EQ(ZedReadAgentsFile(path).agents[0].writeCommunity, "private");
     EXPECT_THROW(ZedReadAgentsFile(dir / "missing.conf"), TException);
+}
+
+TEST(SnmpAgentsFile, AFileOthersMayWriteOrAnotherUserOwnsIsRefused)
+{
+    TempDir dir;
+    const std::string path = dir / "agents.conf";
+    TempDir::Write(path, "[ Agent : a ]\n  Address = udp:127.0.0.1:1\n[ End Agent : a ]\n");
+    for (const mode_t mode : {0622, 0602, 0664}) {
+        chmod(path.c_str(), mode);
+        char octal[8];
+        std::snprintf(octal, sizeof octal, "%04o", unsigned(mode));
+        try {
+            ZedReadAgentsFile(path);
+            ADD_FAILURE() << "a file of mode " << octal << " was taken";
+        } catch (const TException& e) {
+            EXPECT_EQ(std::string(e.what()), path + ": its group or others may write it (mode " + octal
+                                                 + "), and so point an agent at a host of their own; make it "
+                                                   "private with: chmod 600 " + path);
+        }
+    }
+    chmod(path.c_str(), 0644);
+    EXPECT_NO_THROW(ZedReadAgentsFile(path));
+    // Only root can give a file away; as root, nobody's file is refused.
+    if (geteuid() == 0 && chown(path.c_str(), 65534, 65534) == 0) {
+        try {
+            ZedReadAgentsFile(path);
+            ADD_FAILURE() << "another user's file was taken";
+        } catch (const TException& e) {
+            EXPECT_EQ(std::string(e.what()), path + ": it belongs to another user (uid 65534), who may point an agent "
+                                                    "at a host of their own; copy it to a file of your own");
+        }
+    }
 }

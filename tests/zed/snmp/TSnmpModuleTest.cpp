@@ -12,12 +12,12 @@
 #include "zed/value/TEventReport.h"
 #include "zed/value/TValueParser.h"
 
+#include "support/SnmpTestSupport.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <poll.h>
-#include <spawn.h>
-#include <sys/wait.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -27,59 +27,7 @@
 using ::testing::HasSubstr;
 using namespace std::chrono_literals;
 
-extern char** environ;
-
 namespace {
-
-std::string SnmpFile(const char* name) { return std::string(KEL_SOURCE_DIR) + "/data/snmp/" + name; }
-
-// Without snmpd the tests say so; in CI they must run.
-#define REQUIRE_SNMPD()                                                          \
-    do {                                                                         \
-        if (TSnmpLocalAgent::Program().empty()) {                                \
-            if (std::getenv("CI"))                                               \
-                FAIL() << "snmpd is not installed (scripts/setup.sh installs it)"; \
-            GTEST_SKIP() << "snmpd is not installed";                            \
-        }                                                                        \
-    } while (0)
-
-// A program run beside the test's own event loop (snmpinform waits for its
-// acknowledgement, which the module gives from its turn).
-class Child {
-public:
-    explicit Child(std::vector<std::string> args)
-    {
-        std::vector<char*> argv;
-        for (std::string& a : args)
-            argv.push_back(a.data());
-        argv.push_back(nullptr);
-        std::string mibs = "MIBS=";
-        char* envp[] = {mibs.data(), nullptr};
-        posix_spawn(&m_pid, argv[0], nullptr, nullptr, argv.data(), envp);
-    }
-    std::optional<int> Ended()
-    {
-        int status = 0;
-        if (waitpid(m_pid, &status, WNOHANG) != m_pid)
-            return std::nullopt;
-        return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-    }
-
-private:
-    pid_t m_pid = -1;
-};
-
-std::string Shell(const std::string& command)
-{
-    std::string output;
-    if (FILE* pipe = popen(("MIBS= " + command + " 2>&1").c_str(), "r")) {
-        char buffer[4096];
-        while (std::size_t n = fread(buffer, 1, sizeof buffer, pipe))
-            output.append(buffer, n);
-        pclose(pipe);
-    }
-    return output;
-}
 
 class SnmpModuleTest : public ::testing::Test {
 protected:
@@ -338,22 +286,7 @@ TEST_F(SnmpModuleTest, TrapsAndInformsBecomeEventReportsOfTheirAgent)
     const std::string receiver = module->GetReceiverAddress();
     ASSERT_THAT(receiver, HasSubstr("udp:127.0.0.1:"));
     const std::string target = receiver.substr(4);
-    const auto send = [&](std::vector<std::string> args) {
-        Child child(std::move(args));
-        std::optional<int> ended;
-        const auto until = std::chrono::steady_clock::now() + 10s;
-        while (!(ended = child.Ended()) && std::chrono::steady_clock::now() < until) {
-            ZedWaitSet set;
-            module->AddWaitSet(set);
-            std::vector<pollfd> polled;
-            for (int d : set.descriptors)
-                polled.push_back(pollfd{d, POLLIN, 0});
-            poll(polled.data(), polled.size(), 10);
-            module->ProcessReady();
-        }
-        module->ProcessReady();
-        return ended.value_or(-1);
-    };
+    const auto send = [&](std::vector<std::string> args) { return RunBeside(*module, std::move(args)); };
     EXPECT_EQ(send({"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.1"}), 0);
     EXPECT_EQ(send({"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.3",
                     "1.3.6.1.2.1.2.2.1.1.2", "i", "2", "1.3.6.1.2.1.2.2.1.7.2", "i", "2", "1.3.6.1.2.1.2.2.1.8.2", "i",
@@ -363,10 +296,12 @@ TEST_F(SnmpModuleTest, TrapsAndInformsBecomeEventReportsOfTheirAgent)
     EXPECT_EQ(send({"/usr/bin/snmpinform", "-v", "2c", "-c", "public", "-t", "2", "-r", "0", target, "",
                     "1.3.6.1.6.3.1.1.5.2"}),
               0);
-    // Not an event of the dictionary: left out.
-    EXPECT_EQ(send({"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.4.1.99999.0.1"}), 0);
+    // Bound to no event: the agent's unbound notification, its OID and variables as text.
+    EXPECT_EQ(send({"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.4.1.99999.0.1",
+                    "1.3.6.1.2.1.2.2.1.2.1", "s", "eth0"}),
+              0);
     std::vector<TCallResult> events = module->TakeEvents();
-    ASSERT_EQ(events.size(), 3u);
+    ASSERT_EQ(events.size(), 4u);
     const auto* cold = static_cast<const TEventReport*>(events[0].reply.FindFirst(ZED_DT_EVENTREPORT));
     ASSERT_NE(cold, nullptr);
     EXPECT_EQ(cold->GetEventID(), 1u);
@@ -378,6 +313,12 @@ TEST_F(SnmpModuleTest, TrapsAndInformsBecomeEventReportsOfTheirAgent)
     EXPECT_EQ((*down)[2].ToString(), "down");
     const auto* warm = static_cast<const TEventReport*>(events[2].reply.FindFirst(ZED_DT_EVENTREPORT));
     EXPECT_EQ(warm->GetEventID(), 2u);
+    const auto* other = static_cast<const TEventReport*>(events[3].reply.FindFirst(ZED_DT_EVENTREPORT));
+    ASSERT_NE(other, nullptr);
+    EXPECT_EQ(other->GetEventID(), 4u);
+    EXPECT_EQ(other->GetEntity().ToString(dictionary.get()), "Agent agent-1");
+    EXPECT_EQ((*other)[1].ToString(), "1.3.6.1.4.1.99999.0.1");
+    EXPECT_EQ((*other)[2].ToString(), "Interface Description.1 = eth0");
 
     // An SNMPv3 inform from the agents file's user, keys and all.
     Use(agent->MakeAgents(TSnmpAgent::Version::V3), true);
@@ -405,17 +346,7 @@ TEST_F(SnmpModuleTest, AnAgentStoppingSaysSoToItsTrapSink)
     module = std::make_shared<TSnmpModule>(dictionary, std::move(agents), true);
     agent->Stop();
     std::vector<TCallResult> events;
-    const auto until = std::chrono::steady_clock::now() + 5s;
-    while (events.empty() && std::chrono::steady_clock::now() < until) {
-        ZedWaitSet set;
-        module->AddWaitSet(set);
-        std::vector<pollfd> polled;
-        for (int d : set.descriptors)
-            polled.push_back(pollfd{d, POLLIN, 0});
-        poll(polled.data(), polled.size(), 20);
-        module->ProcessReady();
-        events = module->TakeEvents();
-    }
+    TurnUntil(*module, [&] { return !(events = module->TakeEvents()).empty(); }, 5s);
     ASSERT_EQ(events.size(), 1u);
     const auto* shutdown = static_cast<const TEventReport*>(events[0].reply.FindFirst(ZED_DT_EVENTREPORT));
     EXPECT_EQ(shutdown->GetEventID(), 3u);
