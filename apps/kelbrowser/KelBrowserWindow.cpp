@@ -16,6 +16,7 @@
 #include "kel/output/IListViewOutput.h"
 #include "kel/output/IOutputForm.h"
 #include "kel/output/IOutputList.h"
+#include "kel/output/KELEventLists.h"
 #include "kel/output/KELOutputKinds.h"
 #include "kel/fields/KELEnumerationCodes.h"
 #include <QUndoStack>
@@ -39,6 +40,7 @@
 #include <QFontDatabase>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QTimer>
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
@@ -60,6 +62,10 @@ namespace {
 
 const char* const kSeverity[] = {"done", "problem", "information"};
 constexpr const char* kWindowTitle = "KEL browser";
+// Lines the Text output keeps unless the settings say otherwise ("Text", "MostLines").
+constexpr int kDefaultMostTextLines = 10000;
+// How often the line of refused and lost notifications is brought up to date.
+constexpr int kSummaryInterval = 1000;
 // Where the browser keeps the recent workspaces in its user file (string 4068).
 constexpr int kRecentSection = 4068;
 
@@ -174,9 +180,18 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     m_outputs->addTab(new QWidget, QStringLiteral("Reply"));
     m_outputs->addTab(new QWidget, QStringLiteral("List"));
     m_outputs->addTab(m_reply, QStringLiteral("Text"));
-    m_events = new QTabWidget;
-    m_events->setDocumentMode(true);
+    m_events = new KELEventLists(dictionary, context);
     m_outputs->addTab(m_events, QStringLiteral("Events"));
+    // A flood of events must not grow the window without end: the lists and
+    // the text keep their newest, as many as the settings say.
+    int mostRows = static_cast<int>(KELEventLists::kDefaultMostRows);
+    int mostLines = kDefaultMostTextLines;
+    if (context) {
+        context->GetConfigInt("Events", "MostRows", mostRows, mostRows, 1);
+        context->GetConfigInt("Text", "MostLines", mostLines, mostLines, 1);
+    }
+    m_events->SetMostRows(static_cast<std::size_t>(std::max(1, mostRows)));
+    m_reply->setMaximumBlockCount(std::max(1, mostLines));
     m_documents = new QTabWidget;
     m_documents->setDocumentMode(true);
     m_documents->setTabsClosable(true);
@@ -908,34 +923,25 @@ void KelBrowserWindow::ShowOutputs(const TCall& shown, unsigned int directive, c
     TakeEvents();
 }
 
+void KelBrowserWindow::WatchNotifications(std::function<std::string()> summary)
+{
+    auto* timer = new QTimer(this);
+    connect(timer, &QTimer::timeout, this,
+            [this, summary] { m_events->SetSummary(QString::fromStdString(summary())); });
+    timer->start(kSummaryInterval);
+    m_events->SetSummary(QString::fromStdString(summary()));
+}
+
 void KelBrowserWindow::TakeEvents()
 {
+    const std::vector<TCallResult> events = ZEDGetApplication()->TakeEvents();
+    if (events.empty())
+        return;
     std::ostringstream text;
-    for (const TCallResult& event : ZEDGetApplication()->TakeEvents()) {
+    for (const TCallResult& event : events)
         ZEDWriteEvents(text, m_dictionary, event);
-        const auto* report = static_cast<const TEventReport*>(event.reply.FindFirst(ZED_DT_EVENTREPORT));
-        if (!report)
-            continue;
-        const TDictClass* cls = m_dictionary.FindClass(report->GetEntity().GetEntityClass());
-        const TDictEvent* kind = cls ? cls->FindEvent(report->GetEventID()) : nullptr;
-        const QString title = QString::fromStdString((cls ? cls->GetName() : std::string("?")) + " : "
-                                                     + (kind ? kind->GetPresentationName() : std::to_string(report->GetEventID())));
-        IOutputList* list = nullptr;
-        for (int i = 0; i < m_events->count() && !list; ++i)
-            if (m_events->tabText(i) == title)
-                list = dynamic_cast<IOutputList*>(m_events->widget(i));
-        if (!list) {
-            list = new IOutputList(m_context);
-            list->setAccessibleName(title);
-            list->CreatePresentation("Events", report->GetEntity(), report->GetEventID());
-            m_events->addTab(list, title);
-        }
-        list->ProcessReply(event.reply);
-        for (int c = 0; c < list->GetModel()->columnCount(); ++c)
-            list->resizeColumnToContents(c);
-    }
-    if (!text.str().empty())
-        m_reply->appendPlainText(QString::fromStdString(text.str()));
+    m_events->Add(events);
+    m_reply->appendPlainText(QString::fromStdString(text.str()));
 }
 
 void KelBrowserWindow::ShowOutput(const QString& title)

@@ -4,6 +4,7 @@
 #include "kel/forms/IInputOutputForm.h"
 #include "kel/output/IOutputForm.h"
 #include "kel/output/IOutputList.h"
+#include "kel/output/KELEventLists.h"
 #include "kel/frame/KELConsoleSink.h"
 
 #include <QMainWindow>
@@ -93,7 +94,11 @@ public:
     IOutputList* GetOutputList() const { return m_outputList; }
     QTabWidget* GetOutputs() const { return m_outputs; }
     // One list per kind of event report that arrived, "Class : Event".
-    QTabWidget* GetEventLists() const { return m_events; }
+    QTabWidget* GetEventLists() const { return m_events->GetTabs(); }
+    KELEventLists* GetEvents() const { return m_events; }
+    /// Shows above the event lists what summary says (notifications refused
+    /// or lost), asked again every second.
+    void WatchNotifications(std::function<std::string()> summary);
     // Shows the output tab of that title.
     void ShowOutput(const QString& title);
 
@@ -168,7 +173,7 @@ private:
     QTabWidget* m_outputs;
     QPointer<IOutputForm> m_outputForm;
     QPointer<IOutputList> m_outputList;
-    QTabWidget* m_events;
+    KELEventLists* m_events;
     QPushButton* m_send;
     QPushButton* m_refresh;
     QPushButton* m_apply;

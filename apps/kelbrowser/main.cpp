@@ -221,6 +221,8 @@ int main(int argc, char** argv)
             window.SetMessage(KEL_SEVERITY_PROBLEM, "Notifications are not received: " + notReceiving);
         else if (snmp)
             window.SetMessage(KEL_SEVERITY_INFORMATION, "Notifications are received on " + snmp->GetReceiverAddress());
+        if (snmp && notReceiving.empty())
+            window.WatchNotifications([snmp] { return snmp->GetNotificationCounts().Summary(); });
         if (wantTour) {
             status = RunTour(window, tour);
         } else {

@@ -5,7 +5,12 @@
 #include "kel/output/KELCallReply.h"
 #include "zed/call/TReply.h"
 #include "zed/value/TAttribute.h"
+#include "kel/frame/KELResources.h"
+#include "kel/output/KELListModel.h"
 #include "zed/value/TEventReport.h"
+#include "zed/value/TTimeValues.h"
+
+#include <QHeaderView>
 
 IOutputList::IOutputList(KELConfigContext* context, QWidget* parent) : IPresentationList(context, parent) {}
 
@@ -37,6 +42,18 @@ void IOutputList::ProcessReply(const TReply& reply)
 {
     const auto* report = static_cast<const TEventReport*>(reply.FindFirst(ZED_DT_EVENTREPORT));
     AddRow((report ? report->GetEntity() : GetEntity()).ToString(), reply);
+    if (report)
+        SetCurrentCell(TimeColumn(), QString::fromStdString(TAbsTime::Format(report->GetTime())));
+}
+
+int IOutputList::TimeColumn()
+{
+    // When each event came: after the entity, ahead of the event's own values.
+    if (m_timeColumn < 0) {
+        m_timeColumn = GetModel()->AddColumn(QString::fromStdString(KELResources::String(4016)));
+        header()->moveSection(header()->visualIndex(m_timeColumn), 1);
+    }
+    return m_timeColumn;
 }
 
 void IOutputList::ProcessReply(const KELCallReply& reply) { AddRow(reply.Entity().ToString(), reply.Reply()); }

@@ -9,7 +9,8 @@ class KELCallReply;
 /// row per reply or event report processed. A list is a log: every reply adds
 /// a row, newest last, even from an entity already listed, so that a list of
 /// repeated reads shows how values moved. A list of attributes takes them from
-/// the attribute list a reply carries (what Show answers).
+/// the attribute list a reply carries (what Show answers). A list of event
+/// reports shows when each was reported, in a Time column after the entity.
 class KEL_EXPORT IOutputList : public IPresentationList, public IOutputBase {
 public:
     explicit IOutputList(KELConfigContext* context = nullptr, QWidget* parent = nullptr);
@@ -26,4 +27,7 @@ public:
 
 private:
     void AddRow(const std::string& entity, const TReply& reply);
+    int TimeColumn();
+
+    int m_timeColumn = -1;
 };

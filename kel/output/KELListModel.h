@@ -9,7 +9,9 @@
 
 /// The rows of a list output: text cells under column titles. Rows are only
 /// ever added (a list is a log of what came back) and sorted; a cell is a
-/// shared QString, so repeated texts cost one copy.
+/// shared QString, so repeated texts cost one copy. A list may be bounded:
+/// past its most rows, the oldest go, a tenth of the bound at a time so that
+/// a flood costs one removal per many rows, and are counted.
 class KEL_EXPORT KELListModel : public QAbstractTableModel {
 public:
     explicit KELListModel(QObject* parent = nullptr);
@@ -22,6 +24,10 @@ public:
     void SetCell(int row, int column, const QString& text);
     QString Cell(int row, int column) const;
     void Clear();
+    /// At most this many rows (0: no bound); more drop the oldest.
+    void SetMostRows(std::size_t most);
+    /// Rows dropped for the bound since the list began.
+    std::size_t GetDroppedRows() const { return m_dropped; }
 
     int rowCount(const QModelIndex& parent = QModelIndex()) const override;
     int columnCount(const QModelIndex& parent = QModelIndex()) const override;
@@ -34,4 +40,6 @@ public:
 private:
     QStringList m_titles;
     std::vector<std::vector<QString>> m_rows;
+    std::size_t m_most = 0;
+    std::size_t m_dropped = 0;
 };

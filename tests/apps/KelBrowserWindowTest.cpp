@@ -507,7 +507,7 @@ TEST_F(SnmpBrowserWindowTest, TheSameFormsTreeAndEventsWorkOnAnAgent)
     ASSERT_TRUE(trap.waitForFinished(5000));
     EXPECT_FALSE(window->IsBusy());
     ASSERT_TRUE(QTest::qWaitFor([&] { return window->GetEventLists()->count() == 1; }, 5000));
-    EXPECT_EQ(window->GetEventLists()->tabText(0).toStdString(), "Interface : Link Down");
+    EXPECT_EQ(window->GetEventLists()->tabText(0).toStdString(), "Interface : Link Down (1)") << "its kind and how many rows it holds";
 }
 
 } // namespace

@@ -51,7 +51,7 @@ TEST(Kelbrowser, TourLeavesAPictureOfEveryStepAndATranscript)
         EXPECT_TRUE(std::filesystem::exists(out.Path() + "tour/" + picture)) << picture;
     EXPECT_THAT(transcript, HasSubstr("Location -> Hall C, applied: yes, read again: Hall C"));
     EXPECT_THAT(transcript, HasSubstr("Agent core-r-1 Interface 1  at "));
-    EXPECT_THAT(transcript, HasSubstr("    Agent : Cold Start\n    Interface : Link Down\n"));
+    EXPECT_THAT(transcript, HasSubstr("    Agent : Cold Start (1)\n    Interface : Link Down (1)\n"));
     EXPECT_THAT(transcript, HasSubstr("every SNMP step went as expected"));
 }
 

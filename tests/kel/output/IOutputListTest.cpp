@@ -5,7 +5,9 @@
 #include "kel/output/IOutputList.h"
 #include "kel/output/IOutputText.h"
 #include "kel/output/KELCallReply.h"
+#include "kel/output/KELEventLists.h"
 #include "kel/output/KELListModel.h"
+#include "zed/value/TTimeValues.h"
 #include "support/ContextFixture.h"
 #include "support/ShippedNetwork.h"
 #include "support/TempDir.h"
@@ -17,6 +19,8 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QHeaderView>
+#include <QLabel>
+#include <QTabWidget>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -73,11 +77,13 @@ TEST_F(OutputListTest, AWildcardShowGivesARowPerEntityUnderAColumnPerAttribute)
 
 TEST_F(OutputListTest, EventReportsAddARowEachAndAbsentArgumentsAreNotReturned)
 {
+    constexpr std::int64_t kReported = 1795615509000;  // 11/25/2026 14:05:09
     IOutputList list(context);
     list.CreatePresentation("Events", TEntitySpec("Network core Router r1 Interface eth0"), kLinkStateChanged);
     for (const char* reason : {static_cast<const char*>("cable pulled"), static_cast<const char*>(nullptr)}) {
         TEventReport report(kLinkStateChanged, 0);
         report.SetEntity(TEntitySpec("Network core Router r1 Interface eth1"));
+        report.SetTime(kReported);
         if (reason)
             report.Add(TLatin1String(reason, 2));
         TReply reply(ZED_REPLY_RESPONSE, kLinkStateChanged);
@@ -86,11 +92,57 @@ TEST_F(OutputListTest, EventReportsAddARowEachAndAbsentArgumentsAreNotReturned)
     }
     const KELListModel& model = *list.GetModel();
     ASSERT_EQ(model.rowCount(), 2);
-    EXPECT_THAT(Titles(model), ElementsAre("Entity", "State", "Reason"));
+    EXPECT_THAT(Titles(model), ElementsAre("Entity", "State", "Reason", "Time"));
+    EXPECT_EQ(list.header()->visualIndex(3), 1) << "when it came, next to whom it came from";
+    EXPECT_EQ(model.Cell(1, 3), QString::fromStdString(TAbsTime::Format(kReported)));
     EXPECT_EQ(model.Cell(0, 0), "Network core Router r1 Interface eth1") << "the report's own entity";
     EXPECT_EQ(model.Cell(0, 1), "<not returned>");
     EXPECT_EQ(model.Cell(0, 2), "cable pulled");
     EXPECT_EQ(model.Cell(1, 2), "<not returned>");
+}
+
+TEST_F(OutputListTest, EventListsTakeABatchIntoOneListPerKindBoundedAndTitledWithTheirCounts)
+{
+    KELEventLists events(Dictionary(), context);
+    events.SetMostRows(20);
+    std::vector<TCallResult> batch;
+    for (int i = 0; i < 50; ++i) {
+        TEventReport report(kLinkStateChanged, 0);
+        report.SetEntity(TEntitySpec("Network core Router r1 Interface eth" + std::to_string(i % 3)));
+        TReply reply(ZED_REPLY_RESPONSE, kLinkStateChanged);
+        reply.Add(report);
+        TCallResult result;
+        result.reply = std::move(reply);
+        batch.push_back(std::move(result));
+    }
+    events.Add(batch);
+    ASSERT_EQ(events.GetTabs()->count(), 1);
+    IOutputList* list = events.FindList(events.GetTabs()->widget(0)->accessibleName());
+    ASSERT_NE(list, nullptr);
+    const int kept = list->GetModel()->rowCount();
+    EXPECT_LE(kept, 20);
+    EXPECT_EQ(events.GetTabs()->tabText(0), events.GetTabs()->widget(0)->accessibleName() + " (" + QString::number(kept)
+                                                + ", " + QString::number(50 - kept) + " older dropped)");
+
+    EXPECT_TRUE(events.findChild<QLabel*>()->isHidden()) << "nothing refused, nothing said";
+    events.SetSummary("2 notifications refused (the community is not the agent's: 2)");
+    EXPECT_FALSE(events.findChild<QLabel*>()->isHidden());
+    events.SetSummary({});
+    EXPECT_TRUE(events.findChild<QLabel*>()->isHidden());
+}
+
+TEST(ListModel, ABoundedListDropsItsOldestRowsATenthAtATimeAndCountsThem)
+{
+    KELListModel model;
+    model.AddColumn("N");
+    model.SetMostRows(100);
+    for (int i = 0; i < 250; ++i)
+        model.SetCell(model.AddRow(), 0, QString::number(i));
+    EXPECT_LE(model.rowCount(), 100);
+    EXPECT_GE(model.rowCount(), 90);
+    EXPECT_EQ(model.GetDroppedRows() + static_cast<std::size_t>(model.rowCount()), 250u);
+    EXPECT_EQ(model.Cell(model.rowCount() - 1, 0), "249") << "the newest stays";
+    EXPECT_EQ(model.Cell(0, 0), QString::number(model.GetDroppedRows())) << "the oldest went, in order";
 }
 
 TEST_F(OutputListTest, ColumnOrderHiddenColumnsAndWidthsAreKeptInTheListsSection)
