@@ -1,5 +1,6 @@
 #include "zed/call/TReplyText.h"
 
+#include "zed/ZedText.h"
 #include "zed/value/TAttribute.h"
 #include "zed/value/TEventReport.h"
 
@@ -10,7 +11,9 @@
 namespace {
 
 // Values print on one line, but attribute lists one attribute a line, named
-// and with units, as an operator reads them.
+// and with units, as an operator reads them. What a value holds of control
+// characters is escaped: a value from a device cannot forge a line of its
+// own or move a terminal's cursor.
 void WriteValue(std::ostream& out, const std::string& label, const TValue& value, const TDictClass* cls, const std::string& units,
                 const std::string& indent)
 {
@@ -25,7 +28,7 @@ void WriteValue(std::ostream& out, const std::string& label, const TValue& value
         }
         return;
     }
-    out << indent << label << " = " << value.ToString()
+    out << indent << label << " = " << ZedEscapeControls(value.ToString())
               << (units.empty() || value.HasReason() ? "" : " " + units) << "\n";
 }
 
