@@ -519,11 +519,10 @@ bool KelBrowserWindow::Send()
     m_form->SaveContents("");
     // What was sent is where undoing now starts from.
     m_form->UndoBoundary();
-    // One line per message: a multi-line argument shows its line ends as " / ".
-    std::string shown = m_requestText;
-    for (std::size_t at = shown.find('\n'); at != std::string::npos; at = shown.find('\n', at + 3))
-        shown.replace(at, 1, " / ");
-    const std::string message = name + " sent to " + entity + (shown.empty() ? "" : ": " + shown);
+    // One line per message, its values as the reply writes them.
+    std::ostringstream shown;
+    ZEDWriteRequest(shown, m_dictionary, call->GetEntity(), call->GetDirective(), call->GetRequest());
+    const std::string message = name + " sent to " + entity + (shown.str().empty() ? "" : ": " + shown.str());
     const unsigned int directive = m_form->GetDirectiveID();
     const TEntitySpec target = m_form->GetEntity();
     return StartCall(*document, std::move(call), name, [this, document, message, name, directive, target](TAsyncCall& answered) {
@@ -549,9 +548,15 @@ std::string KelBrowserWindow::FirstException(TCall& call) const
         if (call.GetStatus() != ZED_STATUS_RESPONSE) {
             std::ostringstream text;
             ZEDWriteReply(text, m_dictionary, call, call.GetDirective());
-            std::string line = text.str().substr(std::min(text.str().size(), text.str().find('\n') + 1));
-            line = line.substr(0, line.find('\n'));
-            exception = line.substr(std::min(line.size(), line.find_first_not_of(' ')));
+            // The reply's kind and text, then its values (a common exception's
+            // Reason), on one line: the console line alone says why.
+            std::istringstream lines(text.str());
+            std::string line;
+            std::getline(lines, line);  // the entity and time
+            while (std::getline(lines, line)) {
+                const std::string trimmed = line.substr(std::min(line.size(), line.find_first_not_of(' ')));
+                exception += (exception.empty() ? "" : exception.back() == ':' ? " " : "; ") + trimmed;
+            }
         }
     call.SelectReply(0);
     return exception;

@@ -18,6 +18,8 @@
 #include "kel/frame/KELCallPump.h"
 #include "zed/snmp/TSnmpLocalAgent.h"
 #include "zed/snmp/TSnmpModule.h"
+#include "zed/value/TRecord.h"
+#include "zed/value/TScalarValues.h"
 
 #include <QAction>
 #include <QLabel>
@@ -149,7 +151,21 @@ TEST_F(BrowserWindowTest, AnExceptionLooksLikeOneInTheReplyAndTheConsole)
     EXPECT_TRUE(window->GetOutputForm()->ShowsException());
     EXPECT_FALSE(window->GetOutputs()->tabIcon(0).isNull()) << "the Reply tab warns";
     EXPECT_THAT(LastMessage(), HasSubstr("[problem] Test sent to"));
-    EXPECT_THAT(LastMessage(), HasSubstr("exception CountTooLarge (2): The packet count is too large"));
+    EXPECT_THAT(LastMessage(), HasSubstr("exception CountTooLarge (2): The packet count is too large; "
+                                         "Maximum Count = 1000")) << "the console line alone says why";
+}
+
+TEST_F(BrowserWindowTest, TheConsoleWritesARequestsCompositeValuesAsTheReplyDoes)
+{
+    ASSERT_TRUE(window->OpenForm(kInterface, "Echo"));
+    TRecord place(std::static_pointer_cast<const TDictTypeRecord>(Dictionary().FindType("Location")), 0);
+    place.Add(TLatin1String("Hall C", 1));
+    place.Add(TUnsigned16(12, 2));
+    Line("Place")->GetField()->SetValue(place);
+    Line("Confirm")->GetField()->SetValue(std::string("True"));
+    ASSERT_TRUE(SendAndWait());
+    EXPECT_THAT(LastMessage(), HasSubstr("Place = { Site = Hall C"));
+    EXPECT_THAT(LastMessage(), ::testing::Not(HasSubstr("= )")));
 }
 
 TEST_F(BrowserWindowTest, ARefusedRequestSaysWhichLineAndWhy)
@@ -364,7 +380,7 @@ TEST_F(BrowserWindowTest, AnOutstandingCallNeverBlocksAndCanBeCancelledOrTimeOut
     ASSERT_TRUE(window->Send());
     EXPECT_TRUE(QTest::qWaitFor([&] { return !window->IsBusy(); }, 2000));
     EXPECT_THAT(LastMessage(), HasSubstr("[problem] Test sent to"));
-    EXPECT_THAT(LastMessage(), HasSubstr("exception NoAnswer (4): No answer came in time"));
+    EXPECT_THAT(LastMessage(), HasSubstr("exception NoAnswer (4): No answer came in time; Reason = "));
     ZEDGetApplication()->RegisterModule(1, nullptr);
 }
 
@@ -485,7 +501,7 @@ TEST_F(SnmpBrowserWindowTest, TheSameFormsTreeAndEventsWorkOnAnAgent)
     ASSERT_TRUE(QTest::qWaitFor([&] { return !tree.IsAsking(); }, 5000));
     EXPECT_EQ(LastLine(window->GetMessages()),
               "[problem] Agent agent-1 Interface * could not be listed: No answer came in time (no answer from agent "
-              "agent-1 (" + agent->GetAddress() + ") within 0.2 s (1 try))");
+              "agent-1 (" + agent->GetAddress() + ") within 0.2 s (1 try); a wrong community looks the same: the agent does not answer one)");
     EXPECT_FALSE(interfaces->isExpanded());
     agent->Resume();
     interfaces->setExpanded(true);

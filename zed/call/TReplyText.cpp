@@ -72,6 +72,23 @@ void ZEDWriteReply(std::ostream& out, const TDictionary& dictionary, const TCall
     WriteReplyValues(out, reply, definition ? &definition->GetArguments() : nullptr, cls);
 }
 
+void ZEDWriteRequest(std::ostream& out, const TDictionary& dictionary, const TEntitySpec& entity,
+                     unsigned int directiveId, const TRequest& request)
+{
+    const TDictClass* cls = dictionary.FindClass(entity.GetEntityClass());
+    const TDictDirective* directive = cls ? cls->FindDirective(directiveId) : nullptr;
+    for (std::size_t i = 0; i < request.Size(); ++i) {
+        const TValue& value = request.At(i);
+        const TDictValue* named = nullptr;
+        if (directive && directive->TakesAttributes())
+            named = cls->FindAttribute(value.GetID());
+        else if (directive)
+            named = directive->FindRequestArgument(value.GetID());
+        out << (i ? ", " : "") << (named ? named->GetPresentationName() : std::to_string(value.GetID())) << " = "
+            << (value.IsDefault() ? std::string("(default)") : ZedEscapeControls(value.ToString()));
+    }
+}
+
 void ZEDWriteEvents(std::ostream& out, const TDictionary& dictionary, const TCallResult& result)
 {
     const TDictClass* cls = dictionary.FindClass(result.outEntity.GetEntityClass());

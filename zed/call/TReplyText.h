@@ -7,6 +7,7 @@
 
 #include "zed/ZedExport.h"
 #include "zed/call/TCall.h"
+#include "zed/call/TRequest.h"
 #include "zed/dict/TDictionary.h"
 
 #include <iosfwd>
@@ -14,5 +15,10 @@
 /// The call's current reply.
 ZED_EXPORT void ZEDWriteReply(std::ostream& out, const TDictionary& dictionary, const TCall& call,
                               unsigned int directiveId);
+/// A request on one line, as the reply shows values: "Count = 3, Place = {
+/// Site = Hall C, Rack = 12 }", named by the directive's arguments (by the
+/// class's attributes when the directive takes attributes).
+ZED_EXPORT void ZEDWriteRequest(std::ostream& out, const TDictionary& dictionary, const TEntitySpec& entity,
+                                unsigned int directiveId, const TRequest& request);
 /// The event reports a result carries ("event <name> from <entity>" and their arguments).
 ZED_EXPORT void ZEDWriteEvents(std::ostream& out, const TDictionary& dictionary, const TCallResult& result);

@@ -147,8 +147,11 @@ struct TSnmpSession::Impl {
     std::string TimeoutReason() const
     {
         const int tries = agent.retries + 1;
+        // An SNMPv1 or v2c agent says nothing to a wrong community: from
+        // here, that looks exactly like an agent that is down.
         return "no answer from " + Who() + " within " + ZedSnmpSecondsText(agent.timeout) + " s (" + std::to_string(tries)
-               + (tries == 1 ? " try)" : " tries)");
+               + (tries == 1 ? " try)" : " tries)")
+               + (IsV3() ? "" : "; a wrong community looks the same: the agent does not answer one");
     }
 
     // ---- opening -----------------------------------------------------------
