@@ -2,11 +2,15 @@
 
 #include <QAbstractScrollArea>
 #include <QKeyEvent>
+#include <QLabel>
 #include <QShortcut>
 
 KELFilterBox::KELFilterBox(QAbstractScrollArea* owner, std::function<void(const QString&)> changed)
-    : QLineEdit(owner), m_pOwner(owner)
+    : QLineEdit(owner), m_pOwner(owner), m_pCount(new QLabel(this))
 {
+    m_pCount->setForegroundRole(QPalette::PlaceholderText);
+    m_pCount->setAttribute(Qt::WA_TransparentForMouseEvents);
+    m_pCount->hide();
     setPlaceholderText(QStringLiteral("Filter (Ctrl+F)"));
     setAccessibleName(QStringLiteral("Filter"));
     setClearButtonEnabled(true);
@@ -23,6 +27,28 @@ void KELFilterBox::Place(int top)
 {
     const int frame = m_pOwner->frameWidth();
     setGeometry(frame, frame + top, m_pOwner->width() - 2 * frame, Room());
+    PlaceCount();
+}
+
+void KELFilterBox::SetCount(const QString& count)
+{
+    if (count == m_pCount->text())
+        return;
+    m_pCount->setText(count);
+    m_pCount->setVisible(!count.isEmpty());
+    setAccessibleDescription(count);
+    PlaceCount();
+}
+
+QString KELFilterBox::GetCount() const { return m_pCount->text(); }
+
+// The count stands at the right end, left of the clear button; typing stops short of it.
+void KELFilterBox::PlaceCount()
+{
+    const int width = m_pCount->isHidden() ? 0 : m_pCount->sizeHint().width();
+    const int clear = height();  // the clear button is about as wide as the line is high
+    m_pCount->setGeometry(this->width() - clear - width, 0, width, height());
+    setTextMargins(0, 0, width ? width + 4 : 0, 0);
 }
 
 bool KELFilterBox::Matches(const QString& filter, const QString& text)

@@ -12,6 +12,8 @@
 #include "kel/output/KELListModel.h"
 
 #include <QHeaderView>
+#include <QLocale>
+#include <QTimer>
 
 #include <map>
 
@@ -61,8 +63,37 @@ IPresentationList::IPresentationList(KELConfigContext* context, QWidget* parent)
         if (!m_filter.isEmpty())
             for (int row = from.row(); row <= to.row(); ++row)
                 FilterRow(row);
+        if (!m_filter.isEmpty())
+            CountSoon();
     });
     connect(m_pModel, &QAbstractItemModel::layoutChanged, this, [this] { ApplyFilter(m_filter); });
+    connect(m_pModel, &QAbstractItemModel::rowsInserted, this, [this] { CountSoon(); });
+    connect(m_pModel, &QAbstractItemModel::rowsRemoved, this, [this] { CountSoon(); });
+    connect(m_pModel, &QAbstractItemModel::modelReset, this, [this] { CountSoon(); });
+}
+
+void IPresentationList::CountSoon()
+{
+    if (m_countDue)
+        return;
+    m_countDue = true;
+    QTimer::singleShot(0, this, [this] { Count(); });
+}
+
+void IPresentationList::Count()
+{
+    m_countDue = false;
+    const int rows = m_pModel->rowCount();
+    const QLocale locale;
+    const QString all = locale.toString(rows) + (rows == 1 ? QStringLiteral(" row") : QStringLiteral(" rows"));
+    if (m_filter.isEmpty()) {
+        m_pFilter->SetCount(rows ? all : QString());
+        return;
+    }
+    int shown = 0;
+    for (int row = 0; row < rows; ++row)
+        shown += isRowHidden(row, QModelIndex()) ? 0 : 1;
+    m_pFilter->SetCount(locale.toString(shown) + QStringLiteral(" of ") + all);
 }
 
 void IPresentationList::FilterRow(int row)
@@ -80,6 +111,7 @@ void IPresentationList::ApplyFilter(const QString& text)
     m_filter = text;
     for (int row = 0; row < m_pModel->rowCount(); ++row)
         FilterRow(row);
+    Count();
 }
 
 void IPresentationList::updateGeometries()

@@ -17,7 +17,8 @@ class IPresentationContainer;
 /// name. The columns' order, hidden ones and widths are settings of the list
 /// (".Position", ".Hidden", ".Width" in its section), read by OnInitialUpdate
 /// and written by SaveColumnSettings. Rows live in a model, so a list of
-/// 100,000 rows scrolls as one of ten.
+/// 100,000 rows scrolls as one of ten. The filter line says how many rows
+/// the list holds, and how many of them a filter shows.
 class KEL_EXPORT IPresentationList : public QTreeView, public IPresentation {
 public:
     explicit IPresentationList(KELConfigContext* context = nullptr, QWidget* parent = nullptr);
@@ -50,11 +51,15 @@ protected:
 
 private:
     void FilterRow(int row);
+    /// The filter line's count, soon: a burst of rows costs one count.
+    void CountSoon();
+    void Count();
 
     KELListModel* m_pModel;  // a child QObject of the view
     KELFilterBox* m_pFilter; // a child
     QString m_filter;
     bool m_placing = false;
+    bool m_countDue = false;
     std::unique_ptr<IPresentationContainer> m_pContainer;
     int m_currentRow = -1;
     std::string m_section;

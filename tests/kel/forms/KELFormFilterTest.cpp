@@ -92,15 +92,21 @@ TEST_F(FormFilterTest, AListFiltersItsRowsAndRowsAddedLaterMeetTheFilter)
     for (const char* entity : {"Network core Router r1 Interface eth0", "Network core Router r2 Interface eth1"}) {
         list.BeginRow(entity);
     }
+    QApplication::processEvents();
+    EXPECT_EQ(list.GetFilterBox()->GetCount(), "2 rows") << "a list says how many rows it holds";
     list.GetFilterBox()->setText(QStringLiteral("r2"));
     EXPECT_TRUE(list.isRowHidden(0, QModelIndex()));
     EXPECT_FALSE(list.isRowHidden(1, QModelIndex()));
+    EXPECT_EQ(list.GetFilterBox()->GetCount(), "1 of 2 rows") << "and how many the filter shows";
     list.BeginRow("Network core Router r1 Interface eth2");
     list.SetCurrentCell(0, QStringLiteral("Network core Router r1 Interface eth2"));
     EXPECT_TRUE(list.isRowHidden(2, QModelIndex()));
+    QApplication::processEvents();
+    EXPECT_EQ(list.GetFilterBox()->GetCount(), "1 of 3 rows");
     QTest::keyClick(list.GetFilterBox(), Qt::Key_Escape);
     for (int row = 0; row < 3; ++row)
         EXPECT_FALSE(list.isRowHidden(row, QModelIndex())) << row;
+    EXPECT_EQ(list.GetFilterBox()->GetCount(), "3 rows");
     list.show();
     QApplication::processEvents();
     EXPECT_GE(list.header()->y(), list.GetFilterBox()->geometry().bottom()) << "the filter stands above the header";
