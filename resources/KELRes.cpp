@@ -87,7 +87,7 @@ constexpr Entry kStrings[] = {
     {4068, "Workspaces"},
     {4069, "SECRET"},
     // Texts of this library's own beyond the numbers above.
-    {4070, "\"%s\" is not a number of this field's kind"},
+    {4070, "\"%s\" is not %s"},
     {4071, "The field %s does not hold a valid value: %s"},
     // Commands of host toolbars: the button's text, a line feed, the tip.
     {4072, "&Refresh\nRead the attributes of the entity again"},

@@ -8,6 +8,7 @@
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
 #include "kel/model/IElementInfo.h"
+#include "kel/model/KELElementHelp.h"
 
 
 IFieldEditNum::IFieldEditNum(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
@@ -83,7 +84,7 @@ bool IFieldEditNum::CheckText(std::string* reason)
     if (Valid(normalised))
         return true;
     if (reason)
-        *reason = KELResources::Format(4070, {text});
+        *reason = KELResources::Format(4070, {text, KELElementHelp::Accepted(GetDT())});
     return false;
 }
 

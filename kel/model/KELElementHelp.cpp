@@ -62,6 +62,14 @@ const char* AccessText(ZED_T_DICT_ACCESS access)
 
 } // namespace
 
+std::string KELElementHelp::Accepted(unsigned int datatype)
+{
+    const Kind* kind = KindOf(static_cast<ZED_T_DATATYPE>(datatype));
+    if (!kind || (!kind->range && datatype != ZED_DT_FLOAT && datatype != ZED_DT_REAL))
+        return {};
+    return std::string(kind->what) + (kind->range ? std::string(" from ") + kind->range : std::string());
+}
+
 std::string KELElementHelp::Describe(const IElementInfo& info)
 {
     std::string text;

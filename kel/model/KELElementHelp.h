@@ -20,5 +20,8 @@ class IElementInfo;
 namespace KELElementHelp {
 
 KEL_EXPORT std::string Describe(const IElementInfo& info);
+/// What a field of the data type takes, in a few words: "a whole number
+/// from 0 to 65535", "a number"; empty for a type that is not a number.
+KEL_EXPORT std::string Accepted(unsigned int datatype);
 
 } // namespace KELElementHelp

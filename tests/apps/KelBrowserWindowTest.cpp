@@ -174,7 +174,7 @@ TEST_F(BrowserWindowTest, ARefusedRequestSaysWhichLineAndWhy)
     Line("Size")->GetField()->SetValue(std::string("lots"));
     EXPECT_FALSE(window->Send());
     EXPECT_EQ(LastMessage(), "[problem] Not sent: The field Size does not hold a valid value: \"lots\" is not a "
-                             "number of this field's kind\n");
+                             "whole number from 0 to 65535\n");
 }
 
 TEST_F(BrowserWindowTest, TheOutputsAreThoseOfTheDocumentShown)

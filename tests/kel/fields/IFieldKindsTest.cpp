@@ -236,7 +236,7 @@ TEST_F(FieldKindsTest, AnInvalidNumberIsMarkedWhereItStandsAndTheFocusMovesOn)
     QApplication::processEvents();
     EXPECT_TRUE(other->GetWindow()->hasFocus()) << "the focus is never trapped";
     EXPECT_TRUE(edit->IsMarkedInvalid());
-    EXPECT_EQ(edit->toolTip(), "\"lots\" is not a number of this field's kind");
+    EXPECT_EQ(edit->toolTip(), "\"lots\" is not a whole number from -32768 to 32767");
     EXPECT_EQ(edit->accessibleDescription(), edit->toolTip());
 
     edit->setFocus();

@@ -219,7 +219,7 @@ TEST_F(InputFormTest, ARequiredArgumentLeftEmptyStopsTheRequestWithTheMessage)
     EXPECT_FALSE(numbers->FillRequest(invalid));
     ASSERT_EQ(prompts->size(), 2u);
     EXPECT_EQ(prompts->at(1).text,
-              "The field Size does not hold a valid value: \"lots\" is not a number of this field's kind");
+              "The field Size does not hold a valid value: \"lots\" is not a whole number from 0 to 65535");
     prompts->pop_back();
 
     // A required argument with a default sends the default.
