@@ -844,6 +844,11 @@ void KelBrowserWindow::ShowHelp()
     const QWidget* focused = QApplication::focusWidget();
     if (!focused || !GetKELapp())
         return;
+    // Focus may rest on a part of a field (a text box's viewport, a combo's
+    // line): the field that holds it is the one to explain.
+    while (focused->accessibleName().isEmpty() && focused->accessibleDescription().isEmpty()
+           && focused->parentWidget())
+        focused = focused->parentWidget();
     const QString name = focused->accessibleName();
     const QString help = focused->accessibleDescription();
     const QString type = focused->toolTip();

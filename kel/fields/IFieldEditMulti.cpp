@@ -10,6 +10,8 @@
 
 #include <QFontMetrics>
 #include <QPlainTextEdit>
+#include <QTextLayout>
+#include <QTextBlock>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -67,6 +69,12 @@ void IFieldEditMulti::Create(unsigned int& id, IElementInfo& info)
     edit->setTabChangesFocus(true);  // Tab leaves the field, as in every other field
     edit->document()->setDocumentMargin(1);
     if (IsReadOnly()) {
+        // A value to read shows whole: long lines wrap and the field grows,
+        // never a scroll bar drawn over the text.
+        edit->setLineWrapMode(QPlainTextEdit::WidgetWidth);
+        edit->setWordWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+        edit->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        m_maxLines = std::max(m_maxLines, kMostReadOnlyLines);
         edit->setReadOnly(true);
         edit->setFrameShape(QFrame::NoFrame);
         IControlBase::ShowAsReadOnly(edit);
@@ -83,7 +91,7 @@ void IFieldEditMulti::FitToText()
 {
     if (!m_pEdit)
         return;
-    const int lines = std::max(1, m_pEdit->document()->blockCount());
+    const int lines = ShownLines();
     // Whole steps of lines, never more than the largest number.
     const int wanted = std::min(m_maxLines, 1 + (lines - 1 + m_lineStep - 1) / m_lineStep * m_lineStep);
     if (wanted == m_visibleLines)
@@ -97,6 +105,29 @@ void IFieldEditMulti::FitToText()
     Resize(QSize(kWidth, metrics.lineSpacing() * wanted + frame + 3));
     if (before.isValid() && before != GetSize() && GetContainer())
         GetContainer()->SizeHasChanged();
+}
+
+int IFieldEditMulti::ShownLines() const
+{
+    if (m_pEdit->lineWrapMode() == QPlainTextEdit::NoWrap)
+        return std::max(1, m_pEdit->document()->blockCount());
+    // Wrapped as the control will wrap it at the field's width, with the same
+    // text engine: a control not yet shown has no width of its own to ask.
+    const qreal width = kWidth - 2 * m_pEdit->frameWidth() - 2 * m_pEdit->document()->documentMargin()
+                        - m_pEdit->cursorWidth();
+    QTextOption option = m_pEdit->document()->defaultTextOption();
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    int lines = 0;
+    for (QTextBlock block = m_pEdit->document()->begin(); block.isValid(); block = block.next()) {
+        QTextLayout layout(block.text(), m_pEdit->font());
+        layout.setTextOption(option);
+        layout.beginLayout();
+        for (QTextLine line = layout.createLine(); line.isValid(); line = layout.createLine())
+            line.setLineWidth(width);
+        layout.endLayout();
+        lines += std::max(1, layout.lineCount());
+    }
+    return std::max(1, lines);
 }
 
 void IFieldEditMulti::GetValue(std::string& text) const

@@ -13,6 +13,8 @@ class KEL_EXPORT IFieldEditMulti : public KELTextField {
 public:
     static constexpr int kWidth = 350;
     static constexpr int kDefaultMaxLines = 15;
+    /// A read-only text shows whole, wrapped, up to this many lines.
+    static constexpr int kMostReadOnlyLines = 200;
     static constexpr int kDefaultLineStep = 1;
 
     IFieldEditMulti(IElementInfo& info, IContainer* container);
@@ -43,6 +45,9 @@ private:
     /// Grows or shrinks the control to its text, by steps, within the largest
     /// number of lines; a change of size is passed up to the container.
     void FitToText();
+    /// The lines the text takes as shown: its paragraphs, or, read-only and
+    /// wrapped at the field's width, the lines they wrap to.
+    int ShownLines() const;
 
     QPlainTextEdit* m_pEdit = nullptr;  // the window; a child of the container
     int m_maxLines = kDefaultMaxLines;

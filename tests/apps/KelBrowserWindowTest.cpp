@@ -12,6 +12,7 @@
 #include "kel/fields/IFieldUnit.h"
 #include "kel/forms/IFormLine.h"
 #include "kel/frame/IApplication.h"
+#include "kel/frame/IHelpDialog.h"
 #include "kel/model/IPresentationContainer.h"
 #include "support/ContextFixture.h"
 #include "support/HeldModule.h"
@@ -524,6 +525,40 @@ TEST_F(SnmpBrowserWindowTest, TheSameFormsTreeAndEventsWorkOnAnAgent)
     EXPECT_FALSE(window->IsBusy());
     ASSERT_TRUE(QTest::qWaitFor([&] { return window->GetEventLists()->count() == 1; }, 5000));
     EXPECT_EQ(window->GetEventLists()->tabText(0).toStdString(), "Interface : Link Down (1)") << "its kind and how many rows it holds";
+}
+
+} // namespace
+
+namespace {
+
+TEST_F(BrowserWindowTest, F1OnAReplysFieldSaysWhatItHoldsAsAnInputFieldDoes)
+{
+    ASSERT_TRUE(window->OpenForm("Network core Router r1", "Show"));
+    ASSERT_TRUE(SendAndWait());
+    window->show();
+    window->ShowOutput(QStringLiteral("Reply"));
+    QApplication::processEvents();
+    QWidget* temperature = nullptr;
+    for (QWidget* control : window->GetOutputForm()->findChildren<QWidget*>())
+        if (control->accessibleName() == "Temperature")
+            temperature = control;
+    ASSERT_NE(temperature, nullptr);
+    // Focus may rest on a part of the field (a text box's viewport): its field's help still shows.
+    for (QWidget* focused : {temperature, temperature->focusProxy() ? temperature->focusProxy() : temperature}) {
+        focused->setFocus();
+        window->ShowHelp();
+        const std::string help = GetKELapp()->GetHelpDialog()->GetText().toStdString();
+        EXPECT_THAT(help, HasSubstr("Temperature"));
+        EXPECT_THAT(help, HasSubstr("Units: ")) << help;
+    }
+    auto* text = new QPlainTextEdit(temperature->parentWidget());
+    text->setAccessibleName(QStringLiteral("Description"));
+    text->setAccessibleDescription(QStringLiteral("Type: Latin1String (text)"));
+    text->show();
+    text->viewport()->setFocus();
+    window->ShowHelp();
+    EXPECT_THAT(GetKELapp()->GetHelpDialog()->GetText().toStdString(), HasSubstr("Type: Latin1String (text)"))
+        << "the viewport's field speaks for it";
 }
 
 } // namespace

@@ -21,6 +21,7 @@
 #include <QComboBox>
 #include <QLineEdit>
 #include <QPlainTextEdit>
+#include <QScrollBar>
 #include <QRadioButton>
 #include <QTest>
 
@@ -173,6 +174,26 @@ TEST_F(FieldKindsTest, MultiLineTextGrowsByStepsUpToItsLargestAndKeepsLineEnds)
     auto stepped = Make<IFieldEditMulti>(Element(ZED_DT_LATIN1STRING));
     stepped->SetValue(std::string("a\nb"));
     EXPECT_EQ(stepped->GetVisibleLines(), 4) << "one line, then a step of three";
+}
+
+TEST_F(FieldKindsTest, ALongReadOnlyTextShowsWholeWrappedWithoutAScrollBarOverIt)
+{
+    auto shown = Make<IFieldEditMulti>(Element(ZED_DT_LATIN1STRING, ZED_ACCESS_READ_ONLY));
+    const int oneLine = shown->GetSize().height();
+    // A sysDescr as agents give it: one line of 230 characters.
+    std::string description = "Linux core-r1 6.1.0-28-amd64 #1 SMP PREEMPT_DYNAMIC Debian 6.1.119-1 (2024-11-22) x86_64";
+    while (description.size() < 230)
+        description += " and more words";
+    shown->SetValue(description);
+    auto* edit = static_cast<QPlainTextEdit*>(shown->GetWindow());
+    EXPECT_EQ(edit->horizontalScrollBarPolicy(), Qt::ScrollBarAlwaysOff);
+    EXPECT_GT(shown->GetVisibleLines(), 2) << "the line wraps and the field grows";
+    EXPECT_GT(shown->GetSize().height(), 2 * oneLine);
+    form.show();
+    QApplication::processEvents();
+    EXPECT_FALSE(edit->verticalScrollBar()->isVisible()) << "every line in view";
+    EXPECT_FALSE(edit->horizontalScrollBar()->isVisible());
+    EXPECT_LE(edit->document()->size().height(), shown->GetVisibleLines()) << "the wrapped lines all fit";
 }
 
 TEST_F(FieldKindsTest, NumbersAreCheckedAndRewrittenInTheirKindsFormat)
