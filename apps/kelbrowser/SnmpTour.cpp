@@ -112,26 +112,31 @@ int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agen
         }
     }
 
-    // Notifications as an agent sends them: a restart, then a link going down.
+    // Notifications as an agent sends them: a restart, then a link going
+    // down; and one forged with a community that is not the agent's.
     out << "\n== Traps to " << module.GetReceiverAddress() << "\n";
+    window.WatchNotifications([&module] { return module.GetNotificationCounts().Summary(); });
     const QString target = QString::fromStdString(module.GetReceiverAddress().substr(4));
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("MIBS"), QString());
     for (const QStringList& trap :
          {QStringList{"-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.1"},
           QStringList{"-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.3", "1.3.6.1.2.1.2.2.1.1.1", "i",
-                      "1", "1.3.6.1.2.1.2.2.1.7.1", "i", "1", "1.3.6.1.2.1.2.2.1.8.1", "i", "2"}}) {
+                      "1", "1.3.6.1.2.1.2.2.1.7.1", "i", "1", "1.3.6.1.2.1.2.2.1.8.1", "i", "2"},
+          QStringList{"-v", "2c", "-c", "forged", target, "", "1.3.6.1.6.3.1.1.5.3", "1.3.6.1.2.1.2.2.1.1.1", "i",
+                      "1"}}) {
         QProcess sender;
         sender.setProcessEnvironment(environment);
         sender.start(QStringLiteral("/usr/bin/snmptrap"), trap);
         const bool sent = sender.waitForFinished(10000) && sender.exitCode() == 0;
-        out << "  snmptrap " << trap.last(trap.size() > 7 ? 7 : 1).join(' ').toStdString() << ": "
+        out << "  snmptrap -c " << trap[3].toStdString() << " " << trap.mid(trap.indexOf(QString()) + 1).join(' ').toStdString() << ": "
             << (sent ? "sent" : "failed") << "\n";
         faults += sent ? 0 : 1;
     }
     QElapsedTimer waited;
     waited.start();
-    while (window.GetEventLists()->count() < 2 && waited.elapsed() < 5000) {
+    while ((window.GetEventLists()->count() < 2 || window.GetEvents()->GetSummary().isEmpty())
+           && waited.elapsed() < 5000) {
         QApplication::processEvents(QEventLoop::AllEvents, 50);
         QThread::msleep(5);
     }
@@ -141,6 +146,8 @@ int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agen
     for (int i = 0; i < window.GetEventLists()->count(); ++i)
         out << "    " << window.GetEventLists()->tabText(i).toStdString() << "\n";
     faults += window.GetEventLists()->count() == 2 ? 0 : 1;
+    out << "  said above the lists: " << window.GetEvents()->GetSummary().toStdString() << "\n";
+    faults += window.GetEvents()->GetSummary().contains(QStringLiteral("the community is not the agent's")) ? 0 : 1;
     faults += Save(window, folder, "23-snmp-trap-events.png", out) ? 0 : 1;
     out << "\n";
     return faults;
