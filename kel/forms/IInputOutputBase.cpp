@@ -59,7 +59,10 @@ void IInputOutputBase::ProcessReply(const TReply& reply)
                 line->SetValue(value);
             else
                 line->SetToNotReturned();
+            // What the network now holds is the line's new starting point: its
+            // label stops showing a change at once, not at the next keystroke.
             line->RememberValue();
+            line->OnIdleUpdateCmdUI(0, 0);
         });
     PostProcessReply();
 }

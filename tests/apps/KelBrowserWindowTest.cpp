@@ -561,4 +561,19 @@ TEST_F(BrowserWindowTest, F1OnAReplysFieldSaysWhatItHoldsAsAnInputFieldDoes)
         << "the viewport's field speaks for it";
 }
 
+TEST_F(BrowserWindowTest, WhatTheNetworkHoldsAfterAnApplyIsTheFormsNewStartingPoint)
+{
+    ASSERT_TRUE(window->OpenAttributes("Network core Router r1"));
+    ASSERT_TRUE(window->WaitForCalls(std::chrono::seconds(5)));
+    IFormLine* priority = Line("Priority");
+    ASSERT_NE(priority, nullptr);
+    static_cast<QLineEdit*>(priority->GetField()->GetWindow())->setText(QStringLiteral("8"));
+    KELIdlePass::RunNow();
+    EXPECT_TRUE(priority->GetLabel()->GetControl()->IsRaised()) << "a changed line shows it";
+    ASSERT_TRUE(window->Apply());
+    ASSERT_TRUE(window->WaitForCalls(std::chrono::seconds(5)));
+    EXPECT_EQ(Text("Priority"), "8");
+    EXPECT_FALSE(priority->GetLabel()->GetControl()->IsRaised()) << "applied and read again: changed no more";
+}
+
 } // namespace
