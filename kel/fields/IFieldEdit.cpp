@@ -7,6 +7,7 @@
 #include "kel/frame/KELTrace.h"
 #include "kel/model/IElementInfo.h"
 #include "zed/TApplication.h"
+#include "zed/ZedText.h"
 #include "zed/value/TEntitySpec.h"
 #include "zed/value/TScalarValues.h"
 
@@ -87,7 +88,8 @@ void IFieldEdit::SetValue(const std::string& text)
 }
 
 // A value with a reason shows the reason's text: ToString gives it.
-void IFieldEdit::SetValue(const TValue& value) { SetValue(value.ToString()); }
+// One line: a value's control characters (a device's ESC, CR, LF) show escaped.
+void IFieldEdit::SetValue(const TValue& value) { SetValue(ZedEscapeControls(value.ToString())); }
 
 void IFieldEdit::GetPartialRequest(std::string& request) { GetValue(request); }
 

@@ -3,17 +3,19 @@
 #include "kel/frame/KELResources.h"
 #include "kel/output/IPresentationList.h"
 #include "kel/fields/KELEnumerationCodes.h"
+#include "zed/ZedText.h"
 #include "zed/value/TEnumeration.h"
 #include "zed/value/TValue.h"
 
 namespace {
 
-// An enumeration with its number where the operator asked for it.
+// An enumeration with its number where the operator asked for it; a cell is
+// one line, so what a value holds of control characters shows escaped.
 std::string ShownText(const TValue& value)
 {
     if (value.GetDatatype() == ZED_DT_ENUMERATION && value.IsPresent() && !value.HasReason())
         return KELEnumerationCodes::Text(value.ToString(), static_cast<const TEnumeration&>(value).GetCode());
-    return value.ToString();
+    return ZedEscapeControls(value.ToString());
 }
 
 } // namespace

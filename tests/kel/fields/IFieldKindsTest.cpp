@@ -108,6 +108,8 @@ TEST_F(FieldKindsTest, TextFieldsConvertByDataTypeAndKeepTheirContents)
     EXPECT_EQ(empty->GetID(), 1u);
     name->SetValue(std::string("core"));
     EXPECT_EQ(name->GetTValue(false)->ToString(), "core");
+    name->SetValue(TSimpleName("eth0\r\nforged: line\x1b[2J"));
+    EXPECT_EQ(edit->text(), "eth0\\r\\nforged: line\\e[2J") << "one line shows a device's control characters escaped";
 
     auto entity = Make<IFieldEdit>(Element(ZED_DT_ENTITYSPEC));
     entity->SetValue(std::string("Network core Router r1"));

@@ -80,7 +80,7 @@ TEST_F(OutputListTest, EventReportsAddARowEachAndAbsentArgumentsAreNotReturned)
     constexpr std::int64_t kReported = 1795615509000;  // 11/25/2026 14:05:09
     IOutputList list(context);
     list.CreatePresentation("Events", TEntitySpec("Network core Router r1 Interface eth0"), kLinkStateChanged);
-    for (const char* reason : {static_cast<const char*>("cable pulled"), static_cast<const char*>(nullptr)}) {
+    for (const char* reason : {static_cast<const char*>("cable\npulled"), static_cast<const char*>(nullptr)}) {
         TEventReport report(kLinkStateChanged, 0);
         report.SetEntity(TEntitySpec("Network core Router r1 Interface eth1"));
         report.SetTime(kReported);
@@ -97,7 +97,7 @@ TEST_F(OutputListTest, EventReportsAddARowEachAndAbsentArgumentsAreNotReturned)
     EXPECT_EQ(model.Cell(1, 3), QString::fromStdString(TAbsTime::Format(kReported)));
     EXPECT_EQ(model.Cell(0, 0), "Network core Router r1 Interface eth1") << "the report's own entity";
     EXPECT_EQ(model.Cell(0, 1), "<not returned>");
-    EXPECT_EQ(model.Cell(0, 2), "cable pulled");
+    EXPECT_EQ(model.Cell(0, 2), "cable\\npulled") << "a cell is one line: a line end shows escaped";
     EXPECT_EQ(model.Cell(1, 2), "<not returned>");
 }
 
