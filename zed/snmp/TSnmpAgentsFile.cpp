@@ -2,6 +2,7 @@
 
 #include "zed/TException.h"
 #include "zed/ZedFile.h"
+#include "zed/snmp/TSnmpKeys.h"
 
 #include <sys/stat.h>
 #include <unistd.h>
@@ -305,10 +306,21 @@ TSnmpAgents ZedParseAgents(const std::string& text, const std::string& source)
 
 TSnmpAgents ZedReadAgentsFile(const std::string& path)
 {
-    TSnmpAgents agents = ZedParseAgents(ZedReadFile(path, "agents file"), path);
+    std::string text = ZedReadFile(path, "agents file");
+    TSnmpAgents agents;
+    try {
+        agents = ZedParseAgents(text, path);
+    } catch (...) {
+        ZedWipe(text);
+        throw;
+    }
+    ZedWipe(text);  // it held the pass phrases
     struct stat info {};
-    if (stat(path.c_str(), &info) != 0)
+    if (stat(path.c_str(), &info) != 0) {
+        for (TSnmpAgent& agent : agents.agents)
+            ZedSnmpSealKeys(agent);
         return agents;  // read a moment ago: gone since, as if read before
+    }
     char mode[8];
     std::snprintf(mode, sizeof mode, "%04o", unsigned(info.st_mode & 07777));
     if (info.st_mode & (S_IWGRP | S_IWOTH))
@@ -322,5 +334,7 @@ TSnmpAgents ZedReadAgentsFile(const std::string& path)
     if (secret && (info.st_mode & (S_IRGRP | S_IROTH)))
         throw TException(path + ": holds keys or a write community but its group or others may read it (mode "
                          + mode + "); make it private with: chmod 600 " + path);
+    for (TSnmpAgent& agent : agents.agents)
+        ZedSnmpSealKeys(agent);
     return agents;
 }

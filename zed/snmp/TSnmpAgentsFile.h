@@ -32,8 +32,11 @@
 #include "zed/ZedExport.h"
 
 #include <cstddef>
+#include <memory>
 #include <string>
 #include <vector>
+
+struct TSnmpMasterKeys;
 
 /// One agent: where it is and how to speak to it.
 struct ZED_EXPORT TSnmpAgent {
@@ -69,9 +72,16 @@ struct ZED_EXPORT TSnmpAgent {
     std::string authKey;
     std::string privProtocol;  // "AES"
     std::string privKey;
+    /// The master keys made from the pass phrases, which are then wiped
+    /// (ZedSnmpSealKeys, TSnmpKeys.h): an agents file read, or a module made,
+    /// keeps no pass phrase.
+    std::shared_ptr<const TSnmpMasterKeys> keys;
 
     /// What the file holds that only its owner may read.
-    bool HoldsSecrets() const { return !writeCommunity.empty() || !authKey.empty() || !privKey.empty(); }
+    bool HoldsSecrets() const
+    {
+        return !writeCommunity.empty() || !authKey.empty() || !privKey.empty() || keys != nullptr;
+    }
     /// The community its notifications must carry.
     const std::string& NotificationCommunity() const { return trapCommunity.empty() ? community : trapCommunity; }
 };
@@ -92,6 +102,7 @@ struct ZED_EXPORT TSnmpAgents {
 
 /// Reads the agents file; throws TException "<path>:<line>: <fault>", or
 /// "<path>: ..." for a file others may write or whose secrets they may read.
+/// Its SNMPv3 pass phrases come back as master keys only (ZedSnmpSealKeys).
 ZED_EXPORT TSnmpAgents ZedReadAgentsFile(const std::string& path);
 /// The same from text (source names it in faults); permissions are not checked.
 ZED_EXPORT TSnmpAgents ZedParseAgents(const std::string& text, const std::string& source);

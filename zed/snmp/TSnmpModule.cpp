@@ -5,6 +5,7 @@
 #include "zed/ZedText.h"
 #include "zed/call/TCallAnswers.h"
 #include "zed/snmp/TSnmpIndex.h"
+#include "zed/snmp/TSnmpKeys.h"
 #include "zed/snmp/TSnmpReceiver.h"
 #include "zed/snmp/TSnmpSession.h"
 #include "zed/snmp/TSnmpValue.h"
@@ -728,11 +729,17 @@ struct TSnmpModule::Impl {
 };
 
 TSnmpModule::TSnmpModule(TDictionaryPtr dictionary, TSnmpAgents agents, bool receive)
-    : m_pImpl(std::make_unique<Impl>(std::move(dictionary), std::move(agents)))
 {
     ZedSnmpInitLibrary();
+    for (TSnmpAgent& agent : agents.agents)
+        ZedSnmpSealKeys(agent);
+    m_pImpl = std::make_unique<Impl>(std::move(dictionary), std::move(agents));
     if (receive)
         m_pImpl->receiver = std::make_unique<TSnmpReceiver>(m_pImpl->agents.receiverAddress, m_pImpl->agents.agents);
+    // The sessions and the receiver hold what keys they need: the module's
+    // own list of agents keeps none.
+    for (TSnmpAgent& agent : m_pImpl->agents.agents)
+        agent.keys.reset();
 }
 
 TSnmpModule::~TSnmpModule() = default;

@@ -2,6 +2,7 @@
 
 #include "zed/TException.h"
 #include "zed/ZedText.h"
+#include "zed/snmp/TSnmpKeys.h"
 #include "zed/snmp/ZedSnmpEndpoint.h"
 #include "zed/snmp/ZedSnmpLibrary.h"
 #include "zed/snmp/ZedSnmpPdu.h"
@@ -102,50 +103,47 @@ bool Readable(int socket)
     return poll(&p, 1, 0) > 0 && (p.revents & POLLIN);
 }
 
-// A user the SNMPv3 agents send informs as: keys made for this engine, which
-// is the authoritative one for an inform.
+// A user the SNMPv3 agents send informs as: keys localized for this engine,
+// which is the authoritative one for an inform.
 void AddInformUser(const TSnmpAgent& agent)
 {
     u_char engine[SNMP_MAXBUF_SMALL];
     const size_t engineLength = snmpv3_get_engineID(engine, sizeof engine);
     if (engineLength == 0 || usm_get_user(engine, engineLength, const_cast<char*>(agent.user.c_str())))
         return;
+    const std::string engineId(reinterpret_cast<const char*>(engine), engineLength);
+    const bool authenticates = agent.level != TSnmpAgent::Level::NoAuthNoPriv;
+    const bool encrypts = agent.level == TSnmpAgent::Level::AuthPriv;
+    std::unique_ptr<TSnmpSecret> auth, priv;
+    if ((authenticates && !(agent.keys && agent.keys->auth && (auth = ZedSnmpLocalize(agent, *agent.keys->auth, engineId))))
+        || (encrypts && !(agent.keys && agent.keys->priv && (priv = ZedSnmpLocalize(agent, *agent.keys->priv, engineId))))) {
+        TTraceStream(ZED_TRACE_SNMP | 1) << "the keys of user " << agent.user << " could not be made" << endl;
+        return;
+    }
     struct usmUser* user = usm_create_user();
     user->name = strdup(agent.user.c_str());
     user->secName = strdup(agent.user.c_str());
     user->engineID = static_cast<u_char*>(netsnmp_memdup(engine, engineLength));
     user->engineIDLen = engineLength;
-    const oid* auth = agent.authProtocol == "SHA-512" ? usmHMAC384SHA512AuthProtocol : usmHMAC192SHA256AuthProtocol;
-    const bool authenticates = agent.level != TSnmpAgent::Level::NoAuthNoPriv;
-    const bool encrypts = agent.level == TSnmpAgent::Level::AuthPriv;
+    const oid* hash = agent.authProtocol == "SHA-512" ? usmHMAC384SHA512AuthProtocol : usmHMAC192SHA256AuthProtocol;
     // The user comes with protocols of its own: ours replace them.
     free(user->authProtocol);
     free(user->privProtocol);
-    user->authProtocol = snmp_duplicate_objid(authenticates ? auth : usmNoAuthProtocol, 10);
+    user->authProtocol = snmp_duplicate_objid(authenticates ? hash : usmNoAuthProtocol, 10);
     user->authProtocolLen = authenticates ? 10 : OID_LENGTH(usmNoAuthProtocol);
     user->privProtocol = snmp_duplicate_objid(encrypts ? usmAESPrivProtocol : usmNoPrivProtocol,
                                               encrypts ? OID_LENGTH(usmAESPrivProtocol) : OID_LENGTH(usmNoPrivProtocol));
     user->privProtocolLen = encrypts ? OID_LENGTH(usmAESPrivProtocol) : OID_LENGTH(usmNoPrivProtocol);
-    const auto localize = [&](const std::string& pass, u_char** key, size_t* keyLength) {
-        u_char ku[USM_AUTH_KU_LEN];
-        size_t kuLength = sizeof ku;
-        if (generate_Ku(auth, 10, reinterpret_cast<const u_char*>(pass.data()), pass.size(), ku, &kuLength)
-            != SNMPERR_SUCCESS)
-            return false;
-        *key = static_cast<u_char*>(malloc(USM_AUTH_KU_LEN));
-        *keyLength = USM_AUTH_KU_LEN;
-        const bool made = generate_kul(auth, 10, engine, engineLength, ku, kuLength, *key, keyLength) == SNMPERR_SUCCESS;
-        std::memset(ku, 0, sizeof ku);
-        return made;
-    };
-    if ((authenticates && !localize(agent.authKey, &user->authKey, &user->authKeyLen))
-        || (encrypts && !localize(agent.privKey, &user->privKey, &user->privKeyLen))) {
-        TTraceStream(ZED_TRACE_SNMP | 1) << "the keys of user " << agent.user << " could not be made" << endl;
-        usm_free_user(user);
-        return;
+    if (auth) {
+        user->authKey = static_cast<u_char*>(netsnmp_memdup(auth->Data(), auth->Size()));
+        user->authKeyLen = auth->Size();
     }
-    if (encrypts)
-        user->privKeyLen = 16;  // AES-128 takes the first 16 octets
+    if (priv) {
+        // AES-128 takes the first 16 octets.
+        constexpr std::size_t kAes128Key = 16;
+        user->privKey = static_cast<u_char*>(netsnmp_memdup(priv->Data(), priv->Size()));
+        user->privKeyLen = std::min(priv->Size(), kAes128Key);
+    }
     usm_add_user(user);
 }
 
@@ -318,10 +316,16 @@ TSnmpReceiver::TSnmpReceiver(const std::string& address, const std::vector<TSnmp
     : m_pImpl(std::make_unique<Impl>())
 {
     ZedSnmpInitLibrary();
-    for (const TSnmpAgent& agent : agents) {
-        if (agent.version == TSnmpAgent::Version::V3)
+    for (const TSnmpAgent& given : agents) {
+        // The receiver keeps who an agent is, never its keys.
+        TSnmpAgent agent = given;
+        if (agent.version == TSnmpAgent::Version::V3) {
+            ZedSnmpSealKeys(agent);
             AddInformUser(agent);
-        m_pImpl->known.push_back(Impl::Known{agent, ZedSnmpNumericHosts(agent.address)});
+        }
+        agent.keys.reset();
+        agent.writeCommunity.clear();
+        m_pImpl->known.push_back(Impl::Known{std::move(agent), ZedSnmpNumericHosts(given.address)});
     }
     netsnmp_transport* transport = netsnmp_transport_open_server("snmptrap", address.c_str());
     if (!transport)

@@ -1,5 +1,6 @@
 #include "zed/snmp/TSnmpSession.h"
 
+#include "zed/snmp/TSnmpKeys.h"
 #include "zed/snmp/ZedSnmpEndpoint.h"
 #include "zed/snmp/ZedSnmpLibrary.h"
 #include "zed/snmp/ZedSnmpPdu.h"
@@ -223,6 +224,7 @@ struct TSnmpSession::Impl {
         netsnmp_session s;
         Prepare(s);
         std::string fault;
+        std::unique_ptr<TSnmpSecret> localAuth, localPriv;
         if (agent.version == TSnmpAgent::Version::V3) {
             s.version = SNMP_VERSION_3;
             s.securityName = const_cast<char*>(agent.user.c_str());
@@ -234,24 +236,31 @@ struct TSnmpSession::Impl {
             s.securityLevel = agent.level == TSnmpAgent::Level::AuthPriv     ? SNMP_SEC_LEVEL_AUTHPRIV
                               : agent.level == TSnmpAgent::Level::AuthNoPriv ? SNMP_SEC_LEVEL_AUTHNOPRIV
                                                                              : SNMP_SEC_LEVEL_NOAUTH;
+            // The master keys localized for this engine: net-snmp takes copies
+            // of the localized keys, ours are wiped as they go out of scope.
+            ZedSnmpSealKeys(agent);
             if (s.securityLevel != SNMP_SEC_LEVEL_NOAUTH) {
                 const bool sha512 = agent.authProtocol == "SHA-512";
                 s.securityAuthProto = sha512 ? usmHMAC384SHA512AuthProtocol : usmHMAC192SHA256AuthProtocol;
                 s.securityAuthProtoLen = OID_LENGTH(usmHMAC192SHA256AuthProtocol);
-                s.securityAuthKeyLen = USM_AUTH_KU_LEN;
-                if (generate_Ku(s.securityAuthProto, s.securityAuthProtoLen,
-                                reinterpret_cast<const u_char*>(agent.authKey.data()), agent.authKey.size(),
-                                s.securityAuthKey, &s.securityAuthKeyLen) != SNMPERR_SUCCESS)
+                if (!agent.keys || !agent.keys->auth
+                    || !(localAuth = ZedSnmpLocalize(agent, *agent.keys->auth, engineId)))
                     fault = "the authentication key could not be made";
+                else {
+                    s.securityAuthLocalKey = localAuth->Data();
+                    s.securityAuthLocalKeyLen = localAuth->Size();
+                }
             }
             if (s.securityLevel == SNMP_SEC_LEVEL_AUTHPRIV) {
                 s.securityPrivProto = usmAESPrivProtocol;
                 s.securityPrivProtoLen = OID_LENGTH(usmAESPrivProtocol);
-                s.securityPrivKeyLen = USM_PRIV_KU_LEN;
-                if (generate_Ku(s.securityAuthProto, s.securityAuthProtoLen,
-                                reinterpret_cast<const u_char*>(agent.privKey.data()), agent.privKey.size(),
-                                s.securityPrivKey, &s.securityPrivKeyLen) != SNMPERR_SUCCESS)
+                if (!agent.keys || !agent.keys->priv
+                    || !(localPriv = ZedSnmpLocalize(agent, *agent.keys->priv, engineId)))
                     fault = "the privacy key could not be made";
+                else {
+                    s.securityPrivLocalKey = localPriv->Data();
+                    s.securityPrivLocalKeyLen = localPriv->Size();
+                }
             }
         } else {
             s.version = agent.version == TSnmpAgent::Version::V1 ? SNMP_VERSION_1 : SNMP_VERSION_2c;
@@ -263,9 +272,10 @@ struct TSnmpSession::Impl {
             if (!session)
                 fault = OpenFault(s);
         }
-        // net-snmp copied the keys; ours go at once.
-        std::memset(s.securityAuthKey, 0, sizeof s.securityAuthKey);
-        std::memset(s.securityPrivKey, 0, sizeof s.securityPrivKey);
+        // The session has its localized keys: the master keys are no longer
+        // this session's to keep.
+        if (session)
+            agent.keys.reset();
         if (!fault.empty()) {
             FailQueued(TSnmpAnswer::Outcome::Failed, fault);
             return;

@@ -1,11 +1,17 @@
 #include "support/TempDir.h"
 #include "zed/TException.h"
 #include "zed/snmp/TSnmpAgentsFile.h"
+#include "zed/snmp/TSnmpKeys.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <fstream>
 #include <unistd.h>
 
 using ::testing::HasSubstr;
@@ -170,4 +176,47 @@ TEST(SnmpAgentsFile, AFileOthersMayWriteOrAnotherUserOwnsIsRefused)
                                                     "at a host of their own; copy it to a file of your own");
         }
     }
+}
+
+// The flags the kernel keeps of the mapping that holds an address ("dd": not dumped).
+std::string MappingFlags(const void* address)
+{
+    std::ifstream maps("/proc/self/smaps");
+    const auto at = reinterpret_cast<std::uintptr_t>(address);
+    bool inside = false;
+    for (std::string line; std::getline(maps, line);) {
+        std::uintptr_t from = 0, to = 0;
+        // A mapping's first line: "7f12a000-7f12b000 rw-p ..."; its fields follow, VmFlags last.
+        if (line.find(':') == std::string::npos || line.find(':') > line.find(' '))
+            if (std::sscanf(line.c_str(), "%lx-%lx", &from, &to) == 2)
+                inside = from <= at && at < to;
+        if (inside && line.rfind("VmFlags:", 0) == 0)
+            return line;
+    }
+    return {};
+}
+
+TEST(SnmpAgentsFile, PassPhrasesBecomeMasterKeysOutOfCoreDumpsAndAreWiped)
+{
+    TempDir dir;
+    const std::string path = dir / "agents.conf";
+    TempDir::Write(path, "[ Agent : edge ]\n  Address = udp:127.0.0.1:1\n  Version = 3\n  User = kel\n"
+                         "  AuthKey = kel-auth-key\n  PrivKey = kel-priv-key\n[ End Agent : edge ]\n");
+    chmod(path.c_str(), 0600);
+    const TSnmpAgents agents = ZedReadAgentsFile(path);
+    const TSnmpAgent& edge = agents.agents[0];
+    EXPECT_TRUE(edge.authKey.empty()) << "no pass phrase is kept";
+    EXPECT_TRUE(edge.privKey.empty());
+    ASSERT_NE(edge.keys, nullptr);
+    ASSERT_NE(edge.keys->auth, nullptr);
+    EXPECT_EQ(edge.keys->auth->Size(), 32u) << "SHA-256 makes a key of 32 octets";
+    EXPECT_TRUE(edge.HoldsSecrets());
+    EXPECT_THAT(MappingFlags(edge.keys->auth->Data()), HasSubstr(" dd")) << "left out of core dumps";
+
+    // The same pass phrase makes the same key (RFC 3414 A.3): the keys stay usable.
+    TSnmpAgent again = edge;
+    again.keys.reset();
+    again.authKey = "kel-auth-key";
+    ZedSnmpSealKeys(again);
+    EXPECT_EQ(0, std::memcmp(again.keys->auth->Data(), edge.keys->auth->Data(), edge.keys->auth->Size()));
 }

@@ -109,6 +109,8 @@ TEST_F(SnmpModuleTest, ShowOfTheSystemGroupAndOfAnInterfaceOverEveryVersion)
     // The same over SNMPv3 with authentication and privacy, and over SNMPv1.
     for (auto version : {TSnmpAgent::Version::V3, TSnmpAgent::Version::V1}) {
         Use(agent->MakeAgents(version));
+        EXPECT_TRUE(module->GetAgents().agents[0].authKey.empty()) << "the module keeps no pass phrase";
+        EXPECT_EQ(module->GetAgents().agents[0].keys, nullptr) << "nor keys: its sessions hold theirs";
         TSyncCall again = Call("Agent agent-1 Interface 1", "Show");
         EXPECT_EQ(again.GetStatus(), ZED_STATUS_RESPONSE) << again.GetReply().ToString();
         EXPECT_EQ(Attribute(again, "Description"), "lo");
