@@ -111,10 +111,11 @@ private:
                 Fail("an agent section names its agent: [ Agent : name ]");
             if (!m_names.insert(m_agent->name).second)
                 Fail("a second agent named \"" + m_agent->name + "\"");
-        } else if (kind == "notifications" && colon == std::string::npos) {
+        } else if ((kind == "notifications" || kind == "calls") && colon == std::string::npos) {
             m_agent.reset();
+            m_calls = kind == "calls";
         } else {
-            Fail("unknown section \"" + name + "\": expected \"Agent : name\" or \"Notifications\"");
+            Fail("unknown section \"" + name + "\": expected \"Agent : name\", \"Notifications\" or \"Calls\"");
         }
     }
 
@@ -123,6 +124,15 @@ private:
         const std::string lower = Lower(key);
         if (!m_keys.insert(lower).second)
             Fail("the key " + key + " is given twice in this section");
+        if (!m_agent && m_calls) {
+            if (lower == "mostrows")
+                m_result.callRows = Count(key, value, kMostBound);
+            else if (lower == "mostbytes")
+                m_result.callBytes = Count(key, value, kMostWalkBytes);
+            else
+                Fail("unknown key " + key + " in Calls: expected MostRows or MostBytes");
+            return;
+        }
         if (!m_agent) {
             if (lower == "address")
                 m_result.receiverAddress = NonEmpty(key, value);
@@ -286,6 +296,7 @@ private:
     std::set<std::string> m_keys;
     std::set<std::string> m_names;
     std::optional<TSnmpAgent> m_agent;
+    bool m_calls = false;  // in the Calls section
     TSnmpAgents m_result;
 };
 

@@ -18,11 +18,17 @@
 //         MostWaiting = 10000
 //     [ End Notifications ]
 //
+//     [ Calls ]
+//         MostRows = 1000000
+//         MostBytes = 268435456
+//     [ End Calls ]
+//
 // SNMPv3 agents name a User with its keys instead of communities. An agent's
 // notifications are taken only from its host and with its community (or its
 // TrapCommunity), or from its user at its Level or stronger. A walk of a
 // table stops at WalkRows rows, WalkBytes octets of values or WalkTime
-// seconds, whichever comes first, and says the list is incomplete.
+// seconds, whichever comes first, and says the list is incomplete; the walks
+// of one call over many agents stop at the Calls section's bounds together.
 //
 // Whoever can write the file can point an agent at a host of their own and
 // collect its write community: a file that its group or others may write, or
@@ -90,11 +96,17 @@ struct ZED_EXPORT TSnmpAgent {
 struct ZED_EXPORT TSnmpAgents {
     static constexpr const char* kDefaultReceiver = "udp:127.0.0.1:1162";
     static constexpr std::size_t kDefaultMostWaiting = 10000;
+    static constexpr std::size_t kDefaultCallRows = 1000000;
+    static constexpr std::size_t kDefaultCallBytes = 256 * 1024 * 1024;
 
     std::vector<TSnmpAgent> agents;
     std::string receiverAddress = kDefaultReceiver;
     /// Events not yet taken past this many drop their oldest.
     std::size_t mostWaiting = kDefaultMostWaiting;
+    /// What the walks of one call may read together over all its agents
+    /// (`Agent *`): rows and octets.
+    std::size_t callRows = kDefaultCallRows;
+    std::size_t callBytes = kDefaultCallBytes;
 
     /// The agent of that name, or null.
     const TSnmpAgent* Find(const std::string& name) const;

@@ -74,6 +74,7 @@ struct TSnmpModule::Impl {
         std::size_t open = 0;
         std::vector<std::pair<TSnmpSession*, std::uint64_t>> requests;
         std::vector<std::unique_ptr<TSnmpWalk>> walks;
+        std::shared_ptr<TSnmpWalk::Budget> budget;  // what its walks read together
     };
     std::map<TCallTicket, std::unique_ptr<Call>> calls;
     std::vector<TCallTicket> finished;
@@ -267,6 +268,17 @@ struct TSnmpModule::Impl {
                                      + ZedSnmpErrorStatusName(answer.errorStatus));
     }
 
+    // What the call's walks over every agent read together.
+    std::shared_ptr<TSnmpWalk::Budget> Budget(Call& call) const
+    {
+        if (!call.budget) {
+            call.budget = std::make_shared<TSnmpWalk::Budget>();
+            call.budget->mostRows = agents.callRows;
+            call.budget->mostBytes = agents.callBytes;
+        }
+        return call.budget;
+    }
+
     // The list's last word when it is not the whole table: why, and how many
     // rows it does hold.
     TCallResult Incomplete(const Target& target, std::size_t rows, const std::string& bound,
@@ -384,7 +396,7 @@ struct TSnmpModule::Impl {
         const TSnmpIndex index = TSnmpIndex::Of(cls);
         const TSnmpAgent& agent = target.session->GetAgent();
         auto walk = std::make_unique<TSnmpWalk>(
-            *target.session, std::move(columns), TSnmpWalk::Bounds{agent.walkRows, agent.walkBytes, agent.walkTime},
+            *target.session, std::move(columns), TSnmpWalk::Bounds{agent.walkRows, agent.walkBytes, agent.walkTime, Budget(call)},
             [this, ticket, part, target, asked, walked, index, depth](TSnmpWalk::Ending ending, TSnmpWalk::Rows rows) {
                 std::vector<TCallResult> results;
                 std::size_t unreadable = 0;

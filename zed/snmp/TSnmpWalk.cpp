@@ -49,10 +49,22 @@ std::string TSnmpWalk::Reached() const
         return std::to_string(m_rows.size()) + " rows were read, the most an agent may give (WalkRows)";
     if (m_bytes >= m_bounds.bytes)
         return std::to_string(m_bytes) + " octets were read, the most an agent may give (WalkBytes)";
+    if (const Budget& call = *m_bounds.call; call.rows >= call.mostRows)
+        return "the call's walks read " + std::to_string(call.rows) + " rows, the most a call may (Calls, MostRows)";
+    if (const Budget& call = *m_bounds.call; call.bytes >= call.mostBytes)
+        return "the call's walks read " + std::to_string(call.bytes)
+               + " octets, the most a call may (Calls, MostBytes)";
     if (std::chrono::steady_clock::now() >= m_deadline)
         return "the walk took longer than the " + ZedSnmpSecondsText(m_bounds.seconds)
                + " s an agent may take (WalkTime)";
     return {};
+}
+
+bool TSnmpWalk::Full() const
+{
+    const Budget& call = *m_bounds.call;
+    return m_rows.size() >= m_bounds.rows || m_bytes >= m_bounds.bytes || call.rows >= call.mostRows
+           || call.bytes >= call.mostBytes;
 }
 
 void TSnmpWalk::End(Ending ending)
@@ -104,17 +116,23 @@ void TSnmpWalk::Absorb(TSnmpAnswer answer)
             m_active[c] = false;
             continue;
         }
-        if (m_rows.size() >= m_bounds.rows || m_bytes >= m_bounds.bytes)
+        if (Full())
             break;  // the rest of this answer is past the bound
         ZedOid index(varbind.oid.begin() + static_cast<std::ptrdiff_t>(m_columns[c].size()), varbind.oid.end());
-        m_bytes += CellBytes(varbind);
+        const std::size_t cell = CellBytes(varbind);
+        m_bytes += cell;
+        m_bounds.call->bytes += cell;
+        const std::size_t rowsBefore = m_rows.size();
         auto& row = m_rows[std::move(index)];
+        m_bounds.call->rows += m_rows.size() - rowsBefore;
         row.resize(m_columns.size());
         row[c] = std::move(varbind.datum);
         m_cursors[c] = std::move(varbind.oid);
         progressed = true;
     }
-    if (!progressed)
+    // An answer that moved no column on ends the walk, unless a bound stopped
+    // it: then Next says which.
+    if (!progressed && !Full())
         std::fill(m_active.begin(), m_active.end(), false);
     Next();
 }

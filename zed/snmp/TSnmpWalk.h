@@ -13,6 +13,7 @@
 #include <functional>
 #include <string>
 #include <map>
+#include <memory>
 #include <optional>
 #include <vector>
 
@@ -31,11 +32,22 @@ public:
     };
     using Done = std::function<void(Ending ending, Rows rows)>;
 
-    /// Where a walk stops: the agent's WalkRows, WalkBytes and WalkTime.
+    /// What the walks of one call read together, over every agent, and the
+    /// most they may (the agents file's Calls section).
+    struct Budget {
+        std::size_t rows = 0;
+        std::size_t bytes = 0;
+        std::size_t mostRows = TSnmpAgents::kDefaultCallRows;
+        std::size_t mostBytes = TSnmpAgents::kDefaultCallBytes;
+    };
+
+    /// Where a walk stops: the agent's WalkRows, WalkBytes and WalkTime, and
+    /// its call's budget, shared with the walks of the call's other agents.
     struct Bounds {
         std::size_t rows = TSnmpAgent::kDefaultWalkRows;
         std::size_t bytes = TSnmpAgent::kDefaultWalkBytes;
         double seconds = TSnmpAgent::kDefaultWalkTime;
+        std::shared_ptr<Budget> call = std::make_shared<Budget>();
     };
 
     TSnmpWalk(TSnmpSession& session, std::vector<ZedOid> columns, Bounds bounds, Done done);
@@ -52,6 +64,7 @@ private:
     void Absorb(TSnmpAnswer answer);
     /// The bound the walk has reached; empty while it has reached none.
     std::string Reached() const;
+    bool Full() const;
     void End(Ending ending);
 
     TSnmpSession& m_session;

@@ -60,6 +60,11 @@ TEST(SnmpAgentsFile, ReadsAgentsOfEveryVersionAndTheReceiver)
     Address = udp:127.0.0.1:0
     MostWaiting = 50
 [ End Notifications ]
+
+[ Calls ]
+    MostRows = 2000
+    MostBytes = 3000000
+[ End Calls ]
 )",
                                               "agents.conf");
     ASSERT_EQ(agents.agents.size(), 2u);
@@ -85,6 +90,9 @@ TEST(SnmpAgentsFile, ReadsAgentsOfEveryVersionAndTheReceiver)
     EXPECT_EQ(edge->NotificationCommunity(), "public");
     EXPECT_EQ(edge->walkRows, TSnmpAgent::kDefaultWalkRows);
     EXPECT_EQ(agents.mostWaiting, 50u);
+    EXPECT_EQ(agents.callRows, 2000u);
+    EXPECT_EQ(agents.callBytes, 3000000u);
+    EXPECT_EQ(ZedParseAgents("", "empty").callRows, TSnmpAgents::kDefaultCallRows);
     EXPECT_EQ(agents.receiverAddress, "udp:127.0.0.1:0");
     EXPECT_EQ(ZedParseAgents("", "empty").receiverAddress, TSnmpAgents::kDefaultReceiver);
 }
@@ -95,8 +103,10 @@ TEST(SnmpAgentsFile, FaultsNameTheLineAndWhatIsWrong)
     EXPECT_EQ(Fault(open), "agents.conf:1: the section \"Agent : a\" has no end line");
     EXPECT_EQ(Fault(open + "[ End Agent : b ]\n"), "agents.conf:3: the section \"Agent : a\" (line 1) ends with \"End Agent : b\"");
     EXPECT_EQ(Fault("Address = x\n"), "agents.conf:1: a key outside any section");
-    EXPECT_EQ(Fault("[ Router ]\n"),
-              "agents.conf:1: unknown section \"Router\": expected \"Agent : name\" or \"Notifications\"");
+    EXPECT_EQ(Fault("[ Router ]\n"), "agents.conf:1: unknown section \"Router\": expected \"Agent : name\", "
+                                     "\"Notifications\" or \"Calls\"");
+    EXPECT_EQ(Fault("[ Calls ]\n  Address = x\n[ End Calls ]"),
+              "agents.conf:2: unknown key Address in Calls: expected MostRows or MostBytes");
     EXPECT_THAT(Fault(open + "  Colour = red\n[ End Agent : a ]"), HasSubstr("agents.conf:3: unknown key Colour"));
     EXPECT_EQ(Fault(open + "  Version = 2\n[ End Agent : a ]"), "agents.conf:3: Version \"2\" is not 1, 2c or 3");
     EXPECT_THAT(Fault(open + "  Timeout = 0\n[ End Agent : a ]"), HasSubstr("Timeout \"0\" is not a number of seconds"));

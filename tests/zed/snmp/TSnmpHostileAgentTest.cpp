@@ -123,4 +123,35 @@ TEST_F(HostileAgentTest, AWalkStopsAtItsBoundsKeepsItsRowsAndSaysTheListIsIncomp
     EXPECT_THAT(creeping.GetReply()[1].ToString(), HasSubstr("the 0.5 s an agent may take (WalkTime)"));
 }
 
+TEST_F(HostileAgentTest, TheWalksOfOneCallOverManyAgentsShareTheCallsBounds)
+{
+    // Two agents without end; each alone may give 100,000 rows, the call 500 in all.
+    Child second({HOSTILE_SNMP_AGENT, "huge"}, true);
+    const std::string other = second.FirstLine();
+    ASSERT_THAT(other, StartsWith("udp:127.0.0.1:"));
+    Start("huge");
+    TSnmpAgents agents = module->GetAgents();
+    TSnmpAgent another = agents.agents[0];
+    another.name = "hostile-2";
+    another.address = other;
+    agents.agents.push_back(another);
+    agents.callRows = 500;
+    module = std::make_shared<TSnmpModule>(dictionary, std::move(agents), false);
+    ZEDGetApplication()->SetDefaultModule(module);
+    TSyncCall all = Show("Agent * Interface *");
+    std::size_t rows = 0, incomplete = 0;
+    for (std::size_t i = 0; all.SelectReply(i); ++i) {
+        if (all.GetStatus() == ZED_STATUS_RESPONSE) {
+            ++rows;
+            continue;
+        }
+        EXPECT_EQ(all.GetReply().GetReplyCode(), ZED_COMMON_LIST_INCOMPLETE) << all.GetReply().ToString();
+        EXPECT_THAT(all.GetReply()[1].ToString(), HasSubstr("the most a call may (Calls, MostRows)"));
+        ++incomplete;
+    }
+    EXPECT_EQ(incomplete, 2u) << "each agent's list says it is incomplete";
+    EXPECT_GE(rows, 500u);
+    EXPECT_LT(rows, 700u) << "the call's bound, not twice an agent's";
+}
+
 } // namespace
