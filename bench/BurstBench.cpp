@@ -25,7 +25,6 @@
 #include <QProcess>
 #include <QTabWidget>
 
-#include <poll.h>
 
 #include <algorithm>
 #include <cstdio>
@@ -79,10 +78,7 @@ std::size_t LibraryAlone(const QString& sender, int count, double seconds)
     while (flood.state() != QProcess::NotRunning || quiet.elapsed() < 300) {
         ZedWaitSet set;
         module->AddWaitSet(set);
-        std::vector<pollfd> polled;
-        for (int d : set.descriptors)
-            polled.push_back(pollfd{d, POLLIN, 0});
-        poll(polled.data(), polled.size(), 10);
+        ZedWait(set, std::chrono::milliseconds(10));
         module->ProcessReady();
         const std::size_t now = module->TakeEvents().size();
         taken += now;

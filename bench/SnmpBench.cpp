@@ -19,7 +19,6 @@
 
 #include <benchmark/benchmark.h>
 
-#include <poll.h>
 
 #include <chrono>
 #include <cstdio>
@@ -189,11 +188,7 @@ void BM_StoppedAgentLongestTurn(benchmark::State& state)
         };
         turn([&] { loop.Submit(TEntitySpec("Agent * Interface *"), 1, {}, [&](std::vector<TCallResult>) { done = true; }); });
         while (!done) {
-            const ZedWaitSet set = loop.GetWaitSet();
-            std::vector<pollfd> polled;
-            for (int d : set.descriptors)
-                polled.push_back(pollfd{d, POLLIN, 0});
-            poll(polled.data(), polled.size(), 10);
+            ZedWait(loop.GetWaitSet(), std::chrono::milliseconds(10));
             turn([&] { loop.ProcessReady(); });
         }
     }

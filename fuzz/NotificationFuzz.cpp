@@ -8,7 +8,6 @@
 
 #include <arpa/inet.h>
 #include <netinet/in.h>
-#include <poll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -54,10 +53,7 @@ struct Harness {
             return;  // past a datagram's size: nothing arrives
         ZedWaitSet set;
         module->AddWaitSet(set);
-        std::vector<pollfd> polled;
-        for (int d : set.descriptors)
-            polled.push_back(pollfd{d, POLLIN, 0});
-        poll(polled.data(), polled.size(), 100);
+        ZedWait(set, std::chrono::milliseconds(100));
         module->ProcessReady();
     }
 };

@@ -10,7 +10,6 @@
 
 #include <gtest/gtest.h>
 
-#include <poll.h>
 #include <signal.h>
 #include <spawn.h>
 #include <sys/wait.h>
@@ -127,10 +126,7 @@ inline bool TurnUntil(TSnmpModule& module, const std::function<bool()>& done,
             return false;
         ZedWaitSet set;
         module.AddWaitSet(set);
-        std::vector<pollfd> polled;
-        for (int d : set.descriptors)
-            polled.push_back(pollfd{d, POLLIN, 0});
-        poll(polled.data(), polled.size(), 10);
+        ZedWait(set, std::chrono::milliseconds(10));
         module.ProcessReady();
     }
     return true;

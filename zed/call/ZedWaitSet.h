@@ -5,6 +5,7 @@
 #include <chrono>
 #include <cstdint>
 #include <optional>
+#include <set>
 #include <vector>
 
 /// What an event loop waits on for the access library.
@@ -22,6 +23,13 @@ struct ZED_EXPORT ZedWaitSet {
             deadline = when;
     }
 };
+
+/// Waits until a descriptor of the set is readable (or in error), its
+/// deadline has come, or at most `most` has passed (none: no limit but the
+/// set's); the descriptors that are readable. For callers without an event
+/// loop of their own: a host's loop watches the set itself.
+ZED_EXPORT std::set<int> ZedWait(const ZedWaitSet& set,
+                                 std::optional<std::chrono::milliseconds> most = std::nullopt);
 
 /// A call in flight; 0 is none.
 using TCallTicket = std::uint64_t;

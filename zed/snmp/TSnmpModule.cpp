@@ -17,8 +17,6 @@
 #include "zed/value/TEventReport.h"
 #include "zed/value/TValueParser.h"
 
-#include <poll.h>
-
 #include <algorithm>
 #include <map>
 
@@ -719,14 +717,7 @@ struct TSnmpModule::Impl {
     {
         ZedWaitSet set;
         AddWaitSet(set);
-        std::vector<pollfd> polled;
-        for (int descriptor : set.descriptors)
-            polled.push_back(pollfd{descriptor, POLLIN, 0});
-        std::set<int> readable;
-        if (!polled.empty() && poll(polled.data(), polled.size(), 0) > 0)
-            for (const pollfd& p : polled)
-                if (p.revents & (POLLIN | POLLERR | POLLHUP))
-                    readable.insert(p.fd);
+        const std::set<int> readable = ZedWait(set, std::chrono::milliseconds(0));
         for (const auto& session : sessions)
             session->ProcessReady(readable);
         if (receiver)
@@ -771,14 +762,7 @@ std::vector<TCallResult> TSnmpModule::Execute(const TEntitySpec& entity, unsigne
     while (!results) {
         ZedWaitSet set;
         AddWaitSet(set);
-        std::vector<pollfd> polled;
-        for (int descriptor : set.descriptors)
-            polled.push_back(pollfd{descriptor, POLLIN, 0});
-        int wait = -1;
-        if (set.deadline)
-            wait = static_cast<int>(std::max<std::int64_t>(
-                0, std::chrono::ceil<std::chrono::milliseconds>(*set.deadline - ZedWaitSet::Clock::now()).count()));
-        poll(polled.data(), polled.size(), wait);
+        ZedWait(set);
         ProcessReady();
     }
     return std::move(*results);

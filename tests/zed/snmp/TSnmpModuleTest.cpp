@@ -17,7 +17,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <poll.h>
 
 #include <chrono>
 #include <cstdlib>
@@ -265,11 +264,7 @@ TEST_F(SnmpModuleTest, AnAgentStoppedMidCallEndsInATimeoutWhileTheLoopKeepsTurni
                     [&](std::vector<TCallResult> r) { results = std::move(r); });
     });
     while (!results && std::chrono::steady_clock::now() - started < 10s) {
-        const ZedWaitSet set = loop.GetWaitSet();
-        std::vector<pollfd> polled;
-        for (int d : set.descriptors)
-            polled.push_back(pollfd{d, POLLIN, 0});
-        poll(polled.data(), polled.size(), 10);
+        ZedWait(loop.GetWaitSet(), 10ms);
         timed([&] { loop.ProcessReady(); });
     }
     const auto took = std::chrono::steady_clock::now() - started;
