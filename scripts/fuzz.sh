@@ -19,6 +19,7 @@ case "$target" in
   workspace_reader) corpus=workspace; max_len=262144 ;;
   agents_file) corpus=agents; max_len=65536 ;;
   snmp_index) corpus=snmp-index; max_len=4096 ;;
+  notification) corpus=notification; max_len=65507 ;;
   *) echo "fuzz.sh: unknown target \"$target\"" >&2; exit 2 ;;
 esac
 cmake --preset fuzz >/dev/null
