@@ -12,6 +12,13 @@
 
 #include <set>
 
+namespace {
+
+// Lists up to this many rows fit their columns to what they hold.
+constexpr int kFitRows = 200;
+
+} // namespace
+
 KELEventLists::KELEventLists(const TDictionary& dictionary, KELConfigContext* context, QWidget* parent)
     : QWidget(parent), m_dictionary(dictionary), m_context(context), m_summary(new QLabel(this)),
       m_tabs(new QTabWidget(this))
@@ -39,8 +46,11 @@ void KELEventLists::Add(const std::vector<TCallResult>& events)
             touched.insert(list);
         }
     for (IOutputList* list : touched) {
-        for (int c = 0; c < list->GetModel()->columnCount(); ++c)
-            list->resizeColumnToContents(c);
+        // The first rows settle the columns' widths; measuring thousands of
+        // cells again for every batch of a flood would hold the event loop.
+        if (list->GetModel()->rowCount() <= kFitRows)
+            for (int c = 0; c < list->GetModel()->columnCount(); ++c)
+                list->resizeColumnToContents(c);
         Retitle(*list);
     }
 }
