@@ -10,6 +10,8 @@
 
 #include "support/SnmpTestSupport.h"
 
+#include <thread>
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -158,6 +160,28 @@ TEST_F(SnmpReceiverTest, EventsWaitingPastTheBoundDropTheOldestAndSaySo)
     EXPECT_EQ(module->TakeEvents().size(), 5u);
     EXPECT_EQ(module->GetNotificationCounts().dropped, 2u);
     EXPECT_THAT(module->GetNotificationCounts().Summary(), HasSubstr("2 events dropped unshown (too many waited)"));
+}
+
+TEST_F(SnmpReceiverTest, DatagramsTheSystemDroppedUnreadAreCountedNotLostInSilence)
+{
+    // 20,000 traps while nobody reads: more than the receive buffer holds.
+    constexpr int kSent = 20000;
+    Child flood({HOSTILE_SNMP_AGENT, "flood", target, std::to_string(kSent), "0.2", "trapsecret"});
+    const auto until = std::chrono::steady_clock::now() + 20s;
+    while (!flood.Ended() && std::chrono::steady_clock::now() < until)
+        std::this_thread::sleep_for(10ms);
+    std::uint64_t seen = 0;
+    TurnUntil(*module, [&] {
+        const TSnmpNotificationCounts counts = module->GetNotificationCounts();
+        const bool settled = counts.accepted + counts.lost == seen && seen > 0;
+        seen = counts.accepted + counts.lost;
+        return settled;
+    });
+    const TSnmpNotificationCounts counts = module->GetNotificationCounts();
+    EXPECT_GT(counts.lost, 0u) << "the buffer overflowed";
+    EXPECT_EQ(counts.accepted + counts.lost, static_cast<std::uint64_t>(kSent)) << "every trap taken or counted";
+    EXPECT_THAT(counts.Summary(), HasSubstr("datagrams lost unread (the receive buffer was full)"));
+    EXPECT_EQ(counts.dropped, counts.accepted - 5) << "of what was taken, all but MostWaiting dropped, counted";
 }
 
 } // namespace
