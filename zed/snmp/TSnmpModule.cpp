@@ -4,8 +4,10 @@
 #include "zed/TException.h"
 #include "zed/ZedText.h"
 #include "zed/call/TCallAnswers.h"
+#include "zed/snmp/TSnmpEventReports.h"
 #include "zed/snmp/TSnmpIndex.h"
 #include "zed/snmp/TSnmpKeys.h"
+#include "zed/snmp/TSnmpOidNames.h"
 #include "zed/snmp/TSnmpReceiver.h"
 #include "zed/snmp/TSnmpSession.h"
 #include "zed/snmp/TSnmpValue.h"
@@ -24,9 +26,7 @@ namespace {
 
 constexpr long kCreateAndGo = 4;
 
-// The unbound event's arguments, and why a notification nothing reports is counted.
-constexpr const char* kUnboundOid = "Notification";
-constexpr const char* kUnboundVariables = "Variables";
+// Why a notification nothing reports is counted.
 constexpr const char* kNoEvent = "no event of the dictionary reports it";
 constexpr long kDestroy = 6;
 
@@ -45,11 +45,6 @@ TSnmpDatum NoSuchInstance()
     return datum;
 }
 
-bool StartsWith(const ZedOid& oid, const ZedOid& prefix)
-{
-    return oid.size() >= prefix.size() && std::equal(prefix.begin(), prefix.end(), oid.begin());
-}
-
 } // namespace
 
 struct TSnmpModule::Impl {
@@ -57,9 +52,8 @@ struct TSnmpModule::Impl {
     TSnmpAgents agents;
     std::vector<std::unique_ptr<TSnmpSession>> sessions;  // one per agent, in the file's order
     std::unique_ptr<TSnmpReceiver> receiver;
-    std::map<ZedOid, std::pair<const TDictClass*, const TDictEvent*>> traps;
-    std::map<ZedOid, std::string> oidNames;  // what the dictionary calls an OID: its tables, columns, notifications
-    std::pair<const TDictClass*, const TDictEvent*> unbound{};  // the event of notifications no other binds
+    TSnmpOidNames names;        // what the dictionary calls an OID
+    TSnmpEventReports reports;  // what the notifications become
     std::vector<TCallResult> events;
     TSnmpNotificationCounts counts;  // the module's own: events dropped, notifications no event reports
     EventListener listener;
@@ -87,50 +81,14 @@ struct TSnmpModule::Impl {
         std::string instance;       // a row's name (tables)
     };
 
-    Impl(TDictionaryPtr d, TSnmpAgents a) : dictionary(std::move(d)), agents(std::move(a))
+    Impl(TDictionaryPtr d, TSnmpAgents a)
+        : dictionary(std::move(d)), agents(std::move(a)), names(*dictionary), reports(dictionary, names)
     {
         for (const TSnmpAgent& agent : agents.agents)
             sessions.push_back(std::make_unique<TSnmpSession>(agent));
-        std::function<void(const TDictClass&)> visit = [&](const TDictClass& cls) {
-            for (const TDictEvent& event : cls.GetEvents()) {
-                if (event.IsSnmpUnbound() && !unbound.first)
-                    unbound = {&cls, &event};
-                if (event.GetSnmpTrap()) {
-                    traps.emplace(*event.GetSnmpTrap(), std::make_pair(&cls, &event));
-                    oidNames.emplace(*event.GetSnmpTrap(), event.GetName());
-                }
-            }
-            if (cls.GetSnmp() && !cls.GetSnmp()->oid.empty()) {
-                oidNames.emplace(cls.GetSnmp()->oid, cls.GetName());
-                for (const TDictAttribute& attribute : cls.GetAttributes())
-                    if (const auto& column = attribute.GetSnmp()) {
-                        ZedOid oid = column->entry.empty() ? cls.GetSnmp()->oid : column->entry;
-                        oid.push_back(column->column);
-                        oidNames.emplace(std::move(oid), cls.GetName() + " " + attribute.GetName());
-                    }
-            }
-            for (std::size_t i = 0; i < cls.GetChildCount(); ++i)
-                visit(cls.GetChild(i));
-        };
-        for (std::size_t i = 0; i < dictionary->GetRootClassCount(); ++i)
-            visit(dictionary->GetRootClass(i));
     }
 
-    // The name of the longest part of the OID the dictionary knows, and the
-    // rest in numbers: "Interface Description.2"; empty when it knows none.
-    std::string NameOf(const ZedOid& oid) const
-    {
-        for (std::size_t length = oid.size(); length > 0; --length) {
-            const auto known = oidNames.find(ZedOid(oid.begin(), oid.begin() + static_cast<std::ptrdiff_t>(length)));
-            if (known == oidNames.end())
-                continue;
-            std::string name = known->second;
-            for (std::size_t at = length; at < oid.size(); ++at)
-                name += "." + std::to_string(oid[at]);
-            return name;
-        }
-        return {};
-    }
+    std::string NameOf(const ZedOid& oid) const { return names.NameOf(oid); }
 
     std::string Who(const TSnmpSession& session) const
     {
@@ -598,93 +556,13 @@ struct TSnmpModule::Impl {
 
     void Report(const TSnmpNotification& notification)
     {
-        const auto found = traps.find(notification.trap);
-        if (found == traps.end()) {
-            ReportUnbound(notification);
+        if (auto made = reports.Make(notification)) {
+            Queue(made->entity, std::move(made->report));
             return;
         }
-        const auto [cls, event] = found->second;
-        // The entity: the agent, and for a table's event the row its variables name.
-        std::vector<const TDictClass*> path;
-        for (const TDictClass* c = cls; c; c = c->GetParent())
-            path.insert(path.begin(), c);
-        TEntitySpec entity;
-        entity.AddClass(path.front()->GetCode(), notification.agent);
-        if (path.size() > 1) {
-            std::optional<std::string> row;
-            const TSnmpIndex index = TSnmpIndex::Of(*cls);
-            for (const TDictArgument& argument : event->GetArguments())
-                for (const TSnmpVarbind& varbind : notification.varbinds)
-                    if (!row && argument.GetSnmp() && varbind.oid.size() > argument.GetSnmp()->oid.size()
-                        && StartsWith(varbind.oid, argument.GetSnmp()->oid))
-                        if (const auto parts = index.Decode(varbind.oid.data() + argument.GetSnmp()->oid.size(),
-                                                            varbind.oid.size() - argument.GetSnmp()->oid.size()))
-                            row = TSnmpIndex::Join(*parts);
-            for (std::size_t i = 1; i + 1 < path.size(); ++i)
-                entity.AddClassWildcard(path[i]->GetCode());
-            if (row)
-                entity.AddClass(cls->GetCode(), *row);
-            else
-                entity.AddClassNullInstance(cls->GetCode());
-        }
-        auto report = std::make_unique<TEventReport>(event->GetID());
-        report->SetEntity(entity);
-        report->SetTime(TAbsTime::Now().GetMilliseconds());
-        for (const TDictArgument& argument : event->GetArguments()) {
-            if (!argument.GetSnmp())
-                continue;
-            for (const TSnmpVarbind& varbind : notification.varbinds)
-                if (StartsWith(varbind.oid, argument.GetSnmp()->oid)) {
-                    if (TValuePtr value = ZedSnmpToValue(varbind.datum, argument.GetType(), argument.GetSnmp()->syntax,
-                                                         argument.GetID(), nullptr,
-                                                         [this](const ZedOid& oid) { return NameOf(oid); }))
-                        report->Add(std::move(value));
-                    break;
-                }
-        }
-        Queue(entity, std::move(report));
-    }
-
-    // A notification of an agent that no event binds: the dictionary's
-    // event for such notifications, with its OID and variables as text.
-    void ReportUnbound(const TSnmpNotification& notification)
-    {
-        if (!unbound.first) {
-            counts.Refuse(kNoEvent);
-            TTraceStream(ZED_TRACE_SNMP | 1) << "notification " << ZedOidText(notification.trap) << " from agent "
-                                             << notification.agent << ": " << kNoEvent << endl;
-            return;
-        }
-        const auto [cls, event] = unbound;
-        TEntitySpec entity;
-        entity.AddClass(cls->GetCode(), notification.agent);
-        auto report = std::make_unique<TEventReport>(event->GetID());
-        report->SetEntity(entity);
-        report->SetTime(TAbsTime::Now().GetMilliseconds());
-        std::string variables;
-        for (const TSnmpVarbind& varbind : notification.varbinds) {
-            const std::string name = NameOf(varbind.oid);
-            variables += (variables.empty() ? "" : "; ") + (name.empty() ? ZedOidText(varbind.oid) : name) + " = "
-                         + ZedEscapeControls(ZedSnmpDatumText(varbind.datum));
-        }
-        const std::string trapName = NameOf(notification.trap);
-        const std::pair<const char*, std::string> texts[] = {
-            {kUnboundOid, ZedOidText(notification.trap) + (trapName.empty() ? "" : " (" + trapName + ")")},
-            {kUnboundVariables, variables},
-        };
-        for (const auto& [name, text] : texts)
-            if (const TDictArgument* argument = FindArgument(*event, name))
-                if (TValuePtr value = ZEDParseValue(argument->GetType(), text, argument->GetID(), {dictionary.get(), cls}))
-                    report->Add(std::move(value));
-        Queue(entity, std::move(report));
-    }
-
-    static const TDictArgument* FindArgument(const TDictEvent& event, const std::string& name)
-    {
-        for (const TDictArgument& argument : event.GetArguments())
-            if (argument.GetName() == name)
-                return &argument;
-        return nullptr;
+        counts.Refuse(kNoEvent);
+        TTraceStream(ZED_TRACE_SNMP | 1) << "notification " << ZedOidText(notification.trap) << " from agent "
+                                         << notification.agent << ": " << kNoEvent << endl;
     }
 
     // Events wait, at most the agents file's bound of them, to be taken.
