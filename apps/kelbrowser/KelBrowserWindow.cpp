@@ -42,6 +42,7 @@
 #include <QLabel>
 #include <QTimer>
 #include <QLineEdit>
+#include <QLocale>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QProgressBar>
@@ -951,13 +952,26 @@ void KelBrowserWindow::TakeEvents()
     for (const TCallResult& event : events)
         ZEDWriteEvents(text, m_dictionary, event);
     m_events->Add(events);
-    m_reply->appendPlainText(QString::fromStdString(text.str()));
+    // The Text keeps its newest lines only: its tab says how many went.
+    const QString added = QString::fromStdString(text.str());
+    const int before = m_reply->blockCount();
+    m_reply->appendPlainText(added);
+    m_textDropped += std::max(0, before + static_cast<int>(added.count(QLatin1Char('\n'))) + 1 - m_reply->blockCount());
+    TitleText();
+}
+
+void KelBrowserWindow::TitleText()
+{
+    const int at = m_outputs->indexOf(m_reply);
+    if (at >= 0)
+        m_outputs->setTabText(at, m_textDropped ? QStringLiteral("Text (%1 older lines dropped)").arg(QLocale().toString(m_textDropped))
+                                                : QStringLiteral("Text"));
 }
 
 void KelBrowserWindow::ShowOutput(const QString& title)
 {
     for (int i = 0; i < m_outputs->count(); ++i)
-        if (m_outputs->tabText(i) == title)
+        if (m_outputs->tabText(i) == title || m_outputs->tabText(i).startsWith(title + QStringLiteral(" (")))
             m_outputs->setCurrentIndex(i);
 }
 
@@ -1043,7 +1057,12 @@ bool KelBrowserWindow::Apply()
     });
 }
 
-void KelBrowserWindow::ShowReply(const std::string& text) { m_reply->setPlainText(QString::fromStdString(text)); }
+void KelBrowserWindow::ShowReply(const std::string& text)
+{
+    m_reply->setPlainText(QString::fromStdString(text));
+    m_textDropped = 0;
+    TitleText();
+}
 
 std::string KelBrowserWindow::GetReplyText() const { return m_reply->toPlainText().toStdString(); }
 

@@ -137,6 +137,8 @@ private:
     void ShowOutputs(const TCall& call, unsigned int directive, const std::string& name);
     void ClearOutputs();
     void TakeEvents();
+    /// The Text tab's title: with how many of its oldest lines went, if any.
+    void TitleText();
     // Puts a document's page in the centre: in place of the page at index, or in a new tab.
     void PlaceDocument(QWidget* page, std::unique_ptr<MiddleDocument> document, int index);
     void CloseDocument(int index);
@@ -187,6 +189,7 @@ private:
     // The centre's documents by their page, as the workspace keeps them.
     std::map<QWidget*, std::unique_ptr<MiddleDocument>> m_pages;
     std::string m_requestText;
+    int m_textDropped = 0;  // lines the Text output's bound has dropped
     bool m_opening = false;
     std::chrono::milliseconds m_timeout{30000};  // a workspace is being opened: its documents change nothing
 };

@@ -576,4 +576,29 @@ TEST_F(BrowserWindowTest, WhatTheNetworkHoldsAfterAnApplyIsTheFormsNewStartingPo
     EXPECT_FALSE(priority->GetLabel()->GetControl()->IsRaised()) << "applied and read again: changed no more";
 }
 
+TEST_F(BrowserWindowTest, TheTextAndTheEventListsKeepTheirNewestAndSayHowManyWent)
+{
+    GetKELapp()->SetConsole(nullptr);
+    window.reset();
+    context->GetUserConfigFile()->SetInt("Text", "MostLines", 6, 1);
+    context->GetUserConfigFile()->SetInt("Events", "MostRows", 2, 1);
+    window = std::make_unique<KelBrowserWindow>(Dictionary(), context);
+    GetKELapp()->SetConsole(window->GetConsole());
+    ASSERT_TRUE(window->OpenAttributes("Network core Router r1"));
+    ASSERT_TRUE(window->WaitForCalls(std::chrono::seconds(5)));
+    for (const char* priority : {"3", "4", "5", "6"}) {
+        static_cast<QLineEdit*>(Line("Priority")->GetField()->GetWindow())->setText(QString::fromLatin1(priority));
+        ASSERT_TRUE(window->Apply());
+        ASSERT_TRUE(window->WaitForCalls(std::chrono::seconds(5)));
+    }
+    const QPlainTextEdit* text = nullptr;
+    for (int i = 0; i < window->GetOutputs()->count(); ++i)
+        if (window->GetOutputs()->tabText(i).startsWith("Text"))
+            text = qobject_cast<const QPlainTextEdit*>(window->GetOutputs()->widget(i));
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(text->maximumBlockCount(), 6) << "the events the Text gathers are bounded by the setting";
+    ASSERT_EQ(window->GetEventLists()->count(), 1);
+    EXPECT_THAT(window->GetEventLists()->tabText(0).toStdString(), HasSubstr(" older dropped)"));
+}
+
 } // namespace
