@@ -6,6 +6,7 @@
 #include "zed/snmp/ZedSnmpEndpoint.h"
 #include "zed/snmp/ZedSnmpLibrary.h"
 #include "zed/snmp/ZedSnmpPdu.h"
+#include "zed/trace/TTraceRate.h"
 #include "zed/trace/TTraceStream.h"
 
 #include <arpa/inet.h>
@@ -162,6 +163,7 @@ struct TSnmpReceiver::Impl {
     std::vector<Known> known;
     std::vector<TSnmpNotification> arrived;
     TSnmpNotificationCounts counts;
+    TTraceRate traced;  // a flood of refusals is counted whole, traced in part
     std::uint64_t delivered = 0;  // PDUs net-snmp handed us, to tell what it kept
     std::uint64_t dropsAtStart = 0;
 
@@ -181,9 +183,15 @@ struct TSnmpReceiver::Impl {
                 const std::string& agent = {})
     {
         counts.Refuse(reason);
-        TTraceStream(ZED_TRACE_SNMP | 1) << "notification refused: from " << from << " as \"" << ZedEscapeControls(as)
-                                         << "\": " << reason << (agent.empty() ? "" : " (agent " + agent + ")")
-                                         << endl;
+        std::uint64_t held = 0;
+        const bool write = traced.Allow(reason, &held);
+        if (held)
+            TTraceStream(ZED_TRACE_SNMP | 1) << held << " more notifications refused in a second, not traced: "
+                                             << reason << endl;
+        if (write)
+            TTraceStream(ZED_TRACE_SNMP | 1) << "notification refused: from " << from << " as \""
+                                             << ZedEscapeControls(as) << "\": " << reason
+                                             << (agent.empty() ? "" : " (agent " + agent + ")") << endl;
     }
 
     // The agent the notification is from, once its sender and credentials

@@ -4,6 +4,7 @@
 #include "zed/snmp/ZedSnmpEndpoint.h"
 #include "zed/snmp/ZedSnmpLibrary.h"
 #include "zed/snmp/ZedSnmpPdu.h"
+#include "zed/trace/TTraceRate.h"
 #include "zed/trace/TTraceStream.h"
 
 
@@ -119,6 +120,7 @@ struct TSnmpSession::Impl {
     std::string engineId;
     bool closing = false;
     std::uint64_t foreignAnswers = 0;  // datagrams from elsewhere than the agent, refused
+    TTraceRate traced;                 // and traced, a few a second
     std::uint64_t nextKey = 1;
     std::map<std::uint64_t, Done> wanted;       // every request not yet handed on
     std::map<std::uint64_t, Request> queued;    // waiting for the session to open
@@ -483,8 +485,14 @@ struct TSnmpSession::Impl {
     {
         ZedSnmpDiscardDatagram(socket);
         ++foreignAnswers;
-        TTraceStream(ZED_TRACE_SNMP | 1) << Who() << ": an answer from " << sender.Text() << " refused: only "
-                                         << peer.Text() << " answers for the agent" << endl;
+        std::uint64_t held = 0;
+        const bool write = traced.Allow("foreign", &held);
+        if (held)
+            TTraceStream(ZED_TRACE_SNMP | 1) << Who() << ": " << held
+                                             << " more answers from elsewhere refused in a second, not traced" << endl;
+        if (write)
+            TTraceStream(ZED_TRACE_SNMP | 1) << Who() << ": an answer from " << sender.Text() << " refused: only "
+                                             << peer.Text() << " answers for the agent" << endl;
     }
 
     void ProcessReady(const std::set<int>& readable)

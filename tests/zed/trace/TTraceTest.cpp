@@ -1,5 +1,6 @@
 #include "zed/TApplication.h"
 #include "zed/trace/TTraceProvider.h"
+#include "zed/trace/TTraceRate.h"
 #include "zed/trace/TTraceStream.h"
 
 #include <gtest/gtest.h>
@@ -189,3 +190,19 @@ TEST_F(TraceStreamTest, AFailedAssertionTracesAndThrowsItsMessage)
 }
 
 } // namespace
+
+TEST(TraceRate, AFloodOfOneKindIsTracedInPartAndWhatWasHeldBackIsSaid)
+{
+    TTraceRate rate(3);
+    const auto start = TTraceRate::Clock::now();
+    int written = 0;
+    std::uint64_t held = 0;
+    for (int i = 0; i < 100; ++i)
+        written += rate.Allow("forged", &held, start + std::chrono::milliseconds(i)) ? 1 : 0;
+    EXPECT_EQ(written, 3);
+    EXPECT_TRUE(rate.Allow("another kind", &held, start)) << "each kind has its own share";
+    EXPECT_TRUE(rate.Allow("forged", &held, start + std::chrono::seconds(1)));
+    EXPECT_EQ(held, 97u) << "the next second says how many were held back, once";
+    rate.Allow("forged", &held, start + std::chrono::milliseconds(1001));
+    EXPECT_EQ(held, 0u);
+}
