@@ -8,6 +8,7 @@
 //   hostile_snmp_agent foreign   answers first from another port, with "forged"
 //   hostile_snmp_agent huge      answers every GetBulk with rows of 1,000 octets, never ending
 //   hostile_snmp_agent creep     one row per GetBulk answer, 20 ms apart, never ending
+//   hostile_snmp_agent badindex  a table of three rows, the second with an index of two parts
 //   hostile_snmp_agent flood HOST:PORT COUNT SECONDS COMMUNITY
 //                                sends COUNT SNMPv2c linkDown traps within SECONDS, then ends
 
@@ -27,22 +28,28 @@
 
 namespace {
 
-enum class Mode { Reorder, Omit, Foreign, Huge, Creep };
+enum class Mode { Reorder, Omit, Foreign, Huge, Creep, BadIndex };
 
 Mode g_mode = Mode::Reorder;
 void* g_main = nullptr;
 void* g_other = nullptr;
 
-// The table this agent makes up: its columns end at the entry's length.
-std::vector<oid> NextOf(const oid* name, std::size_t length)
+// The length of a column's OID of the interface tables this agent makes up
+// (ifEntry.C, ifXEntry.C); the name's own length for others.
+std::size_t ColumnLength(const oid* name, std::size_t length)
 {
     static const oid ifEntry[] = {1, 3, 6, 1, 2, 1, 2, 2, 1};
     static const oid ifXEntry[] = {1, 3, 6, 1, 2, 1, 31, 1, 1, 1};
-    std::size_t column = length;
     if (length >= 10 && std::memcmp(name, ifEntry, sizeof ifEntry) == 0)
-        column = 10;
-    else if (length >= 11 && std::memcmp(name, ifXEntry, sizeof ifXEntry) == 0)
-        column = 11;
+        return 10;
+    if (length >= 11 && std::memcmp(name, ifXEntry, sizeof ifXEntry) == 0)
+        return 11;
+    return length;
+}
+
+std::vector<oid> NextOf(const oid* name, std::size_t length)
+{
+    const std::size_t column = ColumnLength(name, length);
     std::vector<oid> next(name, name + length);
     if (length <= column)
         next.push_back(1);
@@ -81,7 +88,24 @@ void Answer(netsnmp_pdu* request)
     std::vector<netsnmp_variable_list*> asked;
     for (netsnmp_variable_list* v = request->variables; v; v = v->next_variable)
         asked.push_back(v);
-    if (request->command == SNMP_MSG_GETBULK) {
+    if (request->command == SNMP_MSG_GETBULK && g_mode == Mode::BadIndex) {
+        // Rows 1, 2.5 and 3 of every column asked, then the end of the view.
+        static const std::vector<std::vector<oid>> kRows = {{1}, {2, 5}, {3}};
+        for (netsnmp_variable_list* v : asked) {
+            std::vector<oid> column(v->name, v->name + ColumnLength(v->name, v->name_length));
+            for (const auto& row : kRows) {
+                std::vector<oid> name = column;
+                name.insert(name.end(), row.begin(), row.end());
+                if (snmp_oid_compare(name.data(), name.size(), v->name, v->name_length) > 0) {
+                    AddText(reply, name.data(), name.size(), "row");
+                    break;
+                }
+            }
+        }
+        if (!reply->variables)
+            for (netsnmp_variable_list* v : asked)
+                snmp_pdu_add_variable(reply, v->name, v->name_length, SNMP_ENDOFMIBVIEW, nullptr, 0);
+    } else if (request->command == SNMP_MSG_GETBULK) {
         // Huge answers stay within one datagram: about 60 KB.
         const long most = g_mode == Mode::Huge ? std::max(1L, 60 / static_cast<long>(asked.size())) : 1000;
         const long repetitions = g_mode == Mode::Creep ? 1 : std::clamp(request->max_repetitions, 1L, most);
@@ -203,7 +227,7 @@ int main(int argc, char** argv)
         return Flood(argv[2], std::atol(argv[3]), std::atof(argv[4]), argv[5]);
     const std::pair<const char*, Mode> modes[] = {{"reorder", Mode::Reorder}, {"omit", Mode::Omit},
                                                   {"foreign", Mode::Foreign}, {"huge", Mode::Huge},
-                                                  {"creep", Mode::Creep}};
+                                                  {"creep", Mode::Creep}, {"badindex", Mode::BadIndex}};
     bool known = false;
     for (const auto& [name, m] : modes)
         if (mode == name) {
@@ -211,7 +235,7 @@ int main(int argc, char** argv)
             known = true;
         }
     if (!known) {
-        std::fprintf(stderr, "usage: hostile_snmp_agent reorder|omit|foreign|huge|creep\n"
+        std::fprintf(stderr, "usage: hostile_snmp_agent reorder|omit|foreign|huge|creep|badindex\n"
                              "       hostile_snmp_agent flood HOST:PORT COUNT SECONDS COMMUNITY\n");
         return 2;
     }

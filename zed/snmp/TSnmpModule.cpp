@@ -246,8 +246,8 @@ struct TSnmpModule::Impl {
             reason += ": " + bound;
         if (unreadable)
             reason += std::string(bound.empty() ? ": " : "; ") + std::to_string(unreadable)
-                      + (unreadable == 1 ? " row was" : " rows were") + " left out, their index not one of "
-                      + target.cls->GetName();
+                      + (unreadable == 1 ? " row was left out, its index" : " rows were left out, their indexes")
+                      + " not one of " + target.cls->GetName();
         TTraceStream(ZED_TRACE_SNMP | 1) << reason << endl;
         return ZedAnswer::Common(target.entity, ZED_COMMON_LIST_INCOMPLETE, reason);
     }

@@ -154,4 +154,19 @@ TEST_F(HostileAgentTest, TheWalksOfOneCallOverManyAgentsShareTheCallsBounds)
     EXPECT_LT(rows, 700u) << "the call's bound, not twice an agent's";
 }
 
+TEST_F(HostileAgentTest, RowsWhoseIndexDoesNotFitAreLeftOutCountedAndSaid)
+{
+    Start("badindex");
+    TSyncCall rows = Show("Agent hostile Interface *");
+    ASSERT_EQ(rows.GetReplyCount(), 3u) << rows.GetReply().ToString();
+    EXPECT_EQ(rows.GetOutEntity().GetComponent(1).name, "1");
+    rows.SelectReply(1);
+    EXPECT_EQ(rows.GetOutEntity().GetComponent(1).name, "3");
+    rows.SelectReply(2);
+    EXPECT_EQ(rows.GetReply().GetReplyCode(), ZED_COMMON_LIST_INCOMPLETE);
+    EXPECT_THAT(rows.GetReply()[1].ToString(),
+                HasSubstr("the list of Interface is incomplete (2 rows shown): 1 row was left out, its index not "
+                          "one of Interface"));
+}
+
 } // namespace
