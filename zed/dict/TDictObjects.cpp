@@ -43,7 +43,7 @@ const TDictArgument* TDictDirective::FindRequestArgument(unsigned int id) const
 
 const TDictArgument* TDictDirective::FindRequestArgument(const std::string& name) const
 {
-    return FindIn(m_request, [&](const TDictArgument& a) { return ZedSameIgnoringCase(a.GetName(), name); });
+    return ZedFindNamed(m_request, name);
 }
 
 TDictClass::TDictClass() = default;
@@ -72,7 +72,7 @@ const TDictAttribute* TDictClass::FindAttribute(unsigned int id) const
 
 const TDictAttribute* TDictClass::FindAttribute(const std::string& name) const
 {
-    return FindIn(m_attributes, [&](const TDictAttribute& a) { return ZedSameIgnoringCase(a.GetName(), name); });
+    return ZedFindNamed(m_attributes, name);
 }
 
 const TDictDirective* TDictClass::FindDirective(unsigned int id) const
@@ -82,7 +82,7 @@ const TDictDirective* TDictClass::FindDirective(unsigned int id) const
 
 const TDictDirective* TDictClass::FindDirective(const std::string& name) const
 {
-    return FindIn(m_directives, [&](const TDictDirective& d) { return ZedSameIgnoringCase(d.GetName(), name); });
+    return ZedFindNamed(m_directives, name);
 }
 
 const TDictEvent* TDictClass::FindEvent(unsigned int id) const

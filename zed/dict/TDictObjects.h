@@ -6,6 +6,7 @@
 // long as their dictionary.
 
 #include "zed/ZedExport.h"
+#include "zed/ZedText.h"
 #include "zed/dict/TDictSnmp.h"
 #include "zed/dict/TDictType.h"
 
@@ -212,12 +213,13 @@ private:
     std::vector<TDictEvent> m_events;
 };
 
-/// The first of the dictionary objects with that name, or null.
+/// The first of the dictionary objects with that name, or null. Names
+/// compare without regard to letter case, as every lookup by name does.
 template <class Named>
 const Named* ZedFindNamed(const std::vector<Named>& objects, const std::string& name)
 {
     for (const Named& object : objects)
-        if (object.GetName() == name)
+        if (ZedSameIgnoringCase(object.GetName(), name))
             return &object;
     return nullptr;
 }

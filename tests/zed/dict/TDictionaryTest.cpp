@@ -37,6 +37,12 @@ TEST(DictionaryLoad, ShippedDictionaryDescribesTheNetwork)
 
     const TDictAttribute* offset = router->FindAttribute(std::string("ClockOffset"));
     ASSERT_NE(offset, nullptr);
+    // One rule for names: every lookup ignores letter case.
+    EXPECT_EQ(router->FindAttribute(std::string("clockoffset")), offset);
+    EXPECT_EQ(ZedFindNamed(router->GetAttributes(), "CLOCKOFFSET"), offset);
+    ASSERT_NE(ZedFindNamed(router->GetEvents(), "ConfigurationChanged"), nullptr);
+    EXPECT_EQ(ZedFindNamed(router->GetEvents(), "configurationchanged"),
+              ZedFindNamed(router->GetEvents(), "ConfigurationChanged"));
     EXPECT_EQ(offset->GetDictObjectType(), ZED_DICT_ATTRIBUTE);
     EXPECT_EQ(offset->GetDatatype(), ZED_DT_INTEGER32);
     EXPECT_EQ(offset->GetAccess(), ZED_ACCESS_READ_WRITE);
