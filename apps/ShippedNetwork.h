@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // Where a tool finds the network shipped with KEL: installed, the data folder

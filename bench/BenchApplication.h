@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // The widget benchmarks need a QApplication; the benchmark's own main has

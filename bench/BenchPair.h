@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // A subject and its baseline timed in one benchmark, alternately: whatever

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A burst of notifications into kelbrowser's window: 5,000 SNMPv2c traps
 // within half a second, sent by a program of their own on loopback. Aims:
 // at least 99% of them shown in the Events lists, no turn of the event loop

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A form with a set of records (5 numbers each) taking a reply's value and
 // giving it back, per element at 50 and at 500 elements: the cost of an
 // element must not grow with the count. The baseline is the same members as

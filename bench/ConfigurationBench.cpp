@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Configuration files of 20,000 sections of 25 fields, with short values
 // ("417 px", about 11.7 MB) and with long ones (20 to 40 characters, as paths
 // and lists of identifiers are, about 20.6 MB): load (parse and store) and

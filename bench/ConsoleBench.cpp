@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The console's message windows against a plain QTreeWidget.
 
 #include "kel/console/IConsole.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Laying out a field container of 200 and of 2,000 fields: the cost per
 // field must not grow with the count. Baseline: Qt's own QVBoxLayout placing
 // as many line edits, in the same run.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A form of 1,000 lines at the operator's hands, against a plain QFormLayout
 // of 1,000 rows: filtering at each keystroke (rows shown or hidden by their
 // label), and an edit recorded, undone and redone (a QUndoStack of text

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Generated input forms against the same lines written by hand in plain Qt.
 
 #include "kel/forms/IInputForm.h"

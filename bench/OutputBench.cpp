@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Outputs against plain Qt in the same run:
 // - an output form made from a reply of 1,000 values (a pair: see below);
 // - an output list receiving 100,000 replies and sorted by a column, against

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Reading sections from memory with the section reader, against a baseline
 // that only splits the same text into lines with std::getline (what a naive
 // stream-based reader pays before it has parsed anything).

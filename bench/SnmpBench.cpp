@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The SNMP module against a private snmpd, each against a named baseline in
 // the same run:
 //   wildcard Show of a table   vs  snmpbulkwalk of the same column (the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // What a trace site costs when tracing is off, against an empty loop body
 // (the baseline) and a site that is on but writes into a capture.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // Agents a few milliseconds away, on one machine: a relay in a thread of its

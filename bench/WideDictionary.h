@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // The dictionary of the form benchmarks: one class, "Box", whose directive 1,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The access library's hot paths, each against a named baseline in the same run:
 //   dictionary load    vs  parsing the same JSON text alone (nlohmann);
 //   dictionary check   vs  the dictionary load (what collecting every fault costs);

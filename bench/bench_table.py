@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-3-Clause
 """The table a reader compares: each pair's figure in each run, its aim, and
 whether every run met it.
 

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-3-Clause
 """Time from starting kelbrowser to its first window painted, measured from
 outside (so exec, library loading and KEL's start all count): with the shipped
 network, and with a dictionary of 1,000 classes made from it.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Fails the API reference when Doxygen warned of anything but an undocumented
 # member: an undocumented public class, a broken page or comment is an error.
 # Undocumented members are counted, not refused.

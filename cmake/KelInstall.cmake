@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Installation: libraries, public headers, modules, tools, the shipped
 # network, the docs, a CMake package (KEL::kel, KEL::zed) and pkg-config files.
 # The documentation is the kel-doc package's.

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Debian packages the Debian way, from a build configured for /usr (the
 # default preset is): `cpack --config build/CPackConfig.cmake` in build/ gives
 #   libkel0       the run-time libraries (multiarch), the resource module and
@@ -14,6 +15,8 @@ set(CPACK_PACKAGE_VENDOR "KEL")
 set(CPACK_PACKAGE_CONTACT "KEL developers <kel@example.org>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "KEL graphical class library for network-management consoles, with zed")
 set(CPACK_PACKAGE_VERSION ${PROJECT_VERSION})
+set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
+set(CPACK_DEBIAN_PACKAGE_LICENSE BSD-3-Clause)
 set(CPACK_DEB_COMPONENT_INSTALL ON)
 set(CPACK_COMPONENTS_ALL runtime devel tools doc)
 set(CPACK_DEBIAN_FILE_NAME DEB-DEFAULT)

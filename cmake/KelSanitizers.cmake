@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # One switch turns on ASan and UBSan for every target, so the libraries, the
 # tests and the tools are instrumented alike.
 if(KEL_SANITIZE)

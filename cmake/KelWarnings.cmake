@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # Project code is held to -Wall -Wextra -Werror; third-party headers come in as
 # system includes and are not.
 add_library(kel_warnings INTERFACE)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // An agents file as a person writes it: read or refused with a TException,
 // never anything worse; what is read names every agent once, with an address.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any content of a configuration file loads without a fault, and what loaded
 // saves to a file that loads back to the same sections.
 

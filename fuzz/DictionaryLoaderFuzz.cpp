@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any bytes given to the dictionary loader load or raise TException: never a
 // crash, a hang or a leak. Checking the same bytes for every fault agrees
 // with loading: no fault exactly when the load succeeds, and the first fault

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any bytes given to the simulated network's instance loader load or raise
 // TException; a loaded network then answers a wildcard Show without fault.
 // Checking the same bytes for every fault agrees with loading: no fault

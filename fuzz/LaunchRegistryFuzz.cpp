@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any text read as launch registrations gives registrations that each have a
 // name and a command, or is left out with a reason; queries never fail.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // A datagram as anyone on the loopback network may send it to the receiver:
 // read, checked and turned into an event report, or refused and counted,
 // never anything worse. It travels the real path: a UDP socket, net-snmp's

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any bytes fed to the section reader give statuses, never a crash or a hang,
 // and whatever loads writes back to text that loads to the same sections.
 

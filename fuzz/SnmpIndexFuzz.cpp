@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Row names and OID suffixes both ways. The first byte picks the index's
 // parts (up to three, each of a syntax, the last maybe IMPLIED); the rest is
 // a row name as a person types it, and read again as sub-identifiers.

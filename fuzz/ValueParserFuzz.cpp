@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Text to value for every type of the shipped dictionary: the first byte
 // picks the type, the rest is the text. A text that parses gives a value whose
 // own text form parses back to an equal value (composite kinds, read as JSON,

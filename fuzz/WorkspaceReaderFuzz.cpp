@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Any content of a workspace file is read without a fault: either refused
 // with a reason, or read into documents that each have a kind and a file.
 

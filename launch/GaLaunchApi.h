@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 /* The interface of the launch plugin ("libOrvexLaunch.so"), which KEL loads at

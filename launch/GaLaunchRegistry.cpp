@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "launch/GaLaunchRegistry.h"
 
 #include "kel/config/IConfiguration.h"

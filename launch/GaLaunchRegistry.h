@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // The launch plugin's registrations, read from a configuration file of KEL's

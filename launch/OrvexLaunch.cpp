@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The launch plugin shipped with KEL: registrations from a configuration file
 // (ORVEX_LAUNCH_FILE, else OrvexLaunch.cfg in $ORVEX_SYSTEM_PATH), read again
 // whenever the file changes, and programs started detached through /bin/sh

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // KEL's resource module, English texts.
 
 #include "resources/KELResApi.h"

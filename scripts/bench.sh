@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # The performance pairs, each subject timed interleaved with its plain-Qt (or
 # QSettings, inih, read-and-find-lines) baseline in one process, and the start
 # of kelbrowser to its first window; then one table of the figures a reader

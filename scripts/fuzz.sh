@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # Builds the libFuzzer targets and runs one over its kept inputs.
 #   scripts/fuzz.sh TARGET [SECONDS]
 # TARGET: section_reader, configuration_load, dictionary_loader,

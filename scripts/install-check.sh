@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # Installs the default build into a temporary prefix and consumes it as a
 # host outside this tree would: every installed header compiles on its own,
 # the example finds the package with CMake and builds with pkg-config, and

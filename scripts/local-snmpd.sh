@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # A private SNMP agent to try the SNMP module on: Debian's snmpd run as you on
 # udp:127.0.0.1:16161, with the communities and SNMPv3 user that
 # data/snmp/agents.conf names, in a folder of its own.

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # Sets up, builds and runs the main job: the host application kelbrowser's
 # tour of generated forms on the simulated network (PNGs and a transcript in
 # build/tour/), then the layered configuration lookup of a context

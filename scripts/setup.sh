@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # Installs what the build needs (Debian packages, only those missing), then
 # configures and builds one preset: default (the default) or asan; with
 # targets, only those and what they need.

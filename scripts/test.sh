@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-3-Clause
 # Sets up, builds and runs the test suite headless; with "asan", the same
 # suite under AddressSanitizer and UndefinedBehaviorSanitizer.
 #   bash scripts/test.sh [default|asan]

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 # The access library stands alone: no Qt, no KEL in any of its files.
 file(GLOB_RECURSE zed_files "${SOURCE_DIR}/zed/*.h" "${SOURCE_DIR}/zed/*.cpp")
 set(faults "")

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/ZedText.h"
 
 std::string ZedEscapeControls(std::string_view text)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "KelBrowserWindow.h"
 #include "kel/frame/KELCallPump.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "KelBrowserWindow.h"
 #include "ShippedNetwork.h"
 #include "Tour.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "Tour.h"
 #include "kel/fields/KELCompositeField.h"
 #include "kel/controls/IControlContainer.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // kelbrowser: a management console on KEL and the simulated network. Pick an
 // entity and a directive, fill in the generated form, send it, read the reply.
 //

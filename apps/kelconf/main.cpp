@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // kelconf: looks at KEL configuration files from the command line.
 //
 //   kelconf check FILE

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // zedsh: the access library from the command line, on the simulated network.
 //
 //   zedsh classes                       the class tree

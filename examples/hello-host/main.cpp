@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The smallest host: it creates KEL's application object, opens the input
 // form of the Test directive on an interface of the network shipped with
 // KEL, fills it (defaults, and the packet count typed in) and prints the

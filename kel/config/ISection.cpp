@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/config/ISection.h"
 
 #include "kel/config/ICustomField.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // Where each name of a sequence kept elsewhere stands, by position: a section's

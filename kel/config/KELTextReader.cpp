@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/config/KELTextReader.h"
 
 #include "kel/config/KELTextTrim.h"

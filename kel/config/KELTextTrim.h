@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // Trimming as the configuration readers do it: the blanks are the C locale's

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/console/KELWorkspaceStore.h"
 
 #include "kel/config/KELFileWriter.h"

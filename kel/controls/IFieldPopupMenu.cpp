@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/controls/IFieldPopupMenu.h"
 
 #include "resources/KELResApi.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/controls/KELCheckedEdit.h"
 
 #include "kel/fields/IField.h"

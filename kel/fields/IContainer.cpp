@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IContainer.h"
 
 #include "kel/fields/KELFormContext.h"

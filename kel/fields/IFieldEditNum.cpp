@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldEditNum.h"
 
 #include "kel/controls/IControlEditNum.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldLaunch.h"
 
 #include "kel/controls/KELControl.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldNotSupported.h"
 
 #include "kel/controls/KELControl.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldRecord.h"
 
 #include "kel/controls/ILabel.h"

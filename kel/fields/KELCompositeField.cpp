@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/KELCompositeField.h"
 
 #include "kel/config/IConfiguration.h"

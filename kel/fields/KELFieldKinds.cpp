@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/KELFieldKinds.h"
 
 #include "kel/fields/IFieldAttribute.h"

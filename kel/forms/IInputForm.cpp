@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/forms/IInputForm.h"
 
 #include "kel/config/KELConfigContext.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/forms/IInputOutputForm.h"
 
 #include "kel/config/IConfigList.h"

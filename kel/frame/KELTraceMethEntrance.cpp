@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/frame/KELTraceMethEntrance.h"
 
 #include "kel/frame/KELTrace.h"

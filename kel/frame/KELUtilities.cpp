@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/frame/KELUtilities.h"
 
 #include "kel/frame/KELResources.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/model/IElementInfo.h"
 
 #include "zed/value/TValue.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/model/KELElementHelp.h"
 
 #include "kel/model/IElementInfo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/ICommentLine.h"
 
 #include "kel/fields/IField.h"

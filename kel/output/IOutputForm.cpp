@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/IOutputForm.h"
 
 #include "kel/controls/IControlBase.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/IOutputText.h"
 
 #include "kel/model/IElementInfo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/KELCallReply.h"
 
 #include "zed/call/TCall.h"

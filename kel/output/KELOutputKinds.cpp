@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/KELOutputKinds.h"
 
 #include "kel/output/IOutputForm.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The browser's window driven in the test's process, as an operator drives it:
 // the picks above, the tabs, the keyboard, the console's messages.
 

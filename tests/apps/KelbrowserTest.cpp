@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Runs the host application's tour as the main job does and checks what it leaves.
 
 #include "support/RunProgram.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Runs the built kelconf program as a user would and checks its streams and
 // exit status.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // What every tool answers alike: --help and --version on standard output
 // with status 0; a command line it cannot use on standard error with 2.
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Runs the built zedsh program as a user would.
 
 #include "support/RunProgram.h"

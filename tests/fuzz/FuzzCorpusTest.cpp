@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Replays every kept fuzz input (seeds and former findings) through the fuzz
 // targets' own entry points, so that the ordinary build guards them too.
 

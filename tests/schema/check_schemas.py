@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-3-Clause
 """The JSON Schemas of the network files against the loader (zedsh validate).
 
 - the schemas are themselves valid (draft 2020-12);

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // An SNMP agent that misbehaves on purpose, and a sender of notifications,
 // for the tests and benchmarks of what the SNMP module believes. It listens
 // on 127.0.0.1 only and prints its address ("udp:127.0.0.1:PORT") on a line

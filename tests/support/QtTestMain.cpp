@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // KEL's tests run with a real (offscreen) QApplication, as a host has one.
 
 #include "kel/frame/KELPrompt.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // What the SNMP tests share: the shipped SNMP files, programs run beside the

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Files people give the libraries are read whole, and only regular files of a
 // bounded size: nothing blocks on a FIFO or reads a device until memory runs out.
 

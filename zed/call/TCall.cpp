@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/call/TCall.h"
 
 #include "zed/TApplication.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/call/TCallLoop.h"
 
 #include "zed/TApplication.h"

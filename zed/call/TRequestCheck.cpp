@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/call/TRequestCheck.h"
 
 #include "zed/call/TCallAnswers.h"

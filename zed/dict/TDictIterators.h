@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // Walks over the dictionary's arguments and attributes of an entity class,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/dict/TDictObjects.h"
 
 #include "zed/ZedText.h"

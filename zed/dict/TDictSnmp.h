@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // How a dictionary binds its classes and attributes to SNMP objects (the

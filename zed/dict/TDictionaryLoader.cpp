@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/dict/TDictionaryLoader.h"
 
 #include "zed/dict/ZedJsonReader.h"

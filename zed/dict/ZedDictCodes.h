@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 /// Kinds of dictionary object (TDictType::GetDictObjectType and the like).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/sim/TSimInstanceStore.h"
 
 #include "zed/TException.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/sim/TSimulatedNetwork.h"
 
 #include "zed/TApplication.h"

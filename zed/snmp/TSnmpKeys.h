@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // SNMPv3 keys kept as little and as briefly as they can be: the pass phrases

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // A private SNMP agent for tours, tests and benchmarks: Debian's snmpd, run

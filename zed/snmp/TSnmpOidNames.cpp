@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/snmp/TSnmpOidNames.h"
 
 TSnmpOidNames::TSnmpOidNames(const TDictionary& dictionary)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // Where agents' notifications arrive: SNMPv1 and SNMPv2c traps and informs,

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/snmp/TSnmpSession.h"
 
 #include "zed/snmp/TSnmpKeys.h"

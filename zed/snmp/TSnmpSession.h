@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // One agent's conversation over net-snmp, never waiting: a request goes out

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // The rows of a table, read column by column with GetBulk (GetNext for

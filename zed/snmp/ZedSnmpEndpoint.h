@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // Who a datagram came from, learnt before net-snmp reads it: an answer is

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/trace/TTraceRate.h"
 
 bool TTraceRate::Allow(const std::string& kind, std::uint64_t* held, Clock::time_point now)

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/trace/TTraceStream.h"
 
 #include "zed/TApplication.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // An attribute as a value (data type 82): an attribute identifier with a

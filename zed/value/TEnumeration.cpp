@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/value/TEnumeration.h"
 
 TEnumeration::TEnumeration(Definition definition, unsigned int id) : TValue(id, false), m_definition(std::move(definition)) {}

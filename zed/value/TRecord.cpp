@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/value/TRecord.h"
 
 TRecord::TRecord(Definition definition, unsigned int id) : TValue(id), m_definition(std::move(definition)) {}

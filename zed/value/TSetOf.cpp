@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/value/TSetOf.h"
 
 TConstructedOf::TConstructedOf(Definition definition, unsigned int id) : TValue(id), m_definition(std::move(definition)) {}

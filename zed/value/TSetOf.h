@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 // Set-of (data type 52) and sequence-of (53) values: elements of one type in

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/value/TUserDefined.h"
 
 TUserDefined::TUserDefined(TDictTypePtr definition, TValuePtr value, unsigned int id)

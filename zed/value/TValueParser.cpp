@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/value/TValueParser.h"
 
 #include "zed/TApplication.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
 /// Data-type codes of values and dictionary elements. KEL chooses field kinds

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/console/IEntityTree.h"
 #include "kel/frame/IApplication.h"
 #include "support/ShippedNetwork.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/console/KELToolbarDialogBase.h"
 #include "kel/forms/KELIdlePass.h"
 #include "kel/frame/IApplication.h"

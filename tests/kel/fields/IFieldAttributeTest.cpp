@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldAttribute.h"
 #include "kel/fields/IFieldBuilder.h"
 #include "kel/fields/IFieldCombo.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldBuilder.h"
 #include "kel/fields/IFieldEdit.h"
 #include "kel/fields/IFieldNumeric.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/controls/IControlContainer.h"
 #include "kel/controls/ILabel.h"
 #include "kel/controls/KELFilterBox.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "resources/KELResApi.h"
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELFileTools.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "kel/frame/KELTrace.h"
 #include "kel/frame/KELTraceProvider.h"
 #include "support/TraceCapture.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Calls handed to their modules without waiting: completions only from the
 // loop's turn, cancelling, timeouts, the wait set, and the request checks the
 // call layer makes for every module.

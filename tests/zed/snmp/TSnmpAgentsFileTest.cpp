@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "support/TempDir.h"
 #include "zed/TException.h"
 #include "zed/snmp/TSnmpAgentsFile.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The SNMP module against an agent that misbehaves on purpose (the
 // hostile_snmp_agent program, started by each test on a loopback port):
 // answers reordered, left out or forged from another port, and walks that

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "zed/snmp/TSnmpIndex.h"
 #include "zed/snmp/TSnmpValue.h"
 #include "zed/dict/TDictionary.h"

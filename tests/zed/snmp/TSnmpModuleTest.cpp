@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // The SNMP module against Debian's snmpd, started by each test on loopback
 // ports of its own: the same calls the forms make, compared with what the
 // net-snmp tools read, refusals, timeouts, notifications and many agents.

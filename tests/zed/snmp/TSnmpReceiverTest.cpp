@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 // Notifications believed only once checked, sent by net-snmp's tools from
 // loopback addresses of the test's choosing: the agent's host and community
 // (or user and level), a forged SNMPv1 agent-address, informs acknowledged

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "support/ShippedNetwork.h"
 #include "zed/TException.h"
 #include "zed/value/TEntitySpec.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-3-Clause
 #include "support/ShippedNetwork.h"
 #include "zed/value/TAttribute.h"
 #include "zed/value/TEnumeration.h"
