@@ -72,7 +72,7 @@ IApplication::IApplication(std::string applicationName) : m_appName(std::move(ap
     // Calls that do not wait are carried by Qt's event loop from here on.
     if (QCoreApplication::instance())
         m_pCallPump = std::make_unique<KELCallPump>();
-    m_previousAssertHandler = ZEDSetAssertHandler(&KELAssertHandler);
+    KeepAssertHandler(true);
 }
 
 IApplication::~IApplication()
@@ -80,7 +80,22 @@ IApplication::~IApplication()
     // Contexts go from the head; the console and the workspace manager are the host's.
     while (!m_contexts.empty())
         m_contexts.erase(m_contexts.begin());
-    ZEDSetAssertHandler(m_previousAssertHandler);
+    KeepAssertHandler(false);
+}
+
+// The library's assertions are traced while any application lives (a host
+// may make a second before it deletes the first): the handler before the
+// first comes back when the last goes.
+void IApplication::KeepAssertHandler(bool alive)
+{
+    static int living = 0;
+    static ZEDAssertHandler before = nullptr;
+    if (alive) {
+        if (living++ == 0)
+            before = ZEDSetAssertHandler(&KELAssertHandler);
+    } else if (--living == 0) {
+        ZEDSetAssertHandler(before);
+    }
 }
 
 namespace {

@@ -109,6 +109,7 @@ public:
 
 private:
     void InitFonts();
+    static void KeepAssertHandler(bool alive);
     template <typename T, typename Getter>
     int LayeredLookup(KELConfigContext* context, T& value, const T& fallback, int flag, Getter get);
 
@@ -128,7 +129,6 @@ private:
     std::unique_ptr<IHelpDialog> m_pHelpDialog;  // top-level, no Qt parent: owned here
     std::unique_ptr<KELCallPump> m_pCallPump;    // no Qt parent: owned here
     int m_tooltipsEnabled = 1;
-    ZEDAssertHandler m_previousAssertHandler = nullptr;  // the handler before ours, given back at the end
 };
 
 extern "C" {

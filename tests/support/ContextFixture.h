@@ -8,6 +8,7 @@
 #include "support/PromptRecorder.h"
 #include "support/ShippedNetwork.h"
 #include "support/TempDir.h"
+#include "zed/TApplication.h"
 
 #include <gtest/gtest.h>
 
@@ -29,6 +30,9 @@ protected:
     void TearDown() override
     {
         DestroyKEL();
+        // The shipped network goes too: a test after this one starts without it.
+        ZEDGetApplication()->SetDefaultModule(nullptr);
+        ZEDGetApplication()->SetDictionary(nullptr);
         KELPrompt::Install(nullptr);
         unsetenv("ORVEX_SYSTEM_PATH");
         unsetenv("ORVEX_USER_PATH");

@@ -31,7 +31,7 @@ TEST(ElementInfo, StartsDisplayedReadWriteWithoutDefaultOrDictionaryObjects)
     EXPECT_EQ(info.GetDictValue(), nullptr);
     EXPECT_EQ(info.GetName(), "Speed");
     EXPECT_EQ(info.GetPrefix(), "Form");
-    EXPECT_EQ(info.GetEntity().ToString(), "#1 core");
+    EXPECT_EQ(info.GetEntity().ToString(nullptr), "#1 core") << "the entity as given";
     EXPECT_EQ(info.GetPresentationName(), "");
     EXPECT_EQ(info.GetCompleteID(), "");
     EXPECT_EQ(info.GetID(), 0);
