@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "launch/GaLaunchRegistry.h"
 #include "support/TempDir.h"
+#include "support/WaitFor.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -9,7 +10,6 @@
 #include <sstream>
 #include <fcntl.h>
 #include <unistd.h>
-#include <thread>
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
@@ -70,10 +70,7 @@ TEST(LaunchRegistry, StartsTheCommandDetachedWithItsVariables)
                                     {"ORVEX_LAUNCH_ENTITY=Network core", "HOME_IS_KEPT=yes"}),
               0);
     std::string text;
-    for (int i = 0; i < 100 && text.empty(); ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        text = TempDir::Read(out);
-    }
+    WaitFor([&] { return !(text = TempDir::Read(out)).empty(); });
     EXPECT_EQ(text, "Network core yes\n");
 }
 
@@ -88,10 +85,7 @@ TEST(LaunchRegistry, TheProgramGetsTheStandardDescriptorsOnly)
     // The shell's own descriptors, listed by a child that writes the file.
     ASSERT_EQ(GaLaunchStartDetached("ls /proc/$$/fd > '" + out + ".part' && mv '" + out + ".part' '" + out + "'", {}), 0);
     std::string text;
-    for (int i = 0; i < 100 && text.empty(); ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        text = TempDir::Read(out);
-    }
+    WaitFor([&] { return !(text = TempDir::Read(out)).empty(); });
     ::close(inheritable);
     ASSERT_FALSE(text.empty());
     // The shell keeps descriptors of its own from 10 up while it redirects.

@@ -13,6 +13,7 @@
 #include "kel/frame/KELLaunch.h"
 #include "support/FieldDoubles.h"
 #include "support/TempDir.h"
+#include "support/WaitFor.h"
 #include "support/TraceCapture.h"
 #include "kel/frame/KELTrace.h"
 #include "zed/dict/TDictType.h"
@@ -26,7 +27,6 @@
 
 #include <algorithm>
 #include <chrono>
-#include <thread>
 
 namespace {
 
@@ -162,10 +162,7 @@ TEST_F(FieldBuilderTest, ARegisteredApplicationTakesAFormsOwnLineFirst)
 
     static_cast<QPushButton*>(launch->GetWindow())->click();
     std::string text;
-    for (int i = 0; i < 100 && text.empty(); ++i) {
-        std::this_thread::sleep_for(std::chrono::milliseconds(50));
-        text = TempDir::Read(started);
-    }
+    WaitFor([&] { return !(text = TempDir::Read(started)).empty(); });
     EXPECT_EQ(text, form.entity.ToString() + "|1.2.3|11|3\n");
 }
 

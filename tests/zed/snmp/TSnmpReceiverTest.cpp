@@ -10,8 +10,8 @@
 #include "zed/value/TEventReport.h"
 
 #include "support/SnmpTestSupport.h"
+#include "support/WaitFor.h"
 
-#include <thread>
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -168,9 +168,7 @@ TEST_F(SnmpReceiverTest, DatagramsTheSystemDroppedUnreadAreCountedNotLostInSilen
     // 20,000 traps while nobody reads: more than the receive buffer holds.
     constexpr int kSent = 20000;
     Child flood({HOSTILE_SNMP_AGENT, "flood", target, std::to_string(kSent), "0.2", "trapsecret"});
-    const auto until = std::chrono::steady_clock::now() + 20s;
-    while (!flood.Ended() && std::chrono::steady_clock::now() < until)
-        std::this_thread::sleep_for(10ms);
+    WaitFor([&] { return flood.Ended().has_value(); }, 20s);
     std::uint64_t seen = 0;
     TurnUntil(*module, [&] {
         const TSnmpNotificationCounts counts = module->GetNotificationCounts();
