@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "KelBrowserWindow.h"
+#include "kel/frame/KELString.h"
 #include "kel/frame/KELCallPump.h"
 
 #include "kel/config/IConfiguration.h"
@@ -222,7 +223,7 @@ KelBrowserWindow::KelBrowserWindow(const TDictionary& dictionary, KELConfigConte
     resizeDocks({treeDock}, {200}, Qt::Horizontal);
 
     m_console = new IConsole(this);
-    m_console->AddTabWnd(KELResources::String(4023), 0);
+    m_console->AddTabWnd(KELResources::String(KELString::kOutput), 0);
     m_console->Create(this);
     addDockWidget(Qt::BottomDockWidgetArea, m_console);
     // Room for about eight messages under the column titles and above the tabs.
@@ -744,7 +745,7 @@ void KelBrowserWindow::closeEvent(QCloseEvent* event)
 {
     if (isWindowModified()) {
         const KELPrompt::Answer answer = KELPrompt::Question(
-            KELResources::String(4022),
+            KELResources::String(KELString::kWorkspace),
             "Save the changes to the workspace " + m_workspace->GetWorkspaceName() + " before quitting?", true);
         if (answer == KELPrompt::Answer::Cancel || (answer == KELPrompt::Answer::Yes && !m_workspace->OnWorkspaceSave())) {
             event->ignore();
@@ -767,7 +768,7 @@ bool KelBrowserWindow::eventFilter(QObject* watched, QEvent* event)
 
 void KelBrowserWindow::BuildMenus()
 {
-    QMenu* workspace = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(4022)));
+    QMenu* workspace = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(KELString::kWorkspace)));
     workspace->addAction(QStringLiteral("&Open..."), QKeySequence::Open, this, [this] {
         std::string name;
         if (m_workspace->PromptWorkspaceNameFile(name, false) == 1)
@@ -836,7 +837,7 @@ void KelBrowserWindow::BuildMenus()
         undo->setEnabled(form && form->GetUndoStack()->canUndo());
         redo->setEnabled(form && form->GetUndoStack()->canRedo());
     });
-    QMenu* helpMenu = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(4012)));
+    QMenu* helpMenu = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(KELString::kHelp)));
     helpMenu->addAction(QStringLiteral("&Help on the focused field"), QKeySequence::HelpContents, this,
                         [this] { ShowHelp(); });
 }

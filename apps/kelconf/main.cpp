@@ -16,6 +16,7 @@
 // missing resource module or a wrong command line.
 
 #include "kel/config/IConfiguration.h"
+#include "kel/frame/KELString.h"
 #include "kel/config/ISection.h"
 #include "kel/config/KELConfigContext.h"
 #include "kel/config/KELConfigStatus.h"
@@ -45,7 +46,7 @@ const char* kUsage =
 void PrintMessages(const std::string& messages)
 {
     std::string text = messages;
-    const std::string user = KELResources::String(4052);
+    const std::string user = KELResources::String(KELString::kUserFileUnreadable);
     for (std::size_t at = text.find(user, 1); at != std::string::npos; at = text.find(user, at + user.size() + 1))
         if (text[at - 1] != '\n')
             text.insert(at, 1, '\n');

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/config/IConfiguration.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/config/ISection.h"
 #include "kel/config/KELConfigStatus.h"
@@ -121,7 +122,7 @@ int IConfiguration::LoadWorkspace(const std::string& fileName)
 bool IConfiguration::LoadInto(const std::string& fileName, KELTextReader& file, KELSectionMap& sections)
 {
     const bool dropped = KELReadSections(file, sections);
-    ToConsole(KEL_SEVERITY_INFORMATION, KELResources::String(4037) + fileName);
+    ToConsole(KEL_SEVERITY_INFORMATION, KELResources::String(KELString::kConfigurationLoaded) + fileName);
     KEL_TRACE(KEL_TRACE_INFO, kSource, this) << "Loading configuration file : " << fileName;
     return dropped;
 }
@@ -162,7 +163,7 @@ int IConfiguration::SaveFrom(const std::string& fileName, const KELSectionMap& s
         KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "IConfiguration::Save " << error;
         return 0;
     }
-    ToConsole(KEL_SEVERITY_INFORMATION, KELResources::String(4038) + fileName);
+    ToConsole(KEL_SEVERITY_INFORMATION, KELResources::String(KELString::kConfigurationSaved) + fileName);
     KEL_TRACE(KEL_TRACE_INFO, kSource, this) << "Loading configuration file : " << fileName;
 
     // The text a lossy load read is kept first, so the dropped sections can be recovered.
@@ -183,7 +184,7 @@ int IConfiguration::SaveFrom(const std::string& fileName, const KELSectionMap& s
     }
     if (written)
         *written = std::move(text);
-    ToConsole(KEL_SEVERITY_DONE, KELResources::String(4038) + fileName);
+    ToConsole(KEL_SEVERITY_DONE, KELResources::String(KELString::kConfigurationSaved) + fileName);
     return 1;
 }
 
@@ -319,7 +320,7 @@ void IConfiguration::SetDouble(std::string_view section, std::string_view key, d
 
 void IConfiguration::SetBool(std::string_view section, std::string_view key, bool value, int flag)
 {
-    SetStringValue(section, key, KELResources::String(value ? 4026 : 4027), flag);
+    SetStringValue(section, key, KELResources::String(value ? KELString::kTrue : KELString::kFalse), flag);
 }
 
 int IConfiguration::AddSection(KELSectionMap& sections, std::string_view name)

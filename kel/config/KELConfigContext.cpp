@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/config/KELConfigContext.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/config/IConfiguration.h"
 #include "kel/frame/IApplication.h"
@@ -27,14 +28,14 @@ KELConfigContext::~KELConfigContext() = default;
 void KELConfigContext::FindSystemConfFile()
 {
     IApplication* app = GetKELapp();
-    m_pSystemFile->SetFilename((app ? app->GetSystemPath() : std::string()) + m_code + KELResources::String(4035));
+    m_pSystemFile->SetFilename((app ? app->GetSystemPath() : std::string()) + m_code + KELResources::String(KELString::kSystemFileExtension));
 }
 
 void KELConfigContext::FindUserConfFile()
 {
     IApplication* app = GetKELapp();
     m_pUserFile->SetFilename((app ? app->GetUserPath() : std::string()) + KELUtilities::GetLoginName() + m_code
-                             + KELResources::String(4036));
+                             + KELResources::String(KELString::kUserFileExtension));
 }
 
 void KELConfigContext::GetWorkspaceConfFile(const char* workspaceFile, std::string& out) const
@@ -45,7 +46,7 @@ void KELConfigContext::GetWorkspaceConfFile(const char* workspaceFile, std::stri
     std::string base = slash == std::string::npos ? path : path.substr(slash + 1);
     if (const auto dot = base.rfind('.'); dot != std::string::npos && dot > 0)
         base.erase(dot);
-    out = directory + m_code + base + KELResources::String(4036);
+    out = directory + m_code + base + KELResources::String(KELString::kUserFileExtension);
 }
 
 void KELConfigContext::SetUserConfigFile(std::unique_ptr<IConfiguration> file) { m_pUserFile = std::move(file); }
@@ -60,7 +61,7 @@ bool KELConfigContext::LoadSystemAndUserConfig(std::string& errors)
     bool ok = true;
     if (m_pSystemFile && m_pSystemFile->Load() == 0) {
         ok = false;
-        errors = KELResources::String(4053) + m_pSystemFile->GetFilename();
+        errors = KELResources::String(KELString::kSystemFileUnreadable) + m_pSystemFile->GetFilename();
         tell(errors);
     }
     if (m_pUserFile && m_pUserFile->Load() == 0) {
@@ -69,7 +70,7 @@ bool KELConfigContext::LoadSystemAndUserConfig(std::string& errors)
         if (ok)
             errors += "\n";
         ok = false;
-        const std::string message = KELResources::String(4052) + m_pUserFile->GetFilename();
+        const std::string message = KELResources::String(KELString::kUserFileUnreadable) + m_pUserFile->GetFilename();
         tell(message);
         errors += message;
     }

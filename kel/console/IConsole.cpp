@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/console/IConsole.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/console/IOutputWnd.h"
 #include "kel/frame/KELResources.h"
@@ -11,7 +12,7 @@
 IConsole::IConsole(QWidget* parent) : QDockWidget(parent)
 {
     setObjectName(QStringLiteral("Console"));
-    setWindowTitle(QString::fromStdString(KELResources::String(4024)));
+    setWindowTitle(QString::fromStdString(KELResources::String(KELString::kConsole)));
 }
 
 IConsole::~IConsole() = default;

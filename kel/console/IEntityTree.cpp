@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/console/IEntityTree.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELResources.h"
@@ -122,7 +123,7 @@ void IEntityTree::Filled(QTreeWidgetItem* classItem, const TDictClass& cls, TAsy
     // The operator hears why, and opening the class again asks again.
     if (GetKELapp())
         GetKELapp()->InsertMessageConsole(KEL_SEVERITY_PROBLEM,
-                                          KELResources::Format(4078, {call.GetEntity().ToString(&m_dictionary), fault}));
+                                          KELResources::Format(KELString::kNotListed, {call.GetEntity().ToString(&m_dictionary), fault}));
     if (!listed) {
         classItem->addChild(new QTreeWidgetItem(PendingItem));
         classItem->setExpanded(false);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/console/IOutputWnd.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 #include "kel/output/IListViewOutput.h"
@@ -123,8 +124,8 @@ bool IOutputWnd::Create(QWidget* parent)
     m_hasImages = true;
     m_pList->setIconSize(QSize(16, 16));
     m_pList->setColumnCount(2);
-    m_pList->setHeaderLabels({QString::fromStdString(KELResources::String(4016)),
-                              QString::fromStdString(KELResources::String(4017))});
+    m_pList->setHeaderLabels({QString::fromStdString(KELResources::String(KELString::kTime)),
+                              QString::fromStdString(KELResources::String(KELString::kMessage))});
     m_pList->header()->setStretchLastSection(false);
     m_pList->setColumnWidth(0, kTimeWidth);
     m_pList->setColumnWidth(1, kMessageWidth);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/console/IWorkspaceManager.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/config/KELConfigContext.h"
 #include "kel/config/KELFileWriter.h"
@@ -137,7 +138,7 @@ bool IWorkspaceManager::OpenWorkspace(const std::string& name, bool)
     std::string error;
     if (!Read(name, snapshot, error)) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELWorkspace", this) << "IWorkspaceManager::OpenWorkspace " << name << " : " << error;
-        KELPrompt::Message(KELPrompt::Icon::Warning, KELResources::String(4022), KELResources::String(4042));
+        KELPrompt::Message(KELPrompt::Icon::Warning, KELResources::String(KELString::kWorkspace), KELResources::String(KELString::kWorkspaceNotOpened));
         return false;
     }
     ForEachContext([&](KELConfigContext& context) { context.LoadWorkspace(name.c_str()); });
@@ -153,18 +154,18 @@ bool IWorkspaceManager::SaveWorkspace(const std::string& name)
 {
     IApplication* app = GetKELapp();
     if (app)
-        app->InsertMessageConsole(KEL_SEVERITY_INFORMATION, KELResources::Format(4067, {name}));
+        app->InsertMessageConsole(KEL_SEVERITY_INFORMATION, KELResources::Format(KELString::kSavingWorkspace, {name}));
     m_save.Execute();
     std::string error;
     if (!Write(name, error)) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELWorkspace", this) << "IWorkspaceManager::Save " << name << " : " << error;
         if (app)
-            app->InsertMessageConsole(KEL_SEVERITY_PROBLEM, KELResources::Format(4077, {name, error}));
+            app->InsertMessageConsole(KEL_SEVERITY_PROBLEM, KELResources::Format(KELString::kWorkspaceNotSaved, {name, error}));
         return false;
     }
     ForEachContext([&](KELConfigContext& context) { context.SaveWorkspace(name.c_str()); });
     if (app)
-        app->InsertMessageConsole(KEL_SEVERITY_DONE, KELResources::Format(4076, {name}));
+        app->InsertMessageConsole(KEL_SEVERITY_DONE, KELResources::Format(KELString::kWorkspaceSaved, {name}));
     return true;
 }
 
@@ -192,7 +193,7 @@ void IWorkspaceManager::OnWorkspaceClose()
 int IWorkspaceManager::PromptWorkspaceNameFile(std::string& name, bool forSaving)
 {
     const QString filter = QStringLiteral("%1 (*%2)")
-                               .arg(QString::fromStdString(KELResources::String(4068)),
+                               .arg(QString::fromStdString(KELResources::String(KELString::kWorkspaces)),
                                     QLatin1String(kSuffix));
     const QString chosen = forSaving ? QFileDialog::getSaveFileName(GetFrame(), QString(), QString(), filter)
                                      : QFileDialog::getOpenFileName(GetFrame(), QString(), QString(), filter);
@@ -218,12 +219,12 @@ int IWorkspaceManager::OnSaveDoc(QMainWindow*, KELWorkspaceDocument& document)
     const std::string folder = Canonical(std::filesystem::path(GetFileBeingWritten()).parent_path().string());
     std::string path = document.GetPathName();
     const bool kept = !path.empty() && Canonical(std::filesystem::path(path).parent_path().string()) == folder
-                      && std::filesystem::path(path).filename().string().find(KELResources::String(4040)) != std::string::npos;
+                      && std::filesystem::path(path).filename().string().find(KELResources::String(KELString::kDocumentExtension)) != std::string::npos;
     if (!kept) {
         const std::string base = FileBaseOf(title);
-        path = folder + "/" + base + KELResources::String(4040);
+        path = folder + "/" + base + KELResources::String(KELString::kDocumentExtension);
         for (int n = 1; Taken(path); ++n)
-            path = folder + "/" + base + KELResources::String(4041) + std::to_string(n);
+            path = folder + "/" + base + KELResources::String(KELString::kDocumentStem) + std::to_string(n);
     }
     // Written beside its name, then put in its place: whatever stands at the
     // name (a link too) is replaced, never written through.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/controls/ILabel.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/config/KELConfigContext.h"
 #include "kel/fields/IField.h"
@@ -59,10 +60,10 @@ ILabel::~ILabel() { delete m_pStatic.data(); }
 void ILabel::Create(unsigned int& counter)
 {
     auto* control = new IExtendedStatic(m_pParent);
-    ZEDAssertCreationFailed(control != nullptr, KELResources::String(4033));
+    ZEDAssertCreationFailed(control != nullptr, KELResources::String(KELString::kFormWindowFailed));
     control->setProperty(KEL_CONTROL_ID_PROPERTY, counter++);
     control->setFont(BoldFont());
-    control->setText(QString::fromStdString(m_customizedName + KELResources::String(4018)));
+    control->setText(QString::fromStdString(m_customizedName + KELResources::String(KELString::kLabelEnd)));
     m_pStatic = control;
     Measure();
     control->resize(m_size);
@@ -100,7 +101,7 @@ void ILabel::SetPresentationName(const std::string& name)
     m_customizedName = name;
     if (!m_pStatic)
         return;
-    m_pStatic->setText(QString::fromStdString(name + KELResources::String(4018)));
+    m_pStatic->setText(QString::fromStdString(name + KELResources::String(KELString::kLabelEnd)));
     Measure();
     m_pStatic->resize(m_size);
 }

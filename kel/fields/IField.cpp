@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IField.h"
+#include "kel/frame/KELString.h"
 
 #include <QFontMetrics>
 
@@ -235,7 +236,7 @@ KELConfigContext* IField::ConfigurationContext() const
 
 void IField::AdoptControl(QWidget* control, unsigned int& id, const IElementInfo& info)
 {
-    ZEDAssertCreationFailed(control != nullptr, KELResources::String(4033));
+    ZEDAssertCreationFailed(control != nullptr, KELResources::String(KELString::kFormWindowFailed));
     control->setProperty(KEL_CONTROL_ID_PROPERTY, id++);
     // Inherited from the form's container mostly; set only where it is not.
     if (const IApplication* app = GetKELapp(); app && control->font() != *app->GetRegularFont())

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldCombo.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/fields/KELEnumerationCodes.h"
 
@@ -146,7 +147,7 @@ void IFieldCombo::GetValue(std::string& text) const
 
 void IFieldCombo::GetPartialRequest(std::string& request) { GetValue(request); }
 
-void IFieldCombo::SetToNotReturned() { ShowNothing(KELResources::String(4025)); }
+void IFieldCombo::SetToNotReturned() { ShowNothing(KELResources::String(KELString::kNotReturned)); }
 
 bool IFieldCombo::SetToNullValue()
 {
@@ -156,7 +157,7 @@ bool IFieldCombo::SetToNullValue()
 
 bool IFieldCombo::SetToServerDefault()
 {
-    ShowNothing(KELResources::String(4044));
+    ShowNothing(KELResources::String(KELString::kServerDefault));
     m_serverDefault = true;
     return true;
 }

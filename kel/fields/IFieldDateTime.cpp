@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldDateTime.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/IControlDateTime.h"
 #include "kel/fields/IContainer.h"
@@ -75,7 +76,7 @@ void IFieldDateTime::GetValue(std::string& text) const
     text = time.isValid() ? TAbsTime::Format(time.toMSecsSinceEpoch()) : m_pEdit->displayText().toStdString();
 }
 
-void IFieldDateTime::SetToNotReturned() { ShowNothing(KELResources::String(4025)); }
+void IFieldDateTime::SetToNotReturned() { ShowNothing(KELResources::String(KELString::kNotReturned)); }
 
 void IFieldDateTime::SetValue(const std::string& text)
 {
@@ -120,7 +121,7 @@ bool IFieldDateTime::CheckText(std::string* reason)
     if (!m_pEdit || m_pEdit->IsBlank() || m_pEdit->Time().isValid())
         return true;
     if (reason)
-        *reason = KELResources::Format(4075, {m_pEdit->displayText().toStdString(), m_pEdit->GetFormat().toStdString()});
+        *reason = KELResources::Format(KELString::kNotADateTime, {m_pEdit->displayText().toStdString(), m_pEdit->GetFormat().toStdString()});
     return false;
 }
 
@@ -134,7 +135,7 @@ bool IFieldDateTime::SetToNullValue()
 
 bool IFieldDateTime::SetToServerDefault()
 {
-    ShowNothing(KELResources::String(4044));
+    ShowNothing(KELResources::String(KELString::kServerDefault));
     m_serverDefault = true;
     return true;
 }

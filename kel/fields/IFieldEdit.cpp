@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldEdit.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/KELControl.h"
 #include "kel/controls/KELTypingLimit.h"
@@ -74,7 +75,7 @@ void IFieldEdit::GetValue(std::string& text) const
         text = m_pEdit ? m_pEdit->text().toStdString() : std::string();
 }
 
-void IFieldEdit::SetToNotReturned() { SetValue(KELResources::String(4025)); }
+void IFieldEdit::SetToNotReturned() { SetValue(KELResources::String(KELString::kNotReturned)); }
 
 void IFieldEdit::SetValue(const std::string& text)
 {

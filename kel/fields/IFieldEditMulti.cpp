@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldEditMulti.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/KELControl.h"
 #include "kel/fields/IContainer.h"
@@ -136,7 +137,7 @@ void IFieldEditMulti::GetValue(std::string& text) const
     text = m_pEdit ? m_pEdit->toPlainText().toStdString() : std::string();
 }
 
-void IFieldEditMulti::SetToNotReturned() { SetValue(KELResources::String(4025)); }
+void IFieldEditMulti::SetToNotReturned() { SetValue(KELResources::String(KELString::kNotReturned)); }
 
 void IFieldEditMulti::SetValue(const std::string& text)
 {

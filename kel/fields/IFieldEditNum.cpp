@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldEditNum.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/IControlEditNum.h"
 #include "kel/controls/KELTypingLimit.h"
@@ -70,7 +71,7 @@ void IFieldEditNum::GetPartialRequest(std::string& request)
 {
     GetValue(request);
     if (request.empty())
-        request = KELResources::String(4025);
+        request = KELResources::String(KELString::kNotReturned);
 }
 
 bool IFieldEditNum::ValueChanged() const { return TextChangedSincePutIn(); }
@@ -85,7 +86,7 @@ bool IFieldEditNum::CheckText(std::string* reason)
     if (Valid(normalised))
         return true;
     if (reason)
-        *reason = KELResources::Format(4070, {text, KELElementHelp::Accepted(GetDT())});
+        *reason = KELResources::Format(KELString::kNotANumberOfKind, {text, KELElementHelp::Accepted(GetDT())});
     return false;
 }
 

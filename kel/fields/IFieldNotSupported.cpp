@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldNotSupported.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/KELControl.h"
 #include "kel/fields/IContainer.h"
@@ -19,7 +20,7 @@ void IFieldNotSupported::Create(unsigned int& id, IElementInfo& info)
     auto* edit = new KELControl<QLineEdit>(this, GetContainer());
     AdoptControl(edit, id, info);
     IControlBase::ShowAsReadOnly(edit);
-    edit->setPlaceholderText(QString::fromStdString(KELResources::String(4032)));
+    edit->setPlaceholderText(QString::fromStdString(KELResources::String(KELString::kNotSupported)));
     m_pEdit = edit;
     SetWindow(edit);
     Resize(QSize(kWidth, QFontMetrics(edit->font()).height() + 3));

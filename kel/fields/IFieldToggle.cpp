@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/IFieldToggle.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/KELControl.h"
 #include "kel/fields/IContainer.h"
@@ -16,8 +17,8 @@
 
 namespace {
 
-QString TrueText() { return QString::fromStdString(KELResources::String(4026)); }
-QString FalseText() { return QString::fromStdString(KELResources::String(4027)); }
+QString TrueText() { return QString::fromStdString(KELResources::String(KELString::kTrue)); }
+QString FalseText() { return QString::fromStdString(KELResources::String(KELString::kFalse)); }
 
 } // namespace
 
@@ -93,7 +94,7 @@ void IFieldToggle::Uncheck()
 void IFieldToggle::Show(bool value)
 {
     if (IsReadOnly()) {
-        ShowText(KELResources::String(value ? 4026 : 4027));
+        ShowText(KELResources::String(value ? KELString::kTrue : KELString::kFalse));
         return;
     }
     if (!m_pTrue)
@@ -160,7 +161,7 @@ std::unique_ptr<TValue> IFieldToggle::GetTValue(bool)
 void IFieldToggle::SetToNotReturned()
 {
     if (IsReadOnly()) {
-        ShowText(KELResources::String(4025));
+        ShowText(KELResources::String(KELString::kNotReturned));
         return;
     }
     Uncheck();

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/KELElementsField.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/KELControl.h"
 #include "kel/fields/IFieldContainer.h"
@@ -37,8 +38,8 @@ IFieldSetOfButtonMap::IFieldSetOfButtonMap(KELElementsField& owner, IFieldContai
     : QWidget(parent), m_owner(owner), m_elements(elements)
 {
     setFocusPolicy(Qt::TabFocus);
-    setAccessibleName(QString::fromStdString(KELResources::String(4008)));
-    setToolTip(QString::fromStdString(KELResources::String(4008)));
+    setAccessibleName(QString::fromStdString(KELResources::String(KELString::kRemoveEntry)));
+    setToolTip(QString::fromStdString(KELResources::String(KELString::kRemoveEntry)));
 }
 
 IFieldSetOfButtonMap::~IFieldSetOfButtonMap() = default;
@@ -136,7 +137,7 @@ void KELElementsField::CreateFrame(unsigned int& id, IElementInfo& info, bool ca
     GetFieldContainer()->setObjectName(QStringLiteral("Field Container"));
     auto* add = new KELControl<QToolButton>(this, m_pFrame);
     AdoptControl(add, id, info);
-    const QString addText = QString::fromStdString(KELResources::String(4007));
+    const QString addText = QString::fromStdString(KELResources::String(KELString::kAddEntry));
     if (const char* image = KELResources::Image(4007)) {
         QPixmap icon;
         if (icon.loadFromData(QByteArray(image), "XPM"))
@@ -154,7 +155,7 @@ void KELElementsField::CreateFrame(unsigned int& id, IElementInfo& info, bool ca
         m_pStrip->setFont(*app->GetBoldFont());
     if (caption) {
         const std::string& name = info.GetPresentationName().empty() ? info.GetName() : info.GetPresentationName();
-        m_pCaption = new QLabel(QString::fromStdString(name + KELResources::String(4018)), m_pFrame);
+        m_pCaption = new QLabel(QString::fromStdString(name + KELResources::String(KELString::kLabelEnd)), m_pFrame);
         if (const IApplication* app = GetKELapp())
             m_pCaption->setFont(*app->GetBoldFont());
         m_pCaption->setBuddy(add);

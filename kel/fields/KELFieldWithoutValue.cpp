@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/KELFieldWithoutValue.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
@@ -12,7 +13,7 @@ void KELFieldWithoutValue::GetValue(std::string& text) const { text = m_shown; }
 
 void KELFieldWithoutValue::SetToNotReturned()
 {
-    m_shown = KELResources::String(4025);
+    m_shown = KELResources::String(KELString::kNotReturned);
     Show(QString::fromStdString(m_shown));
 }
 

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/forms/IFormLine.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/KELFilterBox.h"
 
@@ -133,7 +134,7 @@ void IFormLine::GetPartialRequest(std::string& out)
     std::string value;
     if (m_pField)
         m_pField->GetPartialRequest(value);
-    if (!value.empty() && value != KELResources::String(4025))
+    if (!value.empty() && value != KELResources::String(KELString::kNotReturned))
         out = name + " = " + value;
 }
 
@@ -231,7 +232,7 @@ void IFormLine::Dump()
 bool IFormLine::Refuse(std::string message)
 {
     m_refusal = std::move(message);
-    KELPrompt::Message(KELPrompt::Icon::Stop, KELResources::String(4011), m_refusal);
+    KELPrompt::Message(KELPrompt::Icon::Stop, KELResources::String(KELString::kProblem), m_refusal);
     return false;
 }
 
@@ -245,7 +246,7 @@ bool IFormLine::FillRequest(TRequest& request)
     if (auto* checked = dynamic_cast<KELCheckedField*>(m_pField.get())) {
         std::string reason;
         if (!checked->CheckText(&reason))
-            return Refuse(KELResources::Format(4071, {m_pLabel ? m_pLabel->LabelText() : "", reason}));
+            return Refuse(KELResources::Format(KELString::kFieldNotValid, {m_pLabel ? m_pLabel->LabelText() : "", reason}));
     }
     if (std::unique_ptr<TValue> value = m_pField->GetTValue(false)) {
         request.Add(std::move(value));
@@ -258,7 +259,7 @@ bool IFormLine::FillRequest(TRequest& request)
             request.Add(std::move(value));
             return true;
         }
-        return Refuse(KELResources::Format(4049, {m_pLabel->LabelText()}));
+        return Refuse(KELResources::Format(KELString::kRequiredFieldEmpty, {m_pLabel->LabelText()}));
     }
     if (!ValueChanged())
         return true;

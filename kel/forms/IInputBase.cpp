@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/forms/IInputBase.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/config/IConfigList.h"
 #include "kel/fields/IField.h"
@@ -55,7 +56,7 @@ void IInputBase::CreateLines(const std::string& hidden, const std::string& posit
                 continue;
             line->SetPosition(position);
             const bool taken = container->InsertElement(std::move(element));
-            ZEDAssertM(taken, KELResources::String(4028));
+            ZEDAssertM(taken, KELResources::String(KELString::kDuplicateElement));
         }
     } catch (const TException& e) {
         KEL_TRACE(KEL_TRACE_EXCP, "KELInputBase", this)

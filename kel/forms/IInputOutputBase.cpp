@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/forms/IInputOutputBase.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/forms/IFormLine.h"
 #include "kel/forms/KELFormLines.h"
@@ -42,7 +43,7 @@ void IInputOutputBase::CreateLines()
 void IInputOutputBase::PlaceLine(std::unique_ptr<IPresentationElement> line)
 {
     const bool taken = GetContainer()->InsertElement(std::move(line));
-    ZEDAssertM(taken, KELResources::String(4028));
+    ZEDAssertM(taken, KELResources::String(KELString::kDuplicateElement));
 }
 
 void IInputOutputBase::ProcessReply(const TReply& reply)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/forms/IInputOutputForm.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/config/IConfigList.h"
 #include "kel/config/KELConfigContext.h"
@@ -105,7 +106,7 @@ void IInputOutputForm::ResetPresentation()
         if (auto* line = dynamic_cast<IFormLine*>(element.get()))
             Arrange(*line, m_hidden, m_positions, counter);
         const bool taken = container->InsertElement(std::move(element));
-        ZEDAssertM(taken, KELResources::String(4028));
+        ZEDAssertM(taken, KELResources::String(KELString::kDuplicateElement));
     }
     OnNewSize();
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/forms/IPresentationForm.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/IControlContainer.h"
 #include "kel/controls/KELFilterBox.h"
@@ -55,7 +56,7 @@ IPresentationForm::~IPresentationForm() { KELIdlePass::Unregister(this); }
 IControlContainer* IPresentationForm::CreateControlContainer(QWidget* parent)
 {
     auto* container = new IControlContainer(this, parent);
-    ZEDAssertCreationFailed(container != nullptr, KELResources::String(4033));
+    ZEDAssertCreationFailed(container != nullptr, KELResources::String(KELString::kFormWindowFailed));
     container->setObjectName(QStringLiteral("Control Container"));
     container->setAutoFillBackground(false);
     // Every field takes the regular font: given once here, the controls

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/frame/IApplication.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
@@ -145,7 +146,7 @@ const std::string& IApplication::GetSystemPath()
 {
     if (m_systemPath.empty()) {
         std::string variable = "ORVEX_SYSTEM_PATH";
-        if (std::string named = KELResources::String(4050); !named.empty())
+        if (std::string named = KELResources::String(KELString::kSystemPathVariable); !named.empty())
             variable = named;
         const char* value = std::getenv(variable.c_str());
         m_systemPath = value && *value ? value : InstalledConfigurationPath();
@@ -160,7 +161,7 @@ const std::string& IApplication::GetUserAppDataPath()
     if (m_userAppDataPath.empty()) {
         std::string path = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation).toStdString();
         EndingWithSlash(path);
-        path += KELResources::String(4065);
+        path += KELResources::String(KELString::kUserDataFolder);
         EndingWithSlash(path);
         try {
             if (!KELFileTools::IsDirectory(path))
@@ -176,7 +177,7 @@ const std::string& IApplication::GetUserAppDataPath()
 const std::string& IApplication::GetUserPath()
 {
     if (m_userPath.empty()) {
-        const std::string variable = KELResources::String(4051);
+        const std::string variable = KELResources::String(KELString::kUserPathVariable);
         const char* value = variable.empty() ? nullptr : std::getenv(variable.c_str());
         m_userPath = value && *value ? value : GetUserAppDataPath();
     }

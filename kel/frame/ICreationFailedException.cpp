@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/frame/ICreationFailedException.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
@@ -17,5 +18,5 @@ void ZEDAssertCreationFailed(int condition, const std::string& name)
     if (KELTraceSite::Enabled(KEL_TRACE_EXCP))
         KELTraceSite(KEL_TRACE_EXCP, "KELException", kTraceLine, nullptr).Stream()
             << "KEL: " << name << " window creation failed";
-    throw ICreationFailedException(KELResources::Format(4039, {name}));
+    throw ICreationFailedException(KELResources::Format(KELString::kWindowCreationFailed, {name}));
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/frame/IHelpDialog.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 
@@ -9,7 +10,7 @@
 
 IHelpDialog::IHelpDialog(QWidget* parent) : QDialog(parent), m_pText(new QPlainTextEdit(this))
 {
-    setWindowTitle(QString::fromStdString(KELResources::String(4012)));
+    setWindowTitle(QString::fromStdString(KELResources::String(KELString::kHelp)));
     setModal(false);
     m_pText->setReadOnly(true);
     m_pText->setProperty("controlId", kTextControlId);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/frame/KELFileTools.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 
@@ -67,7 +68,9 @@ CFileToolException::~CFileToolException() = default;
 std::string CFileToolException::MessageFor(int code, const std::string& fileName, const std::string& secondText)
 {
     // Codes 7 and 8 take their texts crosswise (4064, 4063), as they always have.
-    static constexpr unsigned int kResource[] = {4056, 4057, 4058, 4059, 4060, 4061, 4062, 4064, 4063};
+    static constexpr unsigned int kResource[] = {KELString::kFileOperationFailed, KELString::kFileNotRead, KELString::kDirectoryNotCreated,
+                                                        KELString::kFileNotDeleted, KELString::kDirectoryNotRemoved, KELString::kFileNotWritten,
+                                                        KELString::kFileNotCopied, KELString::kAttributesNotSet, KELString::kChecksumNotOpened};
     if (code < 0 || code > 8)
         return {};
     if (code == 0)

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/frame/KELUtilities.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELVersionRecord.h"
@@ -102,8 +103,8 @@ bool KELUtilities::GetFileVersion(const std::string& fileName, unsigned int& maj
         major = minor = build = 0;
         return false;
     }
-    text1 = ValueOf(record, KELResources::String(4054));
-    text2 = ValueOf(record, KELResources::String(4055));
+    text1 = ValueOf(record, KELResources::String(KELString::kFileDescriptionKey));
+    text2 = ValueOf(record, KELResources::String(KELString::kProductNameKey));
     return true;
 }
 

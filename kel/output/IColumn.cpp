@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/IColumn.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 #include "kel/output/IPresentationList.h"
@@ -37,5 +38,5 @@ void IColumn::SetValue(const TValue& value)
 void IColumn::SetToNotReturned()
 {
     if (m_pList)
-        m_pList->SetCurrentCell(m_column, QString::fromStdString(KELResources::String(4025)));
+        m_pList->SetCurrentCell(m_column, QString::fromStdString(KELResources::String(KELString::kNotReturned)));
 }

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/IListViewOutput.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 
@@ -91,8 +92,8 @@ IListViewOutput::~IListViewOutput() = default;
 
 QString IListViewOutput::SelectedText() const
 {
-    const QString end = QString::fromStdString(KELResources::String(4020));
-    const QString between = QString::fromStdString(KELResources::String(4021));
+    const QString end = QString::fromStdString(KELResources::String(KELString::kLineEnd));
+    const QString between = QString::fromStdString(KELResources::String(KELString::kColumnSeparator));
     QString text;
     // In display order, whatever order they were selected in.
     for (int i = 0; i < topLevelItemCount(); ++i) {

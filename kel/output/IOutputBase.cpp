@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/IOutputBase.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
@@ -40,7 +41,7 @@ void IOutputBase::Insert(IElementInfo& info)
     if (!element)
         return;
     const bool taken = GetContainer() && GetContainer()->InsertElement(std::move(element));
-    ZEDAssertM(taken, KELResources::String(4028));
+    ZEDAssertM(taken, KELResources::String(KELString::kDuplicateElement));
 }
 
 void IOutputBase::CreateArgumentElements(const std::string& prefix, unsigned int directiveOrEvent,

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/IOutputForm.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/IControlBase.h"
 
@@ -99,9 +100,9 @@ void IOutputForm::CreatePresentation(const std::string& name, const KELCallReply
     // Everything an output form shows is read-only: shown so once, for all.
     IControlBase::ShowAsReadOnly(static_cast<QWidget*>(GetControlContainer()));
 
-    AddCommentLine(kEntityLine, 4046, reply.Entity().ToString());
-    AddCommentLine(kTimeLine, 4047, LocalTime(reply.TimeStamp()));
-    AddCommentLine(kReplyTextLine, 4048, ReplyText(reply));
+    AddCommentLine(kEntityLine, KELString::kEntityLabel, reply.Entity().ToString());
+    AddCommentLine(kTimeLine, KELString::kTimeLabel, LocalTime(reply.TimeStamp()));
+    AddCommentLine(kReplyTextLine, KELString::kReplyLabel, ReplyText(reply));
     if (GetReplyType() != ZED_DICT_RESPONSE)
         ShowAsException();
 

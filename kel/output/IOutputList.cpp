@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/IOutputList.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/forms/IPresentationForm.h"
 #include "kel/model/IPresentationElement.h"
@@ -51,7 +52,7 @@ int IOutputList::TimeColumn()
 {
     // When each event came: after the entity, ahead of the event's own values.
     if (m_timeColumn < 0) {
-        m_timeColumn = GetModel()->AddColumn(QString::fromStdString(KELResources::String(4016)));
+        m_timeColumn = GetModel()->AddColumn(QString::fromStdString(KELResources::String(KELString::kTime)));
         header()->moveSection(header()->visualIndex(m_timeColumn), 1);
     }
     return m_timeColumn;

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/IPresentationBase.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
@@ -67,13 +68,14 @@ void FillFromDictionary(const TDictValue& value, IElementInfo& info, const char*
             << "KEL :IPresentationBase::" << operation << " : DictType for this value is : "
             << value.GetType().ToString();
     }
-    info.SetDictValue(dt == 14 || dt == 15 || dt == 16 ? &value : nullptr);
+    const bool reserved = dt == ZED_DT_RESERVED14 || dt == ZED_DT_RESERVED15 || dt == ZED_DT_RESERVED16;
+    info.SetDictValue(reserved ? &value : nullptr);
     info.SetIsDisplayed(value.IsDisplayed() ? 1 : 0);
     info.SetUnits(value.GetUnits());
     info.SetDefaultAllowed(value.DefaultAllowed());
     if (value.DefaultAllowed() == ZED_DEFAULT_SERVER)
-        info.SetDefault(KELResources::String(4044));
-    else if (value.GetDefaultValue() != KELResources::String(4045))
+        info.SetDefault(KELResources::String(KELString::kServerDefault));
+    else if (value.GetDefaultValue() != KELResources::String(KELString::kNoDefault))
         info.SetDefault(value.GetDefaultValue());
     else
         info.SetDefaultAllowed(ZED_DEFAULT_NONE);
@@ -84,9 +86,9 @@ void MarkSecret(const std::string& name, IElementInfo& info)
 {
     std::string upper = name;
     std::transform(upper.begin(), upper.end(), upper.begin(), [](unsigned char c) { return std::toupper(c); });
-    const std::string fragment = KELResources::String(4069);
+    const std::string fragment = KELResources::String(KELString::kSecretFragment);
     if (!fragment.empty() && upper.find(fragment) != std::string::npos)
-        info.SetDT(999);
+        info.SetDT(ZED_DT_MARKER);  // the data type no field shows
 }
 
 } // namespace

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/IPresentationList.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/controls/KELFilterBox.h"
 
@@ -58,7 +59,7 @@ IPresentationList::IPresentationList(KELConfigContext* context, QWidget* parent)
     setSortingEnabled(true);
     header()->setSectionsMovable(true);
     header()->setStretchLastSection(true);
-    m_pModel->AddColumn(QString::fromStdString(KELResources::String(4005)));
+    m_pModel->AddColumn(QString::fromStdString(KELResources::String(KELString::kEntity)));
     // A row is judged when its cells are in: each cell's change judges its row again.
     connect(m_pModel, &QAbstractItemModel::dataChanged, this, [this](const QModelIndex& from, const QModelIndex& to) {
         if (!m_filter.isEmpty())

@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/ITextElement.h"
+#include "kel/frame/KELString.h"
 
 #include "kel/frame/KELResources.h"
 #include "zed/value/TValue.h"
 
 ITextElement::ITextElement(unsigned int id, std::string name)
-    : IPresentationElement(id), m_name(std::move(name)), m_text(KELResources::String(4025))
+    : IPresentationElement(id), m_name(std::move(name)), m_text(KELResources::String(KELString::kNotReturned))
 {
 }
 
@@ -13,4 +14,4 @@ ITextElement::~ITextElement() = default;
 
 void ITextElement::SetValue(const TValue& value) { m_text = value.ToString(); }
 
-void ITextElement::SetToNotReturned() { m_text = KELResources::String(4025); }
+void ITextElement::SetToNotReturned() { m_text = KELResources::String(KELString::kNotReturned); }
