@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "KelBrowserWindow.h"
+#include "zed/dict/ZedDirectiveNames.h"
 #include "kel/frame/KELString.h"
 #include "kel/frame/KELCallPump.h"
 
@@ -338,7 +339,7 @@ std::vector<std::string> KelBrowserWindow::ListEntities(const TDictionary& dicti
     // Below each instance found, the instances of each child class.
     std::function<void(const TEntitySpec&, const TDictClass&)> walk = [&](const TEntitySpec& above,
                                                                           const TDictClass& cls) {
-        const TDictDirective* show = cls.FindDirective(std::string("Show"));
+        const TDictDirective* show = cls.FindDirective(std::string(ZedDirective::kShow));
         if (!show)
             return;
         TEntitySpec wildcard = above;
@@ -510,7 +511,7 @@ bool KelBrowserWindow::Send()
     }
     const std::string entity = m_form->GetEntity().ToString(&m_dictionary);
     const std::string name = m_form->GetName();
-    if (name == "Delete"
+    if (name == ZedDirective::kDelete
         && KELPrompt::Question(name, "Delete " + entity + "?", false) != KELPrompt::Answer::Yes) {
         SetMessage(KEL_SEVERITY_INFORMATION, "Not sent: the Delete of " + entity + " was not confirmed.");
         return false;
@@ -536,7 +537,7 @@ bool KelBrowserWindow::Send()
         SetMessage(exception.empty() ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
                    exception.empty() ? message : message + " -- " + exception);
         // What a Create or Delete changed shows in the tree and the entity pick.
-        if (exception.empty() && (name == "Create" || name == "Delete")) {
+        if (exception.empty() && (name == ZedDirective::kCreate || name == ZedDirective::kDelete)) {
             m_tree->EntityChanged(target);
             FillEntities();
         }
@@ -1003,12 +1004,12 @@ bool KelBrowserWindow::ReadAttributes(bool showOutputs)
     if (!m_attributes || !document || document->IsBusy())
         return false;
     const TDictClass* cls = m_dictionary.FindClass(m_attributes->GetEntity().GetEntityClass());
-    const TDictDirective* show = cls ? cls->FindDirective(std::string("Show")) : nullptr;
+    const TDictDirective* show = cls ? cls->FindDirective(std::string(ZedDirective::kShow)) : nullptr;
     if (!show)
         return false;
     QPointer<IInputOutputForm> form = m_attributes;
     const unsigned int directive = show->GetID();
-    return StartCall(*document, std::make_unique<TAsyncCall>(m_attributes->GetEntity(), directive), "Show",
+    return StartCall(*document, std::make_unique<TAsyncCall>(m_attributes->GetEntity(), directive), ZedDirective::kShow,
                      [this, document, form, directive, showOutputs](TAsyncCall& answered) {
                          if (form)
                              form->ProcessReply(answered.GetReply());
@@ -1016,9 +1017,9 @@ bool KelBrowserWindow::ReadAttributes(bool showOutputs)
                              SetMessage(KEL_SEVERITY_PROBLEM, "The attributes could not be read: " + FirstException(answered));
                          if (!showOutputs)
                              return;
-                         document->SetLastCall(answered, directive, "Show");
+                         document->SetLastCall(answered, directive, ZedDirective::kShow);
                          if (document == ShownDocument())
-                             ShowOutputs(answered, directive, "Show");
+                             ShowOutputs(answered, directive, ZedDirective::kShow);
                      });
 }
 
@@ -1028,7 +1029,7 @@ bool KelBrowserWindow::Apply()
     if (!m_attributes || !document || document->IsBusy())
         return false;
     const TDictClass* cls = m_dictionary.FindClass(m_attributes->GetEntity().GetEntityClass());
-    const TDictDirective* set = cls ? cls->FindDirective(std::string("Set")) : nullptr;
+    const TDictDirective* set = cls ? cls->FindDirective(std::string(ZedDirective::kSet)) : nullptr;
     if (!set)
         return false;
     auto call = std::make_unique<TAsyncCall>(m_attributes->GetEntity(), set->GetID());
@@ -1045,16 +1046,16 @@ bool KelBrowserWindow::Apply()
     m_attributes->UndoBoundary();
     const unsigned int directive = set->GetID();
     const std::string entity = m_attributes->GetEntity().ToString(&m_dictionary);
-    return StartCall(*document, std::move(call), "Set", [this, document, directive, entity](TAsyncCall& answered) {
+    return StartCall(*document, std::move(call), ZedDirective::kSet, [this, document, directive, entity](TAsyncCall& answered) {
         const std::string exception = FirstException(answered);
         SetMessage(exception.empty() ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
                    "Set sent to " + entity + (exception.empty() ? "" : " -- " + exception));
         // The outputs show the Set's reply and its events; the form then shows
         // what the network now holds.
-        document->SetLastCall(answered, directive, "Set");
+        document->SetLastCall(answered, directive, ZedDirective::kSet);
         if (document != ShownDocument())
             return;
-        ShowOutputs(answered, directive, "Set");
+        ShowOutputs(answered, directive, ZedDirective::kSet);
         ReadAttributes(false);
     });
 }

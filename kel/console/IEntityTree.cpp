@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/console/IEntityTree.h"
+#include "zed/dict/ZedDirectiveNames.h"
 #include "kel/frame/KELString.h"
 
 #include "kel/frame/IApplication.h"
@@ -74,7 +75,7 @@ void IEntityTree::Fill(QTreeWidgetItem* classItem)
     }
     wildcard.AddClassWildcard(classItem->data(0, kClassRole).toUInt());
     const TDictClass* cls = ClassOf(m_dictionary, wildcard);
-    const TDictDirective* show = cls ? cls->FindDirective(std::string("Show")) : nullptr;
+    const TDictDirective* show = cls ? cls->FindDirective(std::string(ZedDirective::kShow)) : nullptr;
     if (!show)
         return;
     // The node says it is asking; the window goes on meanwhile.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/output/KELOutputKinds.h"
+#include "zed/dict/ZedDirectiveNames.h"
 
 #include "kel/output/IOutputForm.h"
 #include "kel/output/IOutputList.h"
@@ -34,12 +35,12 @@ std::unique_ptr<QWidget> RepliesList(const KELOutputRequest& request)
     const TDictionary* dictionary = ZEDGetApplication()->GetDictionary().get();
     const TDictClass* cls = dictionary ? dictionary->FindClass(call.GetEntity().GetEntityClass()) : nullptr;
     const TDictDirective* asked = cls ? cls->FindDirective(request.directive) : nullptr;
-    if (asked && asked->GetName() == "Show" && call.GetRequest().Size() > 0) {
+    if (asked && asked->GetName() == ZedDirective::kShow && call.GetRequest().Size() > 0) {
         const TValue& partition = call.GetRequest()[1];
         const unsigned int code = partition.GetDatatype() == ZED_DT_ENUMERATION
                                       ? static_cast<unsigned int>(static_cast<const TEnumeration&>(partition).GetCode())
                                       : 0u;
-        list->CreatePresentationAttr("Show", call.GetEntity(), code);
+        list->CreatePresentationAttr(ZedDirective::kShow, call.GetEntity(), code);
     } else {
         const TReply& first = call.GetReply();
         list->CreatePresentation(asked ? asked->GetName() : "", call.GetEntity(), request.directive,

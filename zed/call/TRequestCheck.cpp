@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/call/TRequestCheck.h"
+#include "zed/dict/ZedDirectiveNames.h"
 
 #include "zed/call/TCallAnswers.h"
 #include "zed/dict/ZedDictCodes.h"
@@ -87,7 +88,7 @@ std::optional<TCallResult> ZEDCheckRequest(const TEntitySpec& entity, const TDic
         values.emplace_back("Reason", std::make_unique<TLatin1String>(fault->reason));
         return ZedAnswer::Exception(entity, directive, "InvalidArgument", std::move(values));
     }
-    if (directive.TakesAttributes() && directive.GetName() != "Create")
+    if (directive.TakesAttributes() && directive.GetName() != ZedDirective::kCreate)
         for (std::size_t i = 0; i < request.Size(); ++i) {
             const TDictAttribute* attribute = cls.FindAttribute(request.At(i).GetID());
             if (attribute && attribute->GetAccess() == ZED_ACCESS_READ_ONLY) {

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/sim/TSimulatedNetwork.h"
+#include "zed/dict/ZedDirectiveNames.h"
 
 #include "zed/TApplication.h"
 #include "zed/TException.h"
@@ -65,7 +66,7 @@ struct TSimulatedNetwork::Impl {
                      TSimInstanceStore::Instance& instance) const
     {
         unsigned int partition = 0;
-        if (TValuePtr asked = Argument(directive, request, "Partition", *instance.cls))
+        if (TValuePtr asked = Argument(directive, request, ZedDirective::kPartition, *instance.cls))
             if (asked->GetDatatype() == ZED_DT_ENUMERATION)
                 partition = static_cast<unsigned int>(static_cast<const TEnumeration&>(*asked).GetCode());
         auto list = std::make_unique<TAttributeList>();
@@ -293,7 +294,7 @@ struct TSimulatedNetwork::Impl {
         if (!directive || directiveId == ZED_COMMON_EXCEPTION_DIRECTIVE)
             return {Common(entity, kDirectiveNotSupported)};
         const std::string& name = directive->GetName();
-        if (name == "Create")
+        if (name == ZedDirective::kCreate)
             return {Create(entity, *directive, request, *cls)};
 
         const std::vector<TSimInstanceStore::Instance*> instances = store.Resolve(entity);
@@ -303,15 +304,15 @@ struct TSimulatedNetwork::Impl {
         results.reserve(instances.size());
         for (TSimInstanceStore::Instance* instance : instances) {
             const TEntitySpec answered = TSimInstanceStore::SpecOf(*instance);
-            if (name == "Show")
+            if (name == ZedDirective::kShow)
                 results.push_back(Show(answered, *directive, request, *instance));
-            else if (name == "Set")
+            else if (name == ZedDirective::kSet)
                 results.push_back(Set(answered, *directive, request, *instance));
             else if (name == "Test")
                 results.push_back(Test(answered, *directive, request, *instance));
             else if (name == "Echo")
                 results.push_back(Echo(answered, *directive, request, *cls));
-            else if (name == "Delete") {
+            else if (name == ZedDirective::kDelete) {
                 Report(answered, *cls, *directive, TAttributeList(), nullptr);
                 store.Remove(instance);
                 results.push_back(Response(answered, *directive, {}));

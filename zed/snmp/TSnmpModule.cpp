@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/snmp/TSnmpModule.h"
+#include "zed/dict/ZedDirectiveNames.h"
 
 #include "zed/TApplication.h"
 #include "zed/TException.h"
@@ -123,7 +124,7 @@ struct TSnmpModule::Impl {
                                              const TRequest& request) const
     {
         unsigned int partition = 0;
-        if (const TDictArgument* argument = directive.FindRequestArgument(std::string("Partition")))
+        if (const TDictArgument* argument = directive.FindRequestArgument(std::string(ZedDirective::kPartition)))
             if (const TValue* value = request.Find(argument->GetID());
                 value && value->IsPresent() && !value->IsDefault() && value->GetDatatype() == ZED_DT_ENUMERATION)
                 partition = static_cast<unsigned int>(static_cast<const TEnumeration&>(*value).GetCode());
@@ -436,7 +437,7 @@ struct TSnmpModule::Impl {
         const std::uint64_t key = target.session->Send(
             TSnmpSession::Operation::Set, std::move(varbinds),
             [this, ticket, part, target, named, sent, rowStatus](TSnmpAnswer answer) {
-                if (auto refused = Refusal(target, answer, "Set", named, sent)) {
+                if (auto refused = Refusal(target, answer, ZedDirective::kSet, named, sent)) {
                     Finish(ticket, part, {std::move(*refused)});
                     return;
                 }
@@ -465,9 +466,9 @@ struct TSnmpModule::Impl {
         if (kind != Kind::Table) {
             if (kind == Kind::Scalars)
                 target.entity = agentEntity.WithInstance(depth, "0");
-            if (name == "Show")
+            if (name == ZedDirective::kShow)
                 Get(ticket, call, target, request, {}, {});
-            else if (name == "Set")
+            else if (name == ZedDirective::kSet)
                 Write(ticket, call, target, request, {}, std::nullopt);
             else
                 Now(call, ZedAnswer::Common(target.entity, ZED_COMMON_DIRECTIVE_NOT_SUPPORTED,
@@ -477,7 +478,7 @@ struct TSnmpModule::Impl {
 
         const auto& component = entity.GetComponent(depth);
         if (component.kind == TEntitySpec::Instance::Wildcard) {
-            if (name == "Show")
+            if (name == ZedDirective::kShow)
                 Walk(ticket, call, target, request, depth);
             else
                 Now(call, ZedAnswer::Common(agentEntity, ZED_COMMON_INVALID_REQUEST,
@@ -499,16 +500,16 @@ struct TSnmpModule::Impl {
         }
         const std::vector<std::string> parts = index.Decode(*suffix).value_or(std::vector<std::string>{});
         const bool rows = cls.GetSnmp()->rowStatus != 0;
-        if (name == "Show")
+        if (name == ZedDirective::kShow)
             Get(ticket, call, target, request, *suffix, parts);
-        else if (name == "Set")
+        else if (name == ZedDirective::kSet)
             Write(ticket, call, target, request, *suffix, std::nullopt);
-        else if ((name == "Create" || name == "Delete") && rows)
-            Write(ticket, call, target, name == "Create" ? request : TRequest(), *suffix,
-                  name == "Create" ? kCreateAndGo : kDestroy);
-        else if (name == "Create" || name == "Delete")
+        else if ((name == ZedDirective::kCreate || name == ZedDirective::kDelete) && rows)
+            Write(ticket, call, target, name == ZedDirective::kCreate ? request : TRequest(), *suffix,
+                  name == ZedDirective::kCreate ? kCreateAndGo : kDestroy);
+        else if (name == ZedDirective::kCreate || name == ZedDirective::kDelete)
             Now(call, ZedAnswer::Common(agentEntity, ZED_COMMON_DIRECTIVE_NOT_SUPPORTED,
-                                        cls.GetName() + " rows cannot be " + (name == "Create" ? "created" : "deleted")
+                                        cls.GetName() + " rows cannot be " + (name == ZedDirective::kCreate ? "created" : "deleted")
                                             + " over SNMP: the table has no RowStatus column"));
         else
             Now(call, ZedAnswer::Common(agentEntity, ZED_COMMON_DIRECTIVE_NOT_SUPPORTED,
