@@ -15,7 +15,8 @@
 inline constexpr int kToolExitUsage = 2;
 
 // The status to exit with when the only word asks for help or the version.
-inline std::optional<int> AnswerHelpOrVersion(const std::vector<std::string>& words, const char* tool, const char* usage)
+inline std::optional<int> AnswerHelpOrVersion(const std::vector<std::string>& words, const char* tool,
+                                              const char* usage)
 {
     if (words.size() != 1)
         return std::nullopt;

@@ -26,7 +26,6 @@
 #include <QProcess>
 #include <QTabWidget>
 
-
 #include <algorithm>
 #include <cstdio>
 #include <fstream>
@@ -128,7 +127,7 @@ std::size_t Shown(KelBrowserWindow& window)
     return shown;
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv)
 {
@@ -200,7 +199,8 @@ int main(int argc, char** argv)
         const long growth = resident.back() - resident[resident.size() - 2];
         const bool flat = growth <= resident.front() / 10;
         met = met && flat;
-        std::printf("memory from burst %d to %d: %+ld KiB%s\n", bursts - 1, bursts, growth, flat ? "" : "  <- not flat");
+        std::printf("memory from burst %d to %d: %+ld KiB%s\n", bursts - 1, bursts, growth,
+                    flat ? "" : "  <- not flat");
         std::printf("notifications: %s\n", module->GetNotificationCounts().Summary().c_str());
     }
     ZEDGetApplication()->SetDefaultModule(nullptr);

@@ -117,4 +117,4 @@ void BM_Baseline_FlatLines_SetValueGetTValue(benchmark::State& state)
 }
 BENCHMARK(BM_Baseline_FlatLines_SetValueGetTValue)->Unit(benchmark::kMillisecond);
 
-} // namespace
+}  // namespace

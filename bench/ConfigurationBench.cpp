@@ -136,12 +136,13 @@ void LoadWithQSettings(const Files& files)
 void ParseWithInih(const Files& files)
 {
     long fields = 0;
-    ini_parse(files.ini.c_str(),
-              [](void* user, const char*, const char*, const char*) {
-                  ++*static_cast<long*>(user);
-                  return 1;
-              },
-              &fields);
+    ini_parse(
+        files.ini.c_str(),
+        [](void* user, const char*, const char*, const char*) {
+            ++*static_cast<long*>(user);
+            return 1;
+        },
+        &fields);
     if (fields != static_cast<long>(kSections) * kFields)
         throw std::runtime_error("inih did not see every field");
 }
@@ -161,8 +162,8 @@ void ReadAndFindLines(const Files& files)
         filled += static_cast<std::size_t>(n);
     ::close(file);
     std::size_t lines = 0;
-    for (const char* at = text.get(); (at = static_cast<const char*>(std::memchr(at, '\n', filled - (at - text.get()))));
-         ++at)
+    for (const char* at = text.get();
+         (at = static_cast<const char*>(std::memchr(at, '\n', filled - (at - text.get())))); ++at)
         ++lines;
     benchmark::DoNotOptimize(lines);
 }
@@ -173,21 +174,24 @@ void ReadAndFindLines(const Files& files)
 void Pair_ConfigurationLoadVsQSettings(benchmark::State& state)
 {
     const Files& files = TestFiles(true);
-    RunPair(state, [&] { LoadConfiguration(files); }, [&] { LoadWithQSettings(files); });
+    RunPair(
+        state, [&] { LoadConfiguration(files); }, [&] { LoadWithQSettings(files); });
 }
 BENCHMARK(Pair_ConfigurationLoadVsQSettings)->Unit(benchmark::kMillisecond);
 
 void Pair_ConfigurationLoadVsInih(benchmark::State& state)
 {
     const Files& files = TestFiles(true);
-    RunPair(state, [&] { LoadConfiguration(files); }, [&] { ParseWithInih(files); });
+    RunPair(
+        state, [&] { LoadConfiguration(files); }, [&] { ParseWithInih(files); });
 }
 BENCHMARK(Pair_ConfigurationLoadVsInih)->Unit(benchmark::kMillisecond);
 
 void Pair_ConfigurationLoadVsReadFloor(benchmark::State& state)
 {
     const Files& files = TestFiles(true);
-    RunPair(state, [&] { LoadConfiguration(files); }, [&] { ReadAndFindLines(files); });
+    RunPair(
+        state, [&] { LoadConfiguration(files); }, [&] { ReadAndFindLines(files); });
 }
 BENCHMARK(Pair_ConfigurationLoadVsReadFloor)->Unit(benchmark::kMillisecond);
 
@@ -200,7 +204,7 @@ struct Lookup {
         for (int s = 0; s < 1000; ++s)
             for (int k = 0; k < kFields; ++k)
                 context->GetSystemConfigFile()->SetString("Section" + std::to_string(s), "Key" + std::to_string(k),
-                                                         "value", 1);
+                                                          "value", 1);
         context->GetUserConfigFile()->SetString("Section500", "Other", "x", 1);
     }
     KELConfigContext* context;
@@ -227,4 +231,4 @@ void BM_LayeredLookupUserMissSystemHit(benchmark::State& state)
 }
 BENCHMARK(BM_LayeredLookupUserMissSystemHit);
 
-} // namespace
+}  // namespace

@@ -67,8 +67,8 @@ void Pair_Console(benchmark::State& state)
             list.setUniformRowHeights(true);
             list.resize(800, 300);
             for (int i = 0; i < count; ++i)
-                new QTreeWidgetItem(&list, {QString::fromStdString(TAbsTime::Now().ToString()),
-                                            QString::fromStdString(messages[i])});
+                new QTreeWidgetItem(
+                    &list, {QString::fromStdString(TAbsTime::Now().ToString()), QString::fromStdString(messages[i])});
             QApplication::processEvents();
             benchmark::DoNotOptimize(list.topLevelItemCount());
         });
@@ -81,4 +81,4 @@ void Pair_Console(benchmark::State& state)
 BENCHMARK(Pair_Console)->Arg(100000)->Unit(benchmark::kMillisecond);
 BENCHMARK(Pair_Console)->Arg(1000000)->Unit(benchmark::kMillisecond)->Iterations(1);
 
-} // namespace
+}  // namespace

@@ -35,9 +35,8 @@ void BM_FieldContainerLayout(benchmark::State& state)
         fields.PlaceElements();
     }
     state.SetItemsProcessed(state.iterations() * count);
-    state.counters["ns_per_field"] =
-        benchmark::Counter(static_cast<double>(count), benchmark::Counter::kIsIterationInvariantRate |
-                                                           benchmark::Counter::kInvert);
+    state.counters["ns_per_field"] = benchmark::Counter(
+        static_cast<double>(count), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_FieldContainerLayout)->Arg(200)->Arg(2000)->Unit(benchmark::kMicrosecond);
 
@@ -57,10 +56,9 @@ void BM_Baseline_QVBoxLayout(benchmark::State& state)
         layout->activate();
     }
     state.SetItemsProcessed(state.iterations() * count);
-    state.counters["ns_per_field"] =
-        benchmark::Counter(static_cast<double>(count), benchmark::Counter::kIsIterationInvariantRate |
-                                                           benchmark::Counter::kInvert);
+    state.counters["ns_per_field"] = benchmark::Counter(
+        static_cast<double>(count), benchmark::Counter::kIsIterationInvariantRate | benchmark::Counter::kInvert);
 }
 BENCHMARK(BM_Baseline_QVBoxLayout)->Arg(200)->Arg(2000)->Unit(benchmark::kMicrosecond);
 
-} // namespace
+}  // namespace

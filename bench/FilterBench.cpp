@@ -79,8 +79,8 @@ public:
     }
 
     QScrollArea area;
-    QWidget* inside;       // the area's
-    QFormLayout* layout;   // the inside's
+    QWidget* inside;      // the area's
+    QFormLayout* layout;  // the inside's
     std::vector<QString> labels;
     std::vector<QLineEdit*> edits;
 };
@@ -102,7 +102,8 @@ void Pair_FormFilter1000Lines(benchmark::State& state)
         [&] {
             const QString filter = QString::fromLatin1(kKeystrokes[plainKey++ % kKeystrokes.size()]);
             for (int row = 0; row < kLines; ++row)
-                plain.layout->setRowVisible(row, KELFilterBox::Matches(filter, plain.labels[static_cast<std::size_t>(row)]));
+                plain.layout->setRowVisible(row,
+                                            KELFilterBox::Matches(filter, plain.labels[static_cast<std::size_t>(row)]));
             plain.inside->adjustSize();
             QApplication::processEvents();
         });
@@ -150,4 +151,4 @@ void Pair_FormUndo1000Lines(benchmark::State& state)
 }
 BENCHMARK(Pair_FormUndo1000Lines)->Unit(benchmark::kMillisecond);
 
-} // namespace
+}  // namespace

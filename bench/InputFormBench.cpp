@@ -77,4 +77,4 @@ void Pair_InputForm(benchmark::State& state)
 }
 BENCHMARK(Pair_InputForm)->Arg(1000)->Arg(10000)->Unit(benchmark::kMillisecond);
 
-} // namespace
+}  // namespace

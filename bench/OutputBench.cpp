@@ -179,4 +179,4 @@ void BM_Baseline_QStandardItemModel100000RowsAndSort(benchmark::State& state)
 // One pass: with the view attached every appended row costs the view work, about a minute in all.
 BENCHMARK(BM_Baseline_QStandardItemModel100000RowsAndSort)->Unit(benchmark::kMillisecond)->Iterations(1);
 
-} // namespace
+}  // namespace

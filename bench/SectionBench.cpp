@@ -84,4 +84,4 @@ void BM_SectionSave(benchmark::State& state)
 }
 BENCHMARK(BM_SectionSave);
 
-} // namespace
+}  // namespace

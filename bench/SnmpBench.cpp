@@ -20,7 +20,6 @@
 
 #include <benchmark/benchmark.h>
 
-
 #include <chrono>
 #include <cstdio>
 #include <map>
@@ -43,17 +42,16 @@ TSnmpLocalAgent* Agent(std::size_t rows, std::size_t ports)
     static std::map<std::pair<std::size_t, std::size_t>, std::unique_ptr<TSnmpLocalAgent>> agents;
     auto& agent = agents[{rows, ports}];
     if (!agent && !TSnmpLocalAgent::Program().empty())
-        agent = std::make_unique<TSnmpLocalAgent>(TSnmpLocalAgent::Options{
-            ports, {}, {"extend rows /usr/bin/seq 1 " + std::to_string(rows)}});
+        agent = std::make_unique<TSnmpLocalAgent>(
+            TSnmpLocalAgent::Options{ports, {}, {"extend rows /usr/bin/seq 1 " + std::to_string(rows)}});
     return agent.get();
 }
 
 void Install(const TSnmpLocalAgent& agent, double timeout = 5, int retries = 1)
 {
     ZEDGetApplication()->SetDictionary(Dictionary());
-    ZEDGetApplication()->SetDefaultModule(
-        std::make_shared<TSnmpModule>(Dictionary(), agent.MakeAgents(TSnmpAgent::Version::V2c, "agent", timeout, retries),
-                                      false));
+    ZEDGetApplication()->SetDefaultModule(std::make_shared<TSnmpModule>(
+        Dictionary(), agent.MakeAgents(TSnmpAgent::Version::V2c, "agent", timeout, retries), false));
 }
 
 bool Skipped(benchmark::State& state, const TSnmpLocalAgent* agent)
@@ -185,9 +183,12 @@ void BM_StoppedAgentLongestTurn(benchmark::State& state)
         auto turn = [&](auto&& step) {
             const auto at = std::chrono::steady_clock::now();
             step();
-            longest = std::max(longest, std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - at).count());
+            longest = std::max(
+                longest, std::chrono::duration<double, std::milli>(std::chrono::steady_clock::now() - at).count());
         };
-        turn([&] { loop.Submit(TEntitySpec("Agent * Interface *"), 1, {}, [&](std::vector<TCallResult>) { done = true; }); });
+        turn([&] {
+            loop.Submit(TEntitySpec("Agent * Interface *"), 1, {}, [&](std::vector<TCallResult>) { done = true; });
+        });
         while (!done) {
             ZedWait(loop.GetWaitSet(), std::chrono::milliseconds(10));
             turn([&] { loop.ProcessReady(); });
@@ -200,4 +201,4 @@ void BM_StoppedAgentLongestTurn(benchmark::State& state)
 }
 BENCHMARK(BM_StoppedAgentLongestTurn)->Iterations(3)->Unit(benchmark::kMillisecond);
 
-} // namespace
+}  // namespace

@@ -70,4 +70,4 @@ void BM_TraceSite_EnabledIntoCapture(benchmark::State& state)
 }
 BENCHMARK(BM_TraceSite_EnabledIntoCapture);
 
-} // namespace
+}  // namespace

@@ -110,7 +110,8 @@ private:
                 socklen_t length = sizeof from;
                 ssize_t n;
                 while ((n = recvfrom(m_front[i].socket, buffer, sizeof buffer, 0, reinterpret_cast<sockaddr*>(&from),
-                                     &length)) > 0) {
+                                     &length))
+                       > 0) {
                     const auto key = std::make_tuple(i, from.sin_port);
                     auto back = m_back.find(key);
                     if (back == m_back.end()) {
@@ -125,7 +126,8 @@ private:
                 ssize_t n;
                 while ((n = recv(s, buffer, sizeof buffer, 0)) > 0) {
                     const auto& [front, manager] = managerOf[s];
-                    queue.push(Due{now + m_delay, m_front[front].socket, manager, std::vector<char>(buffer, buffer + n)});
+                    queue.push(
+                        Due{now + m_delay, m_front[front].socket, manager, std::vector<char>(buffer, buffer + n)});
                 }
             }
             while (!queue.empty() && queue.top().at <= std::chrono::steady_clock::now()) {

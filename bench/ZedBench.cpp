@@ -105,7 +105,8 @@ BENCHMARK(BM_ReplyLookupIndexed);
 std::shared_ptr<TSimulatedNetwork> LargeNetwork()
 {
     static const auto network = [] {
-        auto net = std::make_shared<TSimulatedNetwork>(TDictionary::Load(KEL_SOURCE_DIR "/data/network/dictionary.json"));
+        auto net =
+            std::make_shared<TSimulatedNetwork>(TDictionary::Load(KEL_SOURCE_DIR "/data/network/dictionary.json"));
         std::string instances = R"({"format": "zed-instances 1", "instances": [
             {"entity": "Network n", "attributes": {"Name": "n"}},
             {"entity": "Network n Router r", "attributes": {"Name": "r"}})";
@@ -148,4 +149,4 @@ void BM_WildcardShow10000Instances(benchmark::State& state)
 }
 BENCHMARK(BM_WildcardShow10000Instances)->Unit(benchmark::kMillisecond);
 
-} // namespace
+}  // namespace

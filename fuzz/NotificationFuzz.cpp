@@ -33,8 +33,8 @@ struct Harness {
         agents.agents.push_back(agent);
         agents.receiverAddress = "udp:127.0.0.1:0";
         agents.mostWaiting = 16;
-        module = std::make_shared<TSnmpModule>(TDictionary::Load(std::string(KEL_SOURCE_DIR) + "/data/snmp/dictionary.json"),
-                                               std::move(agents), true);
+        module = std::make_shared<TSnmpModule>(
+            TDictionary::Load(std::string(KEL_SOURCE_DIR) + "/data/snmp/dictionary.json"), std::move(agents), true);
         const std::string address = module->GetReceiverAddress();  // udp:127.0.0.1:PORT
         receiver.sin_family = AF_INET;
         receiver.sin_port = htons(static_cast<std::uint16_t>(std::stoi(address.substr(address.rfind(':') + 1))));
@@ -59,7 +59,7 @@ struct Harness {
     }
 };
 
-} // namespace
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -27,7 +27,7 @@ bool SameFields(const ISection& a, const ISection& b)
     return true;
 }
 
-} // namespace
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

@@ -18,7 +18,7 @@ namespace {
 constexpr ZedSnmpSyntax kSyntaxes[] = {ZedSnmpSyntax::Integer, ZedSnmpSyntax::DisplayString, ZedSnmpSyntax::IpAddress,
                                        ZedSnmpSyntax::ObjectId};
 
-} // namespace
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
@@ -45,9 +45,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
             std::abort();
 
     // The same text as a value of each syntax: sent, or refused with a reason.
-    for (ZedSnmpSyntax syntax : {ZedSnmpSyntax::Integer, ZedSnmpSyntax::Unsigned, ZedSnmpSyntax::Counter64,
-                                 ZedSnmpSyntax::OctetString, ZedSnmpSyntax::ObjectId, ZedSnmpSyntax::IpAddress,
-                                 ZedSnmpSyntax::Bits}) {
+    for (ZedSnmpSyntax syntax :
+         {ZedSnmpSyntax::Integer, ZedSnmpSyntax::Unsigned, ZedSnmpSyntax::Counter64, ZedSnmpSyntax::OctetString,
+          ZedSnmpSyntax::ObjectId, ZedSnmpSyntax::IpAddress, ZedSnmpSyntax::Bits}) {
         std::string why;
         if (!ZedSnmpFromValue(TLatin1String(name), syntax, &why) && why.empty())
             std::abort();

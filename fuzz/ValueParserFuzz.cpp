@@ -29,10 +29,10 @@ const Setup& Get()
         s.dictionary = TDictionary::Load(KEL_SOURCE_DIR "/data/network/dictionary.json");
         ZEDGetApplication()->SetDictionary(s.dictionary);
         s.types = s.dictionary->GetTypes();
-        for (const char* name : {"Boolean", "Latin1String", "SimpleName", "FullName", "Reserved14", "Integer16",
-                                 "Integer32", "Unsigned16", "Unsigned32", "Counter16", "Counter32", "OctetString",
-                                 "AbsTime", "RelTime", "EntitySpec", "EntityClass", "Float", "Real", "AttributeID",
-                                 "AttributeList", "Attribute"})
+        for (const char* name :
+             {"Boolean",    "Latin1String", "SimpleName", "FullName",  "Reserved14",  "Integer16",     "Integer32",
+              "Unsigned16", "Unsigned32",   "Counter16",  "Counter32", "OctetString", "AbsTime",       "RelTime",
+              "EntitySpec", "EntityClass",  "Float",      "Real",      "AttributeID", "AttributeList", "Attribute"})
             s.types.push_back(s.dictionary->FindType(name));
         s.router = s.dictionary->FindClass(std::vector<unsigned int>{1, 2});
         s.interface = s.dictionary->FindClass(std::vector<unsigned int>{1, 2, 3});
@@ -47,7 +47,7 @@ bool Composite(ZED_T_DATATYPE dt)
            || dt == ZED_DT_ATTRIBUTE || dt == ZED_DT_USERDEFINED;
 }
 
-} // namespace
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {

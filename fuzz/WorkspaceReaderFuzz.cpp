@@ -22,12 +22,12 @@ const std::string& Path()
     return path;
 }
 
-} // namespace
+}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size)
 {
-    std::ofstream(Path(), std::ios::binary | std::ios::trunc).write(reinterpret_cast<const char*>(data),
-                                                                    static_cast<std::streamsize>(size));
+    std::ofstream(Path(), std::ios::binary | std::ios::trunc)
+        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     KELWorkspaceStore::Snapshot snapshot;
     std::string error;
     if (KELWorkspaceStore::Read(Path(), snapshot, error)) {

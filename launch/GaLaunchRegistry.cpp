@@ -63,12 +63,12 @@ std::string Field(const ISection& section, std::string_view key)
     return value ? *value : std::string();
 }
 
-} // namespace
+}  // namespace
 
 bool GaLaunchRegistration::Matches(const GaLaunchQuery& query) const
 {
-    if (classPath && (classPath->size() != query.depth
-                      || !std::equal(classPath->begin(), classPath->end(), query.classPath)))
+    if (classPath
+        && (classPath->size() != query.depth || !std::equal(classPath->begin(), classPath->end(), query.classPath)))
         return false;
     return (!directive || *directive == query.directive) && (!element || *element == query.element);
 }
@@ -153,7 +153,7 @@ void CloseFrom(int first, int keep)
         ::close(fd);
 }
 
-} // namespace
+}  // namespace
 
 int GaLaunchStartDetached(const std::string& command, const std::vector<std::string>& variables)
 {

@@ -113,6 +113,6 @@ int Start(const GaLaunchQuery* query, unsigned int index, const char* entityText
 
 constexpr GaLAUNCHAPI kInterface = {GALAUNCH_API_VERSION, &Count, &Name, &Start};
 
-} // namespace
+}  // namespace
 
 extern "C" GALAUNCH_EXPORT const GaLAUNCHAPI* GaLAUNCHGetAPIInterface(void) { return &kInterface; }

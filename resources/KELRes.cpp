@@ -115,8 +115,8 @@ constexpr KELResSubMenu Sub(const char* title, const KELResMenuItem (&items)[N])
 }
 
 constexpr KELResSubMenu kFieldMenu[] = {
-    Sub("Field", kSingleField),       Sub("Set", kSetOf),
-    Sub("Launch", kThirdGroup),       Sub("Common", kCommon),
+    Sub("Field", kSingleField),          Sub("Set", kSetOf),
+    Sub("Launch", kThirdGroup),          Sub("Common", kCommon),
     Sub("Local default", kLocalDefault), Sub("Server default", kServerDefault),
 };
 
@@ -155,7 +155,7 @@ static char* add[] = {
 "       ..       ", "       ..       ", "                ", "                "};
 )";
 
-} // namespace
+}  // namespace
 
 extern "C" {
 
@@ -189,4 +189,4 @@ KELRES_EXPORT const char* KELResImage(unsigned int id)
 
 KELRES_EXPORT const char* KELResDescription(void) { return "KEL resources, English"; }
 
-} // extern "C"
+}  // extern "C"

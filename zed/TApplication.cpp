@@ -35,8 +35,7 @@ struct TApplication::Modules {
 };
 
 TApplication::TApplication()
-    : m_pTraceProvider(std::make_unique<TTraceProvider>()),
-      m_pModules(std::make_unique<Modules>()),
+    : m_pTraceProvider(std::make_unique<TTraceProvider>()), m_pModules(std::make_unique<Modules>()),
       m_pCallLoop(std::make_unique<TCallLoop>())
 {
 }

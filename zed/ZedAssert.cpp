@@ -12,7 +12,7 @@ namespace {
 
 std::atomic<ZEDAssertHandler> g_handler{nullptr};
 
-} // namespace
+}  // namespace
 
 ZEDAssertHandler ZEDSetAssertHandler(ZEDAssertHandler handler) { return g_handler.exchange(handler); }
 

@@ -25,10 +25,10 @@ ZED_EXPORT ZEDAssertHandler ZEDGetAssertHandler();
 /// Traces and calls the handler; returns when the handler does.
 ZED_EXPORT void ZEDAssertFailed(const char* file, int line, const std::string& message);
 
-#define ZEDAssertM(condition, message)                              \
-    do {                                                            \
-        if (!(condition))                                           \
-            ZEDAssertFailed(__FILE__, __LINE__, (message));         \
+#define ZEDAssertM(condition, message)                                                                                 \
+    do {                                                                                                               \
+        if (!(condition))                                                                                              \
+            ZEDAssertFailed(__FILE__, __LINE__, (message));                                                            \
     } while (0)
 
 /// Nothing can go on without the memory, whatever the handler: traces, calls

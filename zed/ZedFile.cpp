@@ -43,7 +43,7 @@ private:
     int m_fd;
 };
 
-} // namespace
+}  // namespace
 
 bool ZedReadRegularFile(const std::string& path, std::size_t limit, std::string& content, std::string& error)
 {

@@ -79,7 +79,7 @@ bool IsSend(const QKeyEvent& key)
            && (key.modifiers() & ~Qt::KeypadModifier) == Qt::NoModifier;
 }
 
-} // namespace
+}  // namespace
 
 // A document in the middle as the workspace keeps it: its file holds its
 // kind's key (entity, then directive for an input form), so that reopening
@@ -368,7 +368,7 @@ std::vector<std::string> KelBrowserWindow::ListEntities(const TDictionary& dicti
 }
 
 std::vector<std::string> KelBrowserWindow::ListByClass(const TDictionary& dictionary,
-                                                      const std::vector<std::string>& tops)
+                                                       const std::vector<std::string>& tops)
 {
     std::vector<std::string> found;
     if (dictionary.GetRootClassCount() == 0)
@@ -477,7 +477,8 @@ bool KelBrowserWindow::OpenForm(const std::string& entityText, const std::string
     const TDictDirective* directive = cls ? cls->FindDirective(directiveName) : nullptr;
     if (!directive)
         return false;
-    auto document = std::make_unique<MiddleDocument>("input-form", entity->ToString(&m_dictionary), directive->GetName());
+    auto document =
+        std::make_unique<MiddleDocument>("input-form", entity->ToString(&m_dictionary), directive->GetName());
     // The same form once: its tab comes forward with what was typed in it.
     if (const int open = FindDocument(document->GetKind(), document->GetTitle()); open >= 0) {
         m_documents->setCurrentIndex(open);
@@ -529,19 +530,20 @@ bool KelBrowserWindow::Send()
     const std::string message = name + " sent to " + entity + (shown.str().empty() ? "" : ": " + shown.str());
     const unsigned int directive = m_form->GetDirectiveID();
     const TEntitySpec target = m_form->GetEntity();
-    return StartCall(*document, std::move(call), name, [this, document, message, name, directive, target](TAsyncCall& answered) {
-        document->SetLastCall(answered, directive, name);
-        if (document == ShownDocument())
-            ShowOutputs(answered, directive, name);
-        const std::string exception = FirstException(answered);
-        SetMessage(exception.empty() ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
-                   exception.empty() ? message : message + " -- " + exception);
-        // What a Create or Delete changed shows in the tree and the entity pick.
-        if (exception.empty() && (name == ZedDirective::kCreate || name == ZedDirective::kDelete)) {
-            m_tree->EntityChanged(target);
-            FillEntities();
-        }
-    });
+    return StartCall(*document, std::move(call), name,
+                     [this, document, message, name, directive, target](TAsyncCall& answered) {
+                         document->SetLastCall(answered, directive, name);
+                         if (document == ShownDocument())
+                             ShowOutputs(answered, directive, name);
+                         const std::string exception = FirstException(answered);
+                         SetMessage(exception.empty() ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
+                                    exception.empty() ? message : message + " -- " + exception);
+                         // What a Create or Delete changed shows in the tree and the entity pick.
+                         if (exception.empty() && (name == ZedDirective::kCreate || name == ZedDirective::kDelete)) {
+                             m_tree->EntityChanged(target);
+                             FillEntities();
+                         }
+                     });
 }
 
 // An exception is no success: its text, as the dictionary gives it; empty when every reply was a response.
@@ -723,7 +725,8 @@ void KelBrowserWindow::ReadRecentWorkspaces()
     for (int i = 1; i <= KELWorkspaceStore::kMaxRecent; ++i) {
         std::string name;
         if (GetKELapp()->GetConfigString(m_context, KELResources::String(kRecentSection), "Recent " + std::to_string(i),
-                                         name, "", 1) == 1
+                                         name, "", 1)
+                == 1
             && !name.empty())
             recent.push_back(name);
     }
@@ -738,7 +741,8 @@ void KelBrowserWindow::SaveSettings()
     const std::vector<std::string>& recent = m_workspace->GetRecent();
     for (int i = 1; i <= KELWorkspaceStore::kMaxRecent; ++i)
         user->SetString(KELResources::String(kRecentSection), "Recent " + std::to_string(i),
-                        i <= static_cast<int>(recent.size()) ? recent[static_cast<std::size_t>(i - 1)] : std::string(), 1);
+                        i <= static_cast<int>(recent.size()) ? recent[static_cast<std::size_t>(i - 1)] : std::string(),
+                        1);
     user->Save();
 }
 
@@ -748,7 +752,8 @@ void KelBrowserWindow::closeEvent(QCloseEvent* event)
         const KELPrompt::Answer answer = KELPrompt::Question(
             KELResources::String(KELString::kWorkspace),
             "Save the changes to the workspace " + m_workspace->GetWorkspaceName() + " before quitting?", true);
-        if (answer == KELPrompt::Answer::Cancel || (answer == KELPrompt::Answer::Yes && !m_workspace->OnWorkspaceSave())) {
+        if (answer == KELPrompt::Answer::Cancel
+            || (answer == KELPrompt::Answer::Yes && !m_workspace->OnWorkspaceSave())) {
             event->ignore();
             return;
         }
@@ -850,8 +855,7 @@ void KelBrowserWindow::ShowHelp()
         return;
     // Focus may rest on a part of a field (a text box's viewport, a combo's
     // line): the field that holds it is the one to explain.
-    while (focused->accessibleName().isEmpty() && focused->accessibleDescription().isEmpty()
-           && focused->parentWidget())
+    while (focused->accessibleName().isEmpty() && focused->accessibleDescription().isEmpty() && focused->parentWidget())
         focused = focused->parentWidget();
     const QString name = focused->accessibleName();
     const QString help = focused->accessibleDescription();
@@ -877,7 +881,8 @@ bool KelBrowserWindow::OpenDocument(const std::string& kind, const std::string& 
     std::string entity, directive;
     if (!std::getline(in, entity) || !std::getline(in, directive))
         return false;
-    const bool opened = kind == "attributes" ? OpenAttributes(entity) : kind == "input-form" && OpenForm(entity, directive);
+    const bool opened =
+        kind == "attributes" ? OpenAttributes(entity) : kind == "input-form" && OpenForm(entity, directive);
     // The document keeps its file: the next save writes the same one.
     if (MiddleDocument* document = opened ? ShownDocument() : nullptr)
         document->SetPathName(path);
@@ -967,8 +972,9 @@ void KelBrowserWindow::TitleText()
 {
     const int at = m_outputs->indexOf(m_reply);
     if (at >= 0)
-        m_outputs->setTabText(at, m_textDropped ? QStringLiteral("Text (%1 older lines dropped)").arg(QLocale().toString(m_textDropped))
-                                                : QStringLiteral("Text"));
+        m_outputs->setTabText(
+            at, m_textDropped ? QStringLiteral("Text (%1 older lines dropped)").arg(QLocale().toString(m_textDropped))
+                              : QStringLiteral("Text"));
 }
 
 void KelBrowserWindow::ShowOutput(const QString& title)
@@ -1014,7 +1020,8 @@ bool KelBrowserWindow::ReadAttributes(bool showOutputs)
                          if (form)
                              form->ProcessReply(answered.GetReply());
                          if (answered.GetStatus() != ZED_STATUS_RESPONSE)
-                             SetMessage(KEL_SEVERITY_PROBLEM, "The attributes could not be read: " + FirstException(answered));
+                             SetMessage(KEL_SEVERITY_PROBLEM,
+                                        "The attributes could not be read: " + FirstException(answered));
                          if (!showOutputs)
                              return;
                          document->SetLastCall(answered, directive, ZedDirective::kShow);
@@ -1046,18 +1053,19 @@ bool KelBrowserWindow::Apply()
     m_attributes->UndoBoundary();
     const unsigned int directive = set->GetID();
     const std::string entity = m_attributes->GetEntity().ToString(&m_dictionary);
-    return StartCall(*document, std::move(call), ZedDirective::kSet, [this, document, directive, entity](TAsyncCall& answered) {
-        const std::string exception = FirstException(answered);
-        SetMessage(exception.empty() ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
-                   "Set sent to " + entity + (exception.empty() ? "" : " -- " + exception));
-        // The outputs show the Set's reply and its events; the form then shows
-        // what the network now holds.
-        document->SetLastCall(answered, directive, ZedDirective::kSet);
-        if (document != ShownDocument())
-            return;
-        ShowOutputs(answered, directive, ZedDirective::kSet);
-        ReadAttributes(false);
-    });
+    return StartCall(*document, std::move(call), ZedDirective::kSet,
+                     [this, document, directive, entity](TAsyncCall& answered) {
+                         const std::string exception = FirstException(answered);
+                         SetMessage(exception.empty() ? KEL_SEVERITY_DONE : KEL_SEVERITY_PROBLEM,
+                                    "Set sent to " + entity + (exception.empty() ? "" : " -- " + exception));
+                         // The outputs show the Set's reply and its events; the form then shows
+                         // what the network now holds.
+                         document->SetLastCall(answered, directive, ZedDirective::kSet);
+                         if (document != ShownDocument())
+                             return;
+                         ShowOutputs(answered, directive, ZedDirective::kSet);
+                         ReadAttributes(false);
+                     });
 }
 
 void KelBrowserWindow::ShowReply(const std::string& text)

@@ -93,8 +93,8 @@ int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agen
                 if (const QString cell = list->GetModel()->index(row, column).data().toString();
                     cell.size() == 17 && cell.count(QLatin1Char(':')) == 5)
                     withAddress = list->GetModel()->index(row, 0).data().toString().toStdString();
-    out << "\n== Show on " << (withAddress.empty() ? std::string("(no interface with a hardware address)") : withAddress)
-        << "\n";
+    out << "\n== Show on "
+        << (withAddress.empty() ? std::string("(no interface with a hardware address)") : withAddress) << "\n";
     if (!withAddress.empty() && window.OpenForm(withAddress, "Show") && window.GetForm()) {
         window.GetForm()->GetContainer()->ForEachElement([](IPresentationElement& element) {
             auto* line = dynamic_cast<IFormLine*>(&element);
@@ -122,16 +122,17 @@ int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agen
     environment.insert(QStringLiteral("MIBS"), QString());
     for (const QStringList& trap :
          {QStringList{"-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.1"},
-          QStringList{"-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.3", "1.3.6.1.2.1.2.2.1.1.1", "i",
-                      "1", "1.3.6.1.2.1.2.2.1.7.1", "i", "1", "1.3.6.1.2.1.2.2.1.8.1", "i", "2"},
+          QStringList{"-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.3", "1.3.6.1.2.1.2.2.1.1.1", "i", "1",
+                      "1.3.6.1.2.1.2.2.1.7.1", "i", "1", "1.3.6.1.2.1.2.2.1.8.1", "i", "2"},
           QStringList{"-v", "2c", "-c", "forged", target, "", "1.3.6.1.6.3.1.1.5.3", "1.3.6.1.2.1.2.2.1.1.1", "i",
                       "1"}}) {
         QProcess sender;
         sender.setProcessEnvironment(environment);
         sender.start(QStringLiteral("/usr/bin/snmptrap"), trap);
         const bool sent = sender.waitForFinished(10000) && sender.exitCode() == 0;
-        out << "  snmptrap -c " << trap[3].toStdString() << " " << trap.mid(trap.indexOf(QString()) + 1).join(' ').toStdString() << ": "
-            << (sent ? "sent" : "failed") << "\n";
+        out << "  snmptrap -c " << trap[3].toStdString() << " "
+            << trap.mid(trap.indexOf(QString()) + 1).join(' ').toStdString() << ": " << (sent ? "sent" : "failed")
+            << "\n";
         faults += sent ? 0 : 1;
     }
     QElapsedTimer waited;
@@ -154,7 +155,7 @@ int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agen
     return faults;
 }
 
-} // namespace
+}  // namespace
 
 int RunSnmpTour(const std::string& folder)
 {
@@ -196,7 +197,8 @@ int RunSnmpTour(const std::string& folder)
         ++faults;
     }
     KELPrompt::Install(std::move(previous));
-    transcript << (faults ? std::to_string(faults) + " SNMP step(s) went wrong\n" : "every SNMP step went as expected\n");
+    transcript << (faults ? std::to_string(faults) + " SNMP step(s) went wrong\n"
+                          : "every SNMP step went as expected\n");
     std::cout << "kelbrowser: SNMP tour on a private snmpd in " << folder << "/ ("
               << (faults ? std::to_string(faults) + " fault(s)" : "all as expected") << ")\n";
     return faults ? 1 : 0;

@@ -92,7 +92,8 @@ TValuePtr ParseFor(IInputForm& form, const TDictType& type, int id, const std::s
 bool FillAttributes(IInputForm& form, IFieldAttrList& list, const std::string& json, std::ostream& out)
 {
     std::string error;
-    const TValuePtr value = ParseFor(form, *ZEDGetApplication()->GetDictionary()->FindType("AttributeList"), 0, json, error);
+    const TValuePtr value =
+        ParseFor(form, *ZEDGetApplication()->GetDictionary()->FindType("AttributeList"), 0, json, error);
     if (!value) {
         out << "  " << error << "\n";
         return false;
@@ -287,7 +288,8 @@ int TourConsoleAndWorkspace(KelBrowserWindow& window, const std::string& folder,
     faults += Save(window, folder, "09-console-full.png", out) ? 0 : 1;
 
     IWorkspaceManager& workspace = *window.GetWorkspaceManager();
-    const std::string file = QDir(QString::fromStdString(folder)).absoluteFilePath(QStringLiteral("tour.kws")).toStdString();
+    const std::string file =
+        QDir(QString::fromStdString(folder)).absoluteFilePath(QStringLiteral("tour.kws")).toStdString();
     QFile::remove(QString::fromStdString(file));
     // Sizes, not positions: a headless screen moves a window by its frame margins.
     const QSize placed = window.size();
@@ -299,8 +301,8 @@ int TourConsoleAndWorkspace(KelBrowserWindow& window, const std::string& folder,
     window.resize(640, 480);
     const bool reopened = workspace.OpenWorkspace(file);
     QApplication::processEvents();
-    const bool same = window.GetAttributes() != nullptr && window.size() == placed
-                      && window.GetConsole()->height() == consoleHeight;
+    const bool same =
+        window.GetAttributes() != nullptr && window.size() == placed && window.GetConsole()->height() == consoleHeight;
     out << "  closed: " << (closed ? "yes" : "no") << ", reopened: " << (reopened ? "yes" : "no")
         << ", same windows in the same places: " << (same ? "yes" : "no") << "\n";
     if (!written || !closed || !reopened || !same)
@@ -375,8 +377,8 @@ int TourFilter(KelBrowserWindow& window, const std::string& folder, std::ostream
     if (auto* test = dynamic_cast<IPresentationForm*>(window.GetDocuments()->currentWidget())) {
         IField* timeout = nullptr;
         test->GetControlContainer()->ForEachElement([&](IPresentationElement& element) {
-            if (auto* line = dynamic_cast<IFormLine*>(&element); line && line->GetLabel()
-                                                                 && line->GetLabel()->GetPresentationName() == "Timeout")
+            if (auto* line = dynamic_cast<IFormLine*>(&element);
+                line && line->GetLabel() && line->GetLabel()->GetPresentationName() == "Timeout")
                 timeout = line->GetField();
         });
         if (timeout) {
@@ -399,7 +401,7 @@ int TourFilter(KelBrowserWindow& window, const std::string& folder, std::ostream
     return faults;
 }
 
-} // namespace
+}  // namespace
 
 int RunTour(KelBrowserWindow& window, const std::string& folder)
 {
@@ -426,7 +428,11 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
           {"States", R"(["Unlocked", "ShuttingDown"])"},
           {"Setting", R"({"attribute": "AdminState", "value": "Locked"})"},
           {"Settings", R"({"Mtu": 9000, "Duplex": "Full"})"}}},
-        {"03-echo-required-missing.png", "Network core Router r1 Interface eth1", "Echo", {{"Confirm", ""}, {"Ratio", "3"}}, false},
+        {"03-echo-required-missing.png",
+         "Network core Router r1 Interface eth1",
+         "Echo",
+         {{"Confirm", ""}, {"Ratio", "3"}},
+         false},
         {"04-show-router.png", "Network core Router r1", "Show", {{"Partition", "Status"}}, true},
         {"05-show-every-router.png", "Network core Router *", "Show", {{"Partition", "Status"}}, true},
         {"06-test-exception.png", "Network core Router r1 Interface eth0", "Test", {{"Count", "2000"}}, true},
@@ -454,7 +460,8 @@ int RunTour(KelBrowserWindow& window, const std::string& folder)
             }
         QApplication::processEvents();
         const bool sent = window.Send() && window.WaitForCalls();
-        transcript << "  request: " << (window.GetRequestText().empty() ? "(nothing)" : window.GetRequestText()) << "\n";
+        transcript << "  request: " << (window.GetRequestText().empty() ? "(nothing)" : window.GetRequestText())
+                   << "\n";
         transcript << (sent ? window.GetReplyText() : "  not sent\n");
         if (sent != step.sent) {
             transcript << "  expected the request " << (step.sent ? "to go" : "to be refused") << "\n";

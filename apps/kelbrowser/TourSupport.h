@@ -41,4 +41,3 @@ inline bool Save(QWidget& window, const std::string& folder, const char* picture
     out << "  picture: " << picture << (saved ? "" : " could not be written") << "\n";
     return saved;
 }
-

@@ -55,11 +55,10 @@
 
 namespace {
 
-const char* kUsage =
-    "usage: kelbrowser [--dictionary FILE] [--instances FILE] [--tour [DIR]]\n"
-    "       kelbrowser [--dictionary FILE] --agents FILE\n"
-    "       kelbrowser [--dictionary FILE] [--instances FILE] --startup-time\n"
-    "       kelbrowser --help | --version\n";
+const char* kUsage = "usage: kelbrowser [--dictionary FILE] [--instances FILE] [--tour [DIR]]\n"
+                     "       kelbrowser [--dictionary FILE] --agents FILE\n"
+                     "       kelbrowser [--dictionary FILE] [--instances FILE] --startup-time\n"
+                     "       kelbrowser --help | --version\n";
 
 std::string Option(const std::string& given, const char* variable, const char* file)
 {
@@ -132,7 +131,7 @@ bool HasDisplay()
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv)
 {
@@ -153,7 +152,8 @@ int main(int argc, char** argv)
     if (!words.empty() && words[0] == "--tour") {
         wantTour = true;
         tour = words.size() > 1 ? words[1] : "kelbrowser-tour";
-        words.erase(words.begin(), words.begin() + std::min<std::ptrdiff_t>(2, static_cast<std::ptrdiff_t>(words.size())));
+        words.erase(words.begin(),
+                    words.begin() + std::min<std::ptrdiff_t>(2, static_cast<std::ptrdiff_t>(words.size())));
     }
     if (!words.empty() || (!agents.empty() && (wantTour || !instances.empty()))
         || (startupTime && (wantTour || !agents.empty())))

@@ -37,10 +37,9 @@ namespace {
 
 constexpr int kExitUsage = kToolExitUsage;
 
-const char* kUsage =
-    "usage: kelconf check FILE\n"
-    "       kelconf get [--workspace FILE] CONTEXT SECTION KEY\n"
-    "       kelconf --help | --version\n";
+const char* kUsage = "usage: kelconf check FILE\n"
+                     "       kelconf get [--workspace FILE] CONTEXT SECTION KEY\n"
+                     "       kelconf --help | --version\n";
 
 // The context's messages, one a line: the ones it joins are parted again.
 void PrintMessages(const std::string& messages)
@@ -132,7 +131,7 @@ int Get(std::vector<std::string> words)
     return allRead ? 0 : kExitUsage;
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv)
 {

@@ -36,7 +36,7 @@ bool Report(const std::string& file, const std::vector<std::string>& faults)
     return faults.empty();
 }
 
-} // namespace
+}  // namespace
 
 int ZedshValidate(const std::vector<std::string>& files, const std::string& defaultDictionary)
 {

@@ -50,24 +50,23 @@ constexpr int kExitException = 1;
 constexpr int kExitUsage = kToolExitUsage;
 constexpr int kExitLoad = 3;
 
-const char* kUsage =
-    "usage: zedsh [--dictionary FILE] [--instances FILE | --agents FILE] COMMAND\n"
-    "commands:\n"
-    "  classes                              the class tree\n"
-    "  attributes CLASS                     attributes of a class, e.g. \"Network Router\"\n"
-    "  directives CLASS                     directives of a class with their arguments\n"
-    "  types                                the dictionary's types\n"
-    "  call ENTITY DIRECTIVE [ARG=VALUE...] carry a directive out, e.g.\n"
-    "      zedsh call \"Network core Router *\" Show Partition=Status\n"
-    "      zedsh call \"Network core Router r1 Interface eth0\" Test Count=3\n"
-    "      zedsh call \"Network core Router r1\" Set Priority=7 'Location={\"Site\": \"Hall C\"}'\n"
-    "      zedsh --agents agents.conf call \"Agent core-r1\" Set Location=\"Hall C\"\n"
-    "    Directives that take attributes (Set, Create) are given ATTRIBUTE=VALUE.\n"
-    "    ARG=@default sends the argument marked \"use the server's default\".\n"
-    "  validate FILE...                     check dictionary and instance files, printing every\n"
-    "                                       fault as FILE: JSON path: reason; instance files are\n"
-    "                                       checked against a dictionary among the FILEs, else\n"
-    "                                       the --dictionary one\n";
+const char* kUsage = "usage: zedsh [--dictionary FILE] [--instances FILE | --agents FILE] COMMAND\n"
+                     "commands:\n"
+                     "  classes                              the class tree\n"
+                     "  attributes CLASS                     attributes of a class, e.g. \"Network Router\"\n"
+                     "  directives CLASS                     directives of a class with their arguments\n"
+                     "  types                                the dictionary's types\n"
+                     "  call ENTITY DIRECTIVE [ARG=VALUE...] carry a directive out, e.g.\n"
+                     "      zedsh call \"Network core Router *\" Show Partition=Status\n"
+                     "      zedsh call \"Network core Router r1 Interface eth0\" Test Count=3\n"
+                     "      zedsh call \"Network core Router r1\" Set Priority=7 'Location={\"Site\": \"Hall C\"}'\n"
+                     "      zedsh --agents agents.conf call \"Agent core-r1\" Set Location=\"Hall C\"\n"
+                     "    Directives that take attributes (Set, Create) are given ATTRIBUTE=VALUE.\n"
+                     "    ARG=@default sends the argument marked \"use the server's default\".\n"
+                     "  validate FILE...                     check dictionary and instance files, printing every\n"
+                     "                                       fault as FILE: JSON path: reason; instance files are\n"
+                     "                                       checked against a dictionary among the FILEs, else\n"
+                     "                                       the --dictionary one\n";
 
 std::string Path(const std::string& option, const char* variable, const char* shipped)
 {
@@ -146,8 +145,9 @@ int Call(const TDictionary& dictionary, const std::vector<std::string>& words)
     const TDictClass* cls = dictionary.FindClass(entity->GetEntityClass());
     const TDictDirective* directive = cls ? cls->FindDirective(words[1]) : nullptr;
     if (!directive) {
-        std::cerr << "zedsh: " << (cls ? cls->GetName() + " has no directive " + Shown(words[1])
-                                       : "no class of the dictionary for " + Shown(words[0]))
+        std::cerr << "zedsh: "
+                  << (cls ? cls->GetName() + " has no directive " + Shown(words[1])
+                          : "no class of the dictionary for " + Shown(words[0]))
                   << "\n";
         return kExitUsage;
     }
@@ -163,7 +163,8 @@ int Call(const TDictionary& dictionary, const std::vector<std::string>& words)
                                  : directive->FindRequestArgument(name);
         if (!element) {
             std::cerr << "zedsh: " << Shown(words[i]) << " is not " << (attributes ? "ATTRIBUTE" : "ARGUMENT")
-                      << "=VALUE for " << (attributes ? "an attribute of " + cls->GetName() : "an argument of " + directive->GetName())
+                      << "=VALUE for "
+                      << (attributes ? "an attribute of " + cls->GetName() : "an argument of " + directive->GetName())
                       << "\n";
             return kExitUsage;
         }
@@ -193,7 +194,7 @@ int Call(const TDictionary& dictionary, const std::vector<std::string>& words)
     return exception ? kExitException : 0;
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv)
 {
@@ -201,10 +202,9 @@ int main(int argc, char** argv)
     if (const std::optional<int> answered = AnswerHelpOrVersion(words, "zedsh", kUsage))
         return *answered;
     std::string dictionaryOption, instancesOption, agentsOption;
-    if (!TakeValueOptions(words,
-                          {{"--dictionary", &dictionaryOption}, {"--instances", &instancesOption},
-                           {"--agents", &agentsOption}},
-                          true)
+    if (!TakeValueOptions(
+            words,
+            {{"--dictionary", &dictionaryOption}, {"--instances", &instancesOption}, {"--agents", &agentsOption}}, true)
         || words.empty() || (!agentsOption.empty() && !instancesOption.empty()))
         return UsageError(kUsage);
     if (words[0] == "help") {

@@ -65,7 +65,7 @@ int GetTyped(const IConfiguration& configuration, std::string_view section, std:
     return status;
 }
 
-} // namespace
+}  // namespace
 
 IConfiguration::IConfiguration(std::string fileName) : m_fileName(std::move(fileName)) {}
 
@@ -348,7 +348,9 @@ int IConfiguration::AddInSection(KELSectionMap& sections, std::string_view secti
     ISection* found = sections.Find(section);
     const bool added = found && found->AddField(key, "");
     KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "IConfiguration::AddInSection " << key << " in " << section
-                                             << (added ? " successful" : found ? " Field Already exists" : " Section not found");
+                                             << (added   ? " successful"
+                                                 : found ? " Field Already exists"
+                                                         : " Section not found");
     return added ? 1 : 0;
 }
 
@@ -357,7 +359,9 @@ int IConfiguration::RemoveFromSection(KELSectionMap& sections, std::string_view 
     ISection* found = sections.Find(section);
     const bool removed = found && found->RemoveField(key);
     KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "IConfiguration::RemoveFromSection " << key << " in " << section
-                                             << (removed ? " successful" : found ? " Field Already exists" : " Section not found");
+                                             << (removed ? " successful"
+                                                 : found ? " Field Already exists"
+                                                         : " Section not found");
     return removed ? 1 : 0;
 }
 

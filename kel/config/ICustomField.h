@@ -86,6 +86,6 @@ private:
     const std::string& CopyOfText() const;
 
     std::string m_fieldName;
-    std::string_view m_text;                         // the value, until it is first asked for
-    mutable std::atomic<std::string*> m_value{nullptr}; // owned; null while the value is a view
+    std::string_view m_text;                             // the value, until it is first asked for
+    mutable std::atomic<std::string*> m_value{nullptr};  // owned; null while the value is a view
 };

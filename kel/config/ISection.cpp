@@ -52,7 +52,7 @@ bool ReadSignificantLine(KELTextReader& file, std::string_view& line)
     return true;
 }
 
-} // namespace
+}  // namespace
 
 // Fields in the order first read or added, found by name through the index.
 struct ISection::Impl {
@@ -225,8 +225,8 @@ void ISection::SetString(std::string_view name, std::string_view value)
 {
     KEL_TRACE(KEL_TRACE_INFO, kSource, this) << "KEL : Set" << name << " with value : " << value;
     if (KELHoldsLineEnd(name) || KELHoldsLineEnd(value)) {
-        KEL_TRACE(KEL_TRACE_PBLM, kSource, this) << "KEL : ISection::SetString, " << name
-                                                 << " refused : a line end cannot be stored";
+        KEL_TRACE(KEL_TRACE_PBLM, kSource, this)
+            << "KEL : ISection::SetString, " << name << " refused : a line end cannot be stored";
         return;
     }
     const std::size_t at = m_pImpl->Find(name);

@@ -8,12 +8,11 @@
 #include "kel/frame/KELUtilities.h"
 #include "kel/frame/KELWorkspaceQuery.h"
 
-
 namespace {
 
 constexpr int kNoContext = 2;
 
-} // namespace
+}  // namespace
 
 KELConfigContext::KELConfigContext(const char* code)
     : m_code(code ? code : ""), m_pSystemFile(std::make_unique<IConfiguration>("")),
@@ -28,7 +27,8 @@ KELConfigContext::~KELConfigContext() = default;
 void KELConfigContext::FindSystemConfFile()
 {
     IApplication* app = GetKELapp();
-    m_pSystemFile->SetFilename((app ? app->GetSystemPath() : std::string()) + m_code + KELResources::String(KELString::kSystemFileExtension));
+    m_pSystemFile->SetFilename((app ? app->GetSystemPath() : std::string()) + m_code
+                               + KELResources::String(KELString::kSystemFileExtension));
 }
 
 void KELConfigContext::FindUserConfFile()
@@ -95,12 +95,12 @@ int KELConfigContext::SaveWorkspace(const char* workspaceFile)
     return m_pUserFile ? m_pUserFile->SaveWorkspace(name) : 0;
 }
 
-#define KEL_CONTEXT_GETTER(Name, Type, FallbackType)                                                             \
-    int KELConfigContext::GetConfig##Name(std::string_view section, std::string_view key, Type& value,           \
-                                          FallbackType fallback, int flag) const                                 \
-    {                                                                                                            \
-        IApplication* app = GetKELapp();                                                                         \
-        return app ? app->GetConfig##Name(m_code.c_str(), section, key, value, fallback, flag) : kNoContext;     \
+#define KEL_CONTEXT_GETTER(Name, Type, FallbackType)                                                                   \
+    int KELConfigContext::GetConfig##Name(std::string_view section, std::string_view key, Type& value,                 \
+                                          FallbackType fallback, int flag) const                                       \
+    {                                                                                                                  \
+        IApplication* app = GetKELapp();                                                                               \
+        return app ? app->GetConfig##Name(m_code.c_str(), section, key, value, fallback, flag) : kNoContext;           \
     }
 KEL_CONTEXT_GETTER(Bool, bool, bool)
 KEL_CONTEXT_GETTER(Int, int, int)

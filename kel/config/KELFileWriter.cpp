@@ -88,7 +88,7 @@ pid_t WriterOf(std::string_view name, std::string_view base)
     return static_cast<pid_t>(std::stol(std::string(middle.substr(0, dot))));
 }
 
-} // namespace
+}  // namespace
 
 KELFileWriter::KELFileWriter(std::string path, Links links) : m_path(std::move(path)), m_links(links) {}
 

@@ -8,7 +8,7 @@ constexpr std::size_t kScanLimit = 32;
 // Room for a typical section's names at once, instead of regrowing.
 constexpr std::size_t kInitialRoom = 16;
 
-} // namespace
+}  // namespace
 
 void KELNameIndex::Place(std::size_t position)
 {

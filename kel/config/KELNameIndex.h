@@ -60,6 +60,6 @@ private:
     void Place(std::size_t position);
     void Rebuild(std::size_t room);
 
-    std::vector<std::uint32_t> m_hashes; // one per position
-    std::vector<std::uint32_t> m_slots;  // position + 1; 0 is a free slot
+    std::vector<std::uint32_t> m_hashes;  // one per position
+    std::vector<std::uint32_t> m_slots;   // position + 1; 0 is a free slot
 };

@@ -17,7 +17,7 @@ auto NamesOf(const std::vector<std::unique_ptr<ISection>>& sections)
     return [&sections](std::size_t i) -> std::string_view { return sections[i]->GetSectionName(); };
 }
 
-} // namespace
+}  // namespace
 
 KELSectionMap::KELSectionMap() : m_pIndex(std::make_unique<Index>()) {}
 

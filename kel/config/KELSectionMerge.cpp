@@ -38,7 +38,7 @@ ISection& SectionIn(KELSectionMap& sections, const std::string& name)
     return sections.Put(std::make_unique<ISection>(name));
 }
 
-} // namespace
+}  // namespace
 
 void KELMergeSections(const KELSectionMap& loaded, const KELSectionMap& current, KELSectionMap& onDisk)
 {

@@ -68,7 +68,7 @@ public:
     bool OnlyBlankOrCommentsFrom(std::size_t position) const;
 
 private:
-    std::shared_ptr<const std::string> m_storage; // owned content, when the reader owns it
-    std::string_view m_text; // what is read: m_storage or the caller's text
+    std::shared_ptr<const std::string> m_storage;  // owned content, when the reader owns it
+    std::string_view m_text;                       // what is read: m_storage or the caller's text
     std::size_t m_pos = 0;
 };

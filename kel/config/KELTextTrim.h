@@ -32,7 +32,4 @@ inline std::string_view KELTrimRight(std::string_view s)
 inline std::string_view KELTrim(std::string_view s) { return KELTrimRight(KELTrimLeft(s)); }
 
 // Lines the readers pass over wherever they look for a begin, field or end line.
-inline bool KELIsSkippedLine(std::string_view leftTrimmed)
-{
-    return leftTrimmed.empty() || leftTrimmed.front() == '#';
-}
+inline bool KELIsSkippedLine(std::string_view leftTrimmed) { return leftTrimmed.empty() || leftTrimmed.front() == '#'; }

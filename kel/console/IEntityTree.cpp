@@ -25,7 +25,7 @@ const TDictClass* ClassOf(const TDictionary& dictionary, const TEntitySpec& enti
     return dictionary.FindClass(entity.GetEntityClass());
 }
 
-} // namespace
+}  // namespace
 
 IEntityTree::IEntityTree(const TDictionary& dictionary, QWidget* parent) : QTreeWidget(parent), m_dictionary(dictionary)
 {
@@ -123,8 +123,9 @@ void IEntityTree::Filled(QTreeWidgetItem* classItem, const TDictClass& cls, TAsy
         return;
     // The operator hears why, and opening the class again asks again.
     if (GetKELapp())
-        GetKELapp()->InsertMessageConsole(KEL_SEVERITY_PROBLEM,
-                                          KELResources::Format(KELString::kNotListed, {call.GetEntity().ToString(&m_dictionary), fault}));
+        GetKELapp()->InsertMessageConsole(
+            KEL_SEVERITY_PROBLEM,
+            KELResources::Format(KELString::kNotListed, {call.GetEntity().ToString(&m_dictionary), fault}));
     if (!listed) {
         classItem->addChild(new QTreeWidgetItem(PendingItem));
         classItem->setExpanded(false);
@@ -215,8 +216,9 @@ void IEntityTree::contextMenuEvent(QContextMenuEvent* event)
     std::unique_ptr<QMenu> menu = BuildMenu();
     if (!menu)
         return;
-    const QPoint at = event->reason() == QContextMenuEvent::Mouse ? event->globalPos()
-                                                                    : viewport()->mapToGlobal(visualItemRect(currentItem()).center());
+    const QPoint at = event->reason() == QContextMenuEvent::Mouse
+                          ? event->globalPos()
+                          : viewport()->mapToGlobal(visualItemRect(currentItem()).center());
     menu->exec(at);
 }
 

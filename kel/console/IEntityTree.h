@@ -28,7 +28,7 @@ class KEL_EXPORT IEntityTree : public QTreeWidget {
 public:
     /// What an item stands for.
     enum ItemKind { ClassItem = QTreeWidgetItem::UserType + 1, InstanceItem, PendingItem };
-    static constexpr int kEntityRole = Qt::UserRole;  // an instance's entity text
+    static constexpr int kEntityRole = Qt::UserRole;     // an instance's entity text
     static constexpr int kClassRole = Qt::UserRole + 1;  // a class's code
 
     explicit IEntityTree(const TDictionary& dictionary, QWidget* parent = nullptr);

@@ -62,7 +62,7 @@ protected:
     }
 };
 
-} // namespace
+}  // namespace
 
 // Most messages are far narrower than their column, and shaping a text to
 // measure it costs more than all the rest of adding it. The sum of the

@@ -60,7 +60,11 @@ std::string FileBaseOf(const std::string& title)
     std::string base;
     for (std::size_t i = 0; i < title.size();) {
         const auto lead = static_cast<unsigned char>(title[i]);
-        const std::size_t length = lead < 0x80 ? 1 : (lead >> 5) == 0x6 ? 2 : (lead >> 4) == 0xe ? 3 : (lead >> 3) == 0x1e ? 4 : 0;
+        const std::size_t length = lead < 0x80           ? 1
+                                   : (lead >> 5) == 0x6  ? 2
+                                   : (lead >> 4) == 0xe  ? 3
+                                   : (lead >> 3) == 0x1e ? 4
+                                                         : 0;
         bool valid = length > 0 && i + length <= title.size();
         for (std::size_t k = 1; valid && k < length; ++k)
             valid = (static_cast<unsigned char>(title[i + k]) & 0xc0) == 0x80;
@@ -85,7 +89,7 @@ std::string Canonical(const std::string& folder)
     return canonical.empty() ? folder : canonical.string();
 }
 
-} // namespace
+}  // namespace
 
 IWorkspaceManager::IWorkspaceManager(QMainWindow* frame) : KELWorkspaceStore(frame) {}
 
@@ -137,8 +141,10 @@ bool IWorkspaceManager::OpenWorkspace(const std::string& name, bool)
     Snapshot snapshot;
     std::string error;
     if (!Read(name, snapshot, error)) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELWorkspace", this) << "IWorkspaceManager::OpenWorkspace " << name << " : " << error;
-        KELPrompt::Message(KELPrompt::Icon::Warning, KELResources::String(KELString::kWorkspace), KELResources::String(KELString::kWorkspaceNotOpened));
+        KEL_TRACE(KEL_TRACE_PBLM, "KELWorkspace", this)
+            << "IWorkspaceManager::OpenWorkspace " << name << " : " << error;
+        KELPrompt::Message(KELPrompt::Icon::Warning, KELResources::String(KELString::kWorkspace),
+                           KELResources::String(KELString::kWorkspaceNotOpened));
         return false;
     }
     ForEachContext([&](KELConfigContext& context) { context.LoadWorkspace(name.c_str()); });
@@ -160,7 +166,8 @@ bool IWorkspaceManager::SaveWorkspace(const std::string& name)
     if (!Write(name, error)) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELWorkspace", this) << "IWorkspaceManager::Save " << name << " : " << error;
         if (app)
-            app->InsertMessageConsole(KEL_SEVERITY_PROBLEM, KELResources::Format(KELString::kWorkspaceNotSaved, {name, error}));
+            app->InsertMessageConsole(KEL_SEVERITY_PROBLEM,
+                                      KELResources::Format(KELString::kWorkspaceNotSaved, {name, error}));
         return false;
     }
     ForEachContext([&](KELConfigContext& context) { context.SaveWorkspace(name.c_str()); });
@@ -192,9 +199,9 @@ void IWorkspaceManager::OnWorkspaceClose()
 
 int IWorkspaceManager::PromptWorkspaceNameFile(std::string& name, bool forSaving)
 {
-    const QString filter = QStringLiteral("%1 (*%2)")
-                               .arg(QString::fromStdString(KELResources::String(KELString::kWorkspaces)),
-                                    QLatin1String(kSuffix));
+    const QString filter =
+        QStringLiteral("%1 (*%2)")
+            .arg(QString::fromStdString(KELResources::String(KELString::kWorkspaces)), QLatin1String(kSuffix));
     const QString chosen = forSaving ? QFileDialog::getSaveFileName(GetFrame(), QString(), QString(), filter)
                                      : QFileDialog::getOpenFileName(GetFrame(), QString(), QString(), filter);
     if (chosen.isEmpty())
@@ -206,7 +213,8 @@ int IWorkspaceManager::PromptWorkspaceNameFile(std::string& name, bool forSaving
 std::string IWorkspaceManager::WithWorkspaceSuffix(const std::string& name)
 {
     const std::string suffix = kSuffix;
-    const bool has = name.size() >= suffix.size() && name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0;
+    const bool has =
+        name.size() >= suffix.size() && name.compare(name.size() - suffix.size(), suffix.size(), suffix) == 0;
     return has ? name : name + suffix;
 }
 
@@ -218,8 +226,10 @@ int IWorkspaceManager::OnSaveDoc(QMainWindow*, KELWorkspaceDocument& document)
     // when it stands there too.
     const std::string folder = Canonical(std::filesystem::path(GetFileBeingWritten()).parent_path().string());
     std::string path = document.GetPathName();
-    const bool kept = !path.empty() && Canonical(std::filesystem::path(path).parent_path().string()) == folder
-                      && std::filesystem::path(path).filename().string().find(KELResources::String(KELString::kDocumentExtension)) != std::string::npos;
+    const bool kept =
+        !path.empty() && Canonical(std::filesystem::path(path).parent_path().string()) == folder
+        && std::filesystem::path(path).filename().string().find(KELResources::String(KELString::kDocumentExtension))
+               != std::string::npos;
     if (!kept) {
         const std::string base = FileBaseOf(title);
         path = folder + "/" + base + KELResources::String(KELString::kDocumentExtension);
@@ -230,8 +240,7 @@ int IWorkspaceManager::OnSaveDoc(QMainWindow*, KELWorkspaceDocument& document)
     // name (a link too) is replaced, never written through.
     KELFileWriter writer(path, KELFileWriter::Links::Replace);
     std::string error;
-    if (!writer.Open(&error) || !document.SaveTo(writer.GetTemporary())
-        || !writer.CommitWritten(&error)) {
+    if (!writer.Open(&error) || !document.SaveTo(writer.GetTemporary()) || !writer.CommitWritten(&error)) {
         DocumentFailed(error.empty() ? "the document wrote nothing to " + writer.GetTemporary() : error);
         return 0;
     }

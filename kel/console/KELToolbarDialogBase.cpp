@@ -20,7 +20,7 @@ std::string Part(const std::string& text, bool tip)
     return tip ? text.substr(feed + 1) : text.substr(0, feed);
 }
 
-} // namespace
+}  // namespace
 
 CDlgToolBar::CDlgToolBar(QWidget* parent) : QToolBar(parent)
 {
@@ -58,12 +58,8 @@ int CDlgToolBar::OnIdleUpdateCmdUI(bool disableIfNoHandler)
 
 KELToolbarDialogBase::KELToolbarDialogBase(unsigned int dialogId, const unsigned int* buttons, int buttonCount,
                                            unsigned int bitmapId, unsigned int toolbarStyle, QWidget* parent)
-    : QDialog(parent),
-      m_dialogId(dialogId),
-      m_pButtons(buttons),
-      m_buttonCount(buttons ? buttonCount : 0),
-      m_bitmapId(bitmapId),
-      m_toolbarStyle(toolbarStyle)
+    : QDialog(parent), m_dialogId(dialogId), m_pButtons(buttons), m_buttonCount(buttons ? buttonCount : 0),
+      m_bitmapId(bitmapId), m_toolbarStyle(toolbarStyle)
 {
     setProperty("controlId", dialogId);
     KELIdlePass::Register(this, [this] { OnKickIdle(); });

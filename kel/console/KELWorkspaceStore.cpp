@@ -18,7 +18,7 @@ namespace {
 // A workspace file is small; anything larger is not one.
 constexpr std::size_t kMaxFileSize = std::size_t(16) << 20;
 
-} // namespace
+}  // namespace
 
 KELWorkspaceStore::KELWorkspaceStore(QMainWindow* frame) : m_pFrame(frame) {}
 
@@ -148,7 +148,8 @@ void KELWorkspaceStore::FillRecentMenu()
     m_pRecentMenu->clear();
     int number = 1;
     for (const std::string& name : m_recent) {
-        QAction* action = m_pRecentMenu->addAction(QStringLiteral("&%1 %2").arg(number++).arg(QString::fromStdString(name)));
+        QAction* action =
+            m_pRecentMenu->addAction(QStringLiteral("&%1 %2").arg(number++).arg(QString::fromStdString(name)));
         connect(action, &QAction::triggered, this, [this, name] { OnWorkspace(name); });
     }
     m_pRecentMenu->setEnabled(!m_recent.empty());

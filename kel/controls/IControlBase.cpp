@@ -162,13 +162,14 @@ void IControlBase::OnSetDefault()
 void IControlBase::OnLaunch(unsigned int index)
 {
     IField* outermost = OutermostField(m_pField);
-    KELFormContext* form = outermost && outermost->GetContainer() ? outermost->GetContainer()->GetFormContext() : nullptr;
+    KELFormContext* form =
+        outermost && outermost->GetContainer() ? outermost->GetContainer()->GetFormContext() : nullptr;
     if (!form)
         return;
     std::string error;
     if (!KELLaunch::Start(form->GetCurrentEntity(), form->GetCurrentDirective(), outermost->GetID(), index, &error)) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELControl", this) << "KEL : IControlBase::OnLaunch, application " << index
-                                                      << " not started : " << error;
+        KEL_TRACE(KEL_TRACE_PBLM, "KELControl", this)
+            << "KEL : IControlBase::OnLaunch, application " << index << " not started : " << error;
     }
 }
 
@@ -178,7 +179,7 @@ bool IControlBase::HandlePopupEvent(QWidget* control, QEvent* event)
     if (event->type() == QEvent::ContextMenu) {
         const auto* menu = static_cast<QContextMenuEvent*>(event);
         at = menu->reason() == QContextMenuEvent::Mouse ? menu->globalPos()
-                                                         : control->mapToGlobal(QPoint(0, control->height()));
+                                                        : control->mapToGlobal(QPoint(0, control->height()));
     } else if (event->type() == QEvent::KeyPress) {
         const auto* key = static_cast<QKeyEvent*>(event);
         const bool menuKey = key->key() == Qt::Key_Menu;

@@ -15,10 +15,10 @@ public:
     static constexpr int kIndentStep = 20;
     static constexpr int kMinWidth = 600;
     static constexpr int kTop = 5;
-    static constexpr int kLabelLeft = 10;     // a label never stands further left
-    static constexpr int kLabelGap = 25;      // between the widest label and the fields
+    static constexpr int kLabelLeft = 10;  // a label never stands further left
+    static constexpr int kLabelGap = 25;   // between the widest label and the fields
     static constexpr int kMinFieldWidth = 150;
-    static constexpr int kOutdentGap = 10;    // above a line less indented than the one before
+    static constexpr int kOutdentGap = 10;  // above a line less indented than the one before
     static constexpr int kLineGap = 2;
 
     explicit IControlContainer(IPresentationForm* form, QWidget* parent = nullptr);

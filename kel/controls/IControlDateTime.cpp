@@ -46,7 +46,7 @@ QIcon CalendarIcon(const QPalette& palette)
     return QIcon(page);
 }
 
-} // namespace
+}  // namespace
 
 IControlDateTime::IControlDateTime(IField* field, QWidget* parent, const QString& format)
     : KELCheckedEdit(field, parent), m_format(format), m_mask(MaskOf(format))
@@ -98,8 +98,8 @@ QDateTime IControlDateTime::Time() const
         return QDateTime();
     const QString shown = displayText();
     const QDate date = QDate::fromString(shown.left(m_timeAt).trimmed(), m_format.left(m_timeAt).trimmed());
-    const QTime time = m_timeAt < m_format.size() ? QTime::fromString(shown.mid(m_timeAt), m_format.mid(m_timeAt))
-                                                  : QTime(0, 0);
+    const QTime time =
+        m_timeAt < m_format.size() ? QTime::fromString(shown.mid(m_timeAt), m_format.mid(m_timeAt)) : QTime(0, 0);
     if (!date.isValid() || !time.isValid())
         return QDateTime();
     return QDateTime(date, time, Qt::UTC);
@@ -158,7 +158,8 @@ void IControlDateTime::focusOutEvent(QFocusEvent* event)
 
 void IControlDateTime::keyPressEvent(QKeyEvent* event)
 {
-    const bool open = (event->key() == Qt::Key_Down && event->modifiers() & Qt::AltModifier) || event->key() == Qt::Key_F4;
+    const bool open =
+        (event->key() == Qt::Key_Down && event->modifiers() & Qt::AltModifier) || event->key() == Qt::Key_F4;
     if (open && !isReadOnly()) {
         OpenCalendar();
         return;
@@ -199,7 +200,8 @@ void IControlDateTime::OpenCalendar()
 void IControlDateTime::Pick(const QDate& date)
 {
     const QDateTime typed = Time();
-    QTime time = typed.isValid() ? typed.time() : QTime::fromString(displayText().mid(m_timeAt), m_format.mid(m_timeAt));
+    QTime time =
+        typed.isValid() ? typed.time() : QTime::fromString(displayText().mid(m_timeAt), m_format.mid(m_timeAt));
     if (!time.isValid())
         time = QTime(0, 0);
     if (m_calendar)

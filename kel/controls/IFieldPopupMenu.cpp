@@ -50,7 +50,7 @@ void AppendLaunchEntries(QMenu& popup, IField& field)
     }
 }
 
-} // namespace
+}  // namespace
 
 IFieldPopupMenu::IFieldPopupMenu(unsigned int mode) : m_mode(mode) {}
 

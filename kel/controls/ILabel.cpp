@@ -22,7 +22,7 @@ QFont BoldFont()
     return app ? *app->GetBoldFont() : QFont();
 }
 
-} // namespace
+}  // namespace
 
 IExtendedStatic::IExtendedStatic(QWidget* parent) : QLabel(parent), m_color(palette().color(QPalette::WindowText)) {}
 

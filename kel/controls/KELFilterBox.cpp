@@ -15,7 +15,8 @@ KELFilterBox::KELFilterBox(QAbstractScrollArea* owner, std::function<void(const 
     setPlaceholderText(QStringLiteral("Filter (Ctrl+F)"));
     setAccessibleName(QStringLiteral("Filter"));
     setClearButtonEnabled(true);
-    connect(this, &QLineEdit::textChanged, this, [changed = std::move(changed)](const QString& text) { changed(text); });
+    connect(this, &QLineEdit::textChanged, this,
+            [changed = std::move(changed)](const QString& text) { changed(text); });
     auto* focus = new QShortcut(QKeySequence::Find, owner);
     focus->setContext(Qt::WidgetWithChildrenShortcut);
     connect(focus, &QShortcut::activated, this, [this] {

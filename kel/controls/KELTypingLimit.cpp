@@ -11,7 +11,7 @@ namespace {
 // What a limit of 0 means to an edit control: no limit of its own.
 constexpr int kNoLimit = 32767;
 
-} // namespace
+}  // namespace
 
 KELTypingLimit::KELTypingLimit(QLineEdit* edit, int limit)
     : QObject(edit), m_pEdit(edit), m_limit(limit <= 0 || limit > kNoLimit ? kNoLimit : limit)

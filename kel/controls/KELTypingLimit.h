@@ -27,5 +27,5 @@ private:
 
     QLineEdit* m_pEdit;  // the parent
     int m_limit;
-    int m_room = 0;      // what a longer text put in by the program needs
+    int m_room = 0;  // what a longer text put in by the program needs
 };

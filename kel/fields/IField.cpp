@@ -21,13 +21,9 @@ KELSetOfOwner::~KELSetOfOwner() = default;
 IField::IField() = default;
 
 IField::IField(IElementInfo& info, IContainer* container)
-    : m_isSetOfElement(info.GetIsSetOfElement()),
-      m_id(static_cast<unsigned int>(info.GetID())),
-      m_completeId(info.GetCompleteID()),
-      m_pContainer(container),
-      m_dt(info.GetDT()),
-      m_defaultAllowed(info.DefaultAllowed()),
-      m_default(info.GetDefault())
+    : m_isSetOfElement(info.GetIsSetOfElement()), m_id(static_cast<unsigned int>(info.GetID())),
+      m_completeId(info.GetCompleteID()), m_pContainer(container), m_dt(info.GetDT()),
+      m_defaultAllowed(info.DefaultAllowed()), m_default(info.GetDefault())
 {
     if (!container) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "KEL : IField::IField, pParentWnd must be valid !";
@@ -88,18 +84,19 @@ KELSetOfOwner* SetOfParent(IField& field, const char* operation)
 {
     auto* container = dynamic_cast<IFieldContainer*>(field.GetContainer());
     if (!container) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELField", &field) << "KEL : IField::" << operation
-                                                      << ", container field parent is NULL";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELField", &field)
+            << "KEL : IField::" << operation << ", container field parent is NULL";
         return nullptr;
     }
     auto* owner = dynamic_cast<KELSetOfOwner*>(container->GetFieldParent());
     if (!owner) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELField", &field) << "KEL : IField::" << operation << ", SetOf field parent is NULL";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELField", &field)
+            << "KEL : IField::" << operation << ", SetOf field parent is NULL";
     }
     return owner;
 }
 
-} // namespace
+}  // namespace
 
 void IField::AddNewInSet()
 {
@@ -304,8 +301,8 @@ void IField::SaveConfigText(const std::string& key, const std::string& text, con
     KELConfigContext* context = ConfigurationContext();
     IConfiguration* file = context ? context->GetUserConfigFile() : nullptr;
     if (!file) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "KEL : " << kind
-                                                    << "::SaveContents : user config file pointer is NULL  ";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this)
+            << "KEL : " << kind << "::SaveContents : user config file pointer is NULL  ";
         return;
     }
     file->SetString(key, m_completeId, text, 1);

@@ -35,7 +35,7 @@ TAttributeID IdentifierOf(const std::string& text, const TEntitySpec& entity)
     return error == std::errc() && end == text.data() + text.size() ? TAttributeID(code) : TAttributeID();
 }
 
-} // namespace
+}  // namespace
 
 // ---- one attribute ------------------------------------------------------------
 
@@ -158,8 +158,8 @@ void IFieldAttribute::SetValue(const TValue& value)
     }
     if (value.GetDatatype() != ZED_DT_ATTRIBUTE) {
         KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this)
-            << "KEL Exception catched : IFieldAttribute::SetValue failed : a value of data type "
-            << value.GetDatatype() << " is not an attribute";
+            << "KEL Exception catched : IFieldAttribute::SetValue failed : a value of data type " << value.GetDatatype()
+            << " is not an attribute";
         return;
     }
     const auto& attribute = static_cast<const TAttribute&>(value);
@@ -177,8 +177,8 @@ void IFieldAttribute::SetValue(const TValue& value)
         }
         SetInitialValue(value.Clone());
     } catch (const TException& e) {
-        KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this) << "KEL Exception catched : IFieldAttribute::SetValue failed : "
-                                                             << e.what();
+        KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this)
+            << "KEL Exception catched : IFieldAttribute::SetValue failed : " << e.what();
     }
 }
 
@@ -190,7 +190,8 @@ std::unique_ptr<TValue> IFieldAttribute::GetTValue(bool partial)
     auto attribute = std::make_unique<TAttribute>(IdentifierOf(text, m_entity), GetID());
     if (m_pValueField)
         if (std::unique_ptr<TValue> value = m_pValueField->GetTValue(partial))
-            attribute->SetValue(m_pUserBase ? std::make_unique<TUserDefined>(m_pUserBase, std::move(value)) : std::move(value));
+            attribute->SetValue(m_pUserBase ? std::make_unique<TUserDefined>(m_pUserBase, std::move(value))
+                                            : std::move(value));
     return attribute;
 }
 

@@ -60,7 +60,7 @@ private:
     TDictTypePtr m_pUserBase;                          // a user type's base, which that field edits
     IFieldAttributeID* m_pFieldAttributeID = nullptr;  // owned by the container
     unsigned int m_controlId = 1;
-    TEntitySpec m_entity;                          // whose class names the attributes
+    TEntitySpec m_entity;  // whose class names the attributes
 };
 
 /// A list of attributes: attribute fields grown and shrunk to the list's size

@@ -56,7 +56,7 @@ std::unique_ptr<IField> LaunchField(IContainer* container, IElementInfo& info)
     return std::make_unique<IFieldLaunch>(info, container, names.front());
 }
 
-} // namespace
+}  // namespace
 
 IFieldBuilder::~IFieldBuilder() = default;
 

@@ -48,7 +48,7 @@ private:
 
     QComboBox* m_pCombo = nullptr;  // the window when editable
     QLineEdit* m_pEdit = nullptr;   // the window when read-only
-    std::string m_shownText;  // what the read-only box holds, by its name
+    std::string m_shownText;        // what the read-only box holds, by its name
     std::shared_ptr<const TDictTypeEnumeration> m_pEnumeration;
     bool m_serverDefault = false;
 };

@@ -45,7 +45,8 @@ IField* IFieldContainer::InsertField(IElementInfo& info)
 void IFieldContainer::InsertField(std::unique_ptr<IField> field)
 {
     if (!field) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldContainer", this) << "KEL : IFieldContainer::InsertField pField must be valid !";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldContainer", this)
+            << "KEL : IFieldContainer::InsertField pField must be valid !";
         return;
     }
     m_fields.push_back(std::move(field));

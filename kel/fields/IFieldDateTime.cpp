@@ -99,8 +99,8 @@ void IFieldDateTime::SetValue(const std::string& text)
 void IFieldDateTime::SetValue(const TValue& value)
 {
     if (value.GetDatatype() != ZED_DT_ABSTIME) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "KEL : IFieldDateTime::SetValue, a value of data type "
-                                                    << value.GetDatatype() << " is not a time";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this)
+            << "KEL : IFieldDateTime::SetValue, a value of data type " << value.GetDatatype() << " is not a time";
         return;
     }
     if (!value.IsPresent()) {
@@ -121,7 +121,8 @@ bool IFieldDateTime::CheckText(std::string* reason)
     if (!m_pEdit || m_pEdit->IsBlank() || m_pEdit->Time().isValid())
         return true;
     if (reason)
-        *reason = KELResources::Format(KELString::kNotADateTime, {m_pEdit->displayText().toStdString(), m_pEdit->GetFormat().toStdString()});
+        *reason = KELResources::Format(KELString::kNotADateTime,
+                                       {m_pEdit->displayText().toStdString(), m_pEdit->GetFormat().toStdString()});
     return false;
 }
 

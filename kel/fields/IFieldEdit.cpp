@@ -47,7 +47,7 @@ std::optional<std::string> WithAscii(const std::string& text)
     return text + "  |" + ascii + "|";
 }
 
-} // namespace
+}  // namespace
 
 IFieldEdit::IFieldEdit(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
 

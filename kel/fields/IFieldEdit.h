@@ -32,8 +32,8 @@ protected:
     const char* DumpName() const override { return "Edit"; }
 
 private:
-    QLineEdit* m_pEdit = nullptr;  // the window; a child of the container
-    bool m_dump = false;           // showing hexadecimal octets with their ASCII
-    std::string m_dumped;          // those octets, as they came
+    QLineEdit* m_pEdit = nullptr;        // the window; a child of the container
+    bool m_dump = false;                 // showing hexadecimal octets with their ASCII
+    std::string m_dumped;                // those octets, as they came
     KELTypingLimit* m_pLimit = nullptr;  // the edit's typing limit; a child of the edit
 };

@@ -51,7 +51,7 @@ std::string Unescaped(const std::string& text)
     return out;
 }
 
-} // namespace
+}  // namespace
 
 IFieldEditMulti::IFieldEditMulti(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
 
@@ -115,8 +115,8 @@ int IFieldEditMulti::ShownLines() const
         return std::max(1, m_pEdit->document()->blockCount());
     // Wrapped as the control will wrap it at the field's width, with the same
     // text engine: a control not yet shown has no width of its own to ask.
-    const qreal width = kWidth - 2 * m_pEdit->frameWidth() - 2 * m_pEdit->document()->documentMargin()
-                        - m_pEdit->cursorWidth();
+    const qreal width =
+        kWidth - 2 * m_pEdit->frameWidth() - 2 * m_pEdit->document()->documentMargin() - m_pEdit->cursorWidth();
     QTextOption option = m_pEdit->document()->defaultTextOption();
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     int lines = 0;

@@ -12,7 +12,6 @@
 #include "kel/model/IElementInfo.h"
 #include "kel/model/KELElementHelp.h"
 
-
 IFieldEditNum::IFieldEditNum(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
 
 IFieldEditNum::~IFieldEditNum() = default;

@@ -36,7 +36,7 @@ bool IFieldLaunch::Launch()
     std::string error;
     if (KELLaunch::Start(form->GetCurrentEntity(), form->GetCurrentDirective(), GetID(), 0, &error))
         return true;
-    KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "KEL : IFieldLaunch::Launch, " << m_application
-                                                << " not started : " << error;
+    KEL_TRACE(KEL_TRACE_PBLM, "KELField", this)
+        << "KEL : IFieldLaunch::Launch, " << m_application << " not started : " << error;
     return false;
 }

@@ -9,7 +9,8 @@
 #include <QFontMetrics>
 #include <QLineEdit>
 
-IFieldNotSupported::IFieldNotSupported(IElementInfo& info, IContainer* container) : KELFieldWithoutValue(info, container)
+IFieldNotSupported::IFieldNotSupported(IElementInfo& info, IContainer* container)
+    : KELFieldWithoutValue(info, container)
 {
 }
 

@@ -42,8 +42,8 @@ void IFieldRecord::Create(unsigned int& id, IElementInfo& info)
         }
     } catch (const TException& e) {
         m_pCounter = nullptr;
-        KEL_TRACE(KEL_TRACE_EXCP, "KELFieldRecord", this) << "KEL Exception catched : IFieldRecord::Create  failed : "
-                                                          << e.what();
+        KEL_TRACE(KEL_TRACE_EXCP, "KELFieldRecord", this)
+            << "KEL Exception catched : IFieldRecord::Create  failed : " << e.what();
     }
 }
 
@@ -62,7 +62,8 @@ void IFieldRecord::CreateFields()
             info.SetID(static_cast<int>(member.id));
             info.SetName(member.name);
             info.SetPresentationName(member.name);
-            info.SetAsInnerElement(member.type->GetDatatype(), member.type.get(), static_cast<ZED_T_DICT_ACCESS>(m_access));
+            info.SetAsInnerElement(member.type->GetDatatype(), member.type.get(),
+                                   static_cast<ZED_T_DICT_ACCESS>(m_access));
             auto field = std::make_unique<IFieldRecordMember>(info, GetFieldContainer());
             field->Create(counter, info);
             m_labelSize = std::max(m_labelSize, field->GetLabel() ? field->GetLabel()->GetSize().width() : 0);
@@ -70,7 +71,8 @@ void IFieldRecord::CreateFields()
         }
     // Every member's label takes the widest one's width, so the members' fields stand in one column.
     for (long at = GetFieldContainer()->GoFirst(); at >= 0;)
-        if (auto* member = dynamic_cast<IFieldRecordMember*>(GetFieldContainer()->GetNext(at)); member && member->GetLabel())
+        if (auto* member = dynamic_cast<IFieldRecordMember*>(GetFieldContainer()->GetNext(at));
+            member && member->GetLabel())
             member->GetLabel()->ResetSize(m_labelSize);
     QSize size;
     GetFieldContainer()->ComputeSize(size);
@@ -275,11 +277,12 @@ bool FieldOnly(IField* field, const void* member, const char* operation)
 {
     if (field)
         return true;
-    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldRecord", member) << "KEL : IFieldRecordMember::" << operation << ", m_pField is NULL";
+    KEL_TRACE(KEL_TRACE_PBLM, "KELFieldRecord", member)
+        << "KEL : IFieldRecordMember::" << operation << ", m_pField is NULL";
     return false;
 }
 
-} // namespace
+}  // namespace
 
 bool IFieldRecordMember::SetToNullValue()
 {

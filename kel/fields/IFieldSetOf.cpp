@@ -64,12 +64,13 @@ IField* IFieldSetOf::CreateNewField()
 void IFieldSetOf::SetValue(const TValue& value)
 {
     if (!GetFieldContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SetValue, m_pFieldContainer must be valid !";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this)
+            << "KEL : IFieldSetOf::SetValue, m_pFieldContainer must be valid !";
         return;
     }
     if (value.GetDatatype() != ZED_DT_SETOF && value.GetDatatype() != ZED_DT_SEQUENCEOF) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL IFieldSetOf::SetValue unknown data type: "
-                                                         << value.GetDatatype();
+        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this)
+            << "KEL IFieldSetOf::SetValue unknown data type: " << value.GetDatatype();
         return;
     }
     const auto& set = static_cast<const TConstructedOf&>(value);
@@ -98,4 +99,3 @@ void IFieldSetOf::SetToNotReturned()
 {
     KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this) << "KEL : IFieldSetOf::SetToNotReturned, not supported";
 }
-

@@ -20,7 +20,7 @@ namespace {
 QString TrueText() { return QString::fromStdString(KELResources::String(KELString::kTrue)); }
 QString FalseText() { return QString::fromStdString(KELResources::String(KELString::kFalse)); }
 
-} // namespace
+}  // namespace
 
 IFieldToggle::IFieldToggle(IElementInfo& info, IContainer* container) : IField(info, container) {}
 
@@ -107,8 +107,8 @@ void IFieldToggle::Show(bool value)
 void IFieldToggle::SetValue(const TValue& value)
 {
     if (value.GetDatatype() != ZED_DT_BOOLEAN) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "KEL : IFieldToggle::SetValue, a value of data type "
-                                                    << value.GetDatatype() << " is not a boolean";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this)
+            << "KEL : IFieldToggle::SetValue, a value of data type " << value.GetDatatype() << " is not a boolean";
         return;
     }
     if (!value.IsPresent() || value.HasReason()) {
@@ -121,8 +121,8 @@ void IFieldToggle::SetValue(const TValue& value)
 
 void IFieldToggle::SetValue(const std::string& text)
 {
-    const bool on = QString::fromStdString(text).compare(TrueText(), Qt::CaseInsensitive) == 0
-                    || (!text.empty() && text[0] == '1');
+    const bool on =
+        QString::fromStdString(text).compare(TrueText(), Qt::CaseInsensitive) == 0 || (!text.empty() && text[0] == '1');
     Show(on);
 }
 

@@ -24,7 +24,7 @@ constexpr int kToggleGap = 2;
 // A folded field is at least as wide as a text field.
 constexpr int kFoldedWidth = 350;
 
-} // namespace
+}  // namespace
 
 KELCompositeField::KELCompositeField(IElementInfo& info, IContainer* container) : IField(info, container) {}
 

@@ -30,7 +30,7 @@ void ForEachIn(const IFieldContainer& container, Visit visit)
         visit(*container.GetNext(at));
 }
 
-} // namespace
+}  // namespace
 
 // ---- the remove strip -------------------------------------------------------
 
@@ -253,8 +253,8 @@ void KELElementsField::MoveAndResize(const QPoint& position, const QSize& size)
 void KELElementsField::GetValue(std::string& text) const
 {
     if (!GetFieldContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELElements", this) << "KEL : " << KindName()
-                                                        << "::GetValue, m_pFieldContainer must be valid !";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELElements", this)
+            << "KEL : " << KindName() << "::GetValue, m_pFieldContainer must be valid !";
         return;
     }
     std::string joined;

@@ -7,7 +7,7 @@ namespace {
 
 std::atomic<bool> g_shown{false};
 
-} // namespace
+}  // namespace
 
 void KELEnumerationCodes::Show(bool shown) { g_shown = shown; }
 

@@ -16,4 +16,4 @@ KEL_EXPORT bool Shown();
 /// "Up (1)" while numbers are shown, else "Up".
 KEL_EXPORT std::string Text(const std::string& name, long code);
 
-} // namespace KELEnumerationCodes
+}  // namespace KELEnumerationCodes

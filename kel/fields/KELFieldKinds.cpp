@@ -71,8 +71,7 @@ public:
             if (byName ? !typeName || entry.typeName != *typeName : entry.dt != info.GetDT())
                 continue;
             // Later entries come after: >= lets the later of equal standing win.
-            if (!best || entry.rank > best->rank
-                || (entry.rank == best->rank && (byName || best->typeName.empty())))
+            if (!best || entry.rank > best->rank || (entry.rank == best->rank && (byName || best->typeName.empty())))
                 best = &entry;
         }
         return best ? &best->make : nullptr;
@@ -116,7 +115,7 @@ private:
     std::uint64_t m_lastId = 0;
 };
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -125,7 +124,7 @@ KELRegistration Registered(std::uint64_t id)
     return KELRegistration([id] { Table::Get().Remove(id); });
 }
 
-} // namespace
+}  // namespace
 
 KELFieldKinds::Registration KELFieldKinds::ForDatatype(unsigned int dt, int rank, Factory make)
 {

@@ -20,8 +20,7 @@
 #include "zed/value/TUserDefined.h"
 
 IFormLine::IFormLine(IElementInfo& info, IContainer* container, unsigned int& counter)
-    : IPresentationElement(static_cast<unsigned int>(info.GetID())),
-      m_counterAtConstruction(counter),
+    : IPresentationElement(static_cast<unsigned int>(info.GetID())), m_counterAtConstruction(counter),
       m_pContainer(container)
 {
     if (!info.IsDisplayed())
@@ -246,7 +245,8 @@ bool IFormLine::FillRequest(TRequest& request)
     if (auto* checked = dynamic_cast<KELCheckedField*>(m_pField.get())) {
         std::string reason;
         if (!checked->CheckText(&reason))
-            return Refuse(KELResources::Format(KELString::kFieldNotValid, {m_pLabel ? m_pLabel->LabelText() : "", reason}));
+            return Refuse(
+                KELResources::Format(KELString::kFieldNotValid, {m_pLabel ? m_pLabel->LabelText() : "", reason}));
     }
     if (std::unique_ptr<TValue> value = m_pField->GetTValue(false)) {
         request.Add(std::move(value));

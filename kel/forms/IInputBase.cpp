@@ -64,7 +64,10 @@ void IInputBase::CreateLines(const std::string& hidden, const std::string& posit
     }
 }
 
-bool IInputBase::FillRequest(TRequest& request) { return KELFormLines::FillRequest(GetContainer(), request, m_refusal); }
+bool IInputBase::FillRequest(TRequest& request)
+{
+    return KELFormLines::FillRequest(GetContainer(), request, m_refusal);
+}
 
 void IInputBase::GetRequest(std::string& out) { KELFormLines::GetRequest(GetContainer(), out); }
 

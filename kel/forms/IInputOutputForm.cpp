@@ -29,7 +29,7 @@ void Arrange(IFormLine& line, const std::string& hidden, const std::string& posi
     ++counter;
 }
 
-} // namespace
+}  // namespace
 
 IInputOutputForm::IInputOutputForm(KELConfigContext* context, QWidget* parent) : IPresentationForm(context, parent) {}
 

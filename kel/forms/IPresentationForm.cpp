@@ -137,8 +137,7 @@ void IPresentationForm::SetCurrentState(const char* entity, unsigned int directi
 {
     m_currentEntity = entity ? entity : "";
     m_currentDirective = directive;
-    std::optional<TEntitySpec> parsed =
-        TEntitySpec::Parse(m_currentEntity, ZEDGetApplication()->GetDictionary().get());
+    std::optional<TEntitySpec> parsed = TEntitySpec::Parse(m_currentEntity, ZEDGetApplication()->GetDictionary().get());
     m_entity = parsed ? *parsed : TEntitySpec();
 }
 

@@ -18,7 +18,7 @@ void ForEachLine(const IPresentationContainer* container, Visit visit)
     });
 }
 
-} // namespace
+}  // namespace
 
 namespace KELFormLines {
 
@@ -75,4 +75,4 @@ void SaveContents(const IPresentationContainer* container, const std::string& se
     ForEachLine(container, [&](IFormLine& line) { line.SaveContents(section); });
 }
 
-} // namespace KELFormLines
+}  // namespace KELFormLines

@@ -21,4 +21,4 @@ void FillWithDefaults(const IPresentationContainer* container);
 void FillWithConfig(const IPresentationContainer* container, const std::string& section);
 void SaveContents(const IPresentationContainer* container, const std::string& section);
 
-} // namespace KELFormLines
+}  // namespace KELFormLines

@@ -22,9 +22,7 @@ public:
         case QEvent::KeyRelease:
         case QEvent::MouseButtonRelease:
         case QEvent::FocusIn:
-        case QEvent::Wheel:
-            Schedule();
-            break;
+        case QEvent::Wheel: Schedule(); break;
         default: break;
         }
         return QObject::eventFilter(watched, event);
@@ -53,7 +51,7 @@ IdleDriver* Driver(bool create)
     return driver;
 }
 
-} // namespace
+}  // namespace
 
 void KELIdlePass::Register(const void* key, Update update)
 {

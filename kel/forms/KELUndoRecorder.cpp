@@ -27,8 +27,8 @@ class ValueStep : public QUndoCommand {
 public:
     ValueStep(KELUndoRecorder& recorder, int key, KELUndoRecorder::Seen before, KELUndoRecorder::Seen after,
               bool typing, bool goesOn)
-        : m_recorder(recorder), m_key(key), m_before(std::move(before)), m_after(std::move(after)),
-          m_typing(typing), m_goesOn(goesOn)
+        : m_recorder(recorder), m_key(key), m_before(std::move(before)), m_after(std::move(after)), m_typing(typing),
+          m_goesOn(goesOn)
     {
     }
     int id() const override { return m_typing ? kLineStep : -1; }
@@ -71,7 +71,7 @@ bool IsTyping(const QWidget* widget)
 
 std::shared_ptr<const TValue> ValueOf(IField& field) { return std::shared_ptr<const TValue>(field.GetTValue(false)); }
 
-} // namespace
+}  // namespace
 
 KELUndoRecorder::KELUndoRecorder(IPresentationForm& form) : QObject(&form), m_form(form), m_pStack(new QUndoStack(this))
 {

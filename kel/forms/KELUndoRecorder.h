@@ -48,7 +48,7 @@ private:
     void TakeAll();
 
     IPresentationForm& m_form;
-    QUndoStack* m_pStack;  // a child
+    QUndoStack* m_pStack;        // a child
     std::map<int, Seen> m_seen;  // by line key
     bool m_started = false;
     bool m_restoring = false;

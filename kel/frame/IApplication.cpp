@@ -47,7 +47,7 @@ bool HaveGui() { return qobject_cast<QApplication*>(QCoreApplication::instance()
 // files stand beside the program as on the platform the design knew.
 std::string InstalledConfigurationPath()
 {
-    Dl_info self {};
+    Dl_info self{};
     if (::dladdr(reinterpret_cast<void*>(&InitializeKEL), &self) == 0 || !self.dli_fname)
         return {};
     std::error_code error;
@@ -58,7 +58,7 @@ std::string InstalledConfigurationPath()
     return (library.parent_path() / KEL_LIB_TO_SYSCONF).lexically_normal().string();
 }
 
-} // namespace
+}  // namespace
 
 IMessageConsole::~IMessageConsole() = default;
 KELWorkspaceQuery::~KELWorkspaceQuery() = default;
@@ -115,7 +115,7 @@ void DrawInAFaceNoThinner(QFont& font, const QFont& normal)
         font.setStyleName(QFontInfo(normal).styleName());
 }
 
-} // namespace
+}  // namespace
 
 void IApplication::InitFonts()
 {
@@ -255,20 +255,19 @@ int IApplication::LayeredLookup(KELConfigContext* context, T& value, const T& fa
     return status;
 }
 
-#define KEL_LAYERED_GETTER(Name, Type, FallbackType)                                                                 \
-    int IApplication::GetConfig##Name(KELConfigContext* context, std::string_view section, std::string_view key,     \
-                                      Type& value, FallbackType fallback, int flag)                                  \
-    {                                                                                                                \
-        return LayeredLookup(context, value, Type(fallback), flag,                                                   \
-                             [&](const IConfiguration& file, Type& out, int f) {                                    \
-                                 return file.Get##Name(section, key, out, f, Type(fallback));                        \
-                             });                                                                                     \
-    }                                                                                                                \
-    int IApplication::GetConfig##Name(const char* code, std::string_view section, std::string_view key, Type& value, \
-                                      FallbackType fallback, int flag)                                               \
-    {                                                                                                                \
-        KELConfigContext* context = GetConfigContext(code);                                                          \
-        return context ? GetConfig##Name(context, section, key, value, fallback, flag) : kNoContext;                 \
+#define KEL_LAYERED_GETTER(Name, Type, FallbackType)                                                                   \
+    int IApplication::GetConfig##Name(KELConfigContext* context, std::string_view section, std::string_view key,       \
+                                      Type& value, FallbackType fallback, int flag)                                    \
+    {                                                                                                                  \
+        return LayeredLookup(context, value, Type(fallback), flag, [&](const IConfiguration& file, Type& out, int f) { \
+            return file.Get##Name(section, key, out, f, Type(fallback));                                               \
+        });                                                                                                            \
+    }                                                                                                                  \
+    int IApplication::GetConfig##Name(const char* code, std::string_view section, std::string_view key, Type& value,   \
+                                      FallbackType fallback, int flag)                                                 \
+    {                                                                                                                  \
+        KELConfigContext* context = GetConfigContext(code);                                                            \
+        return context ? GetConfig##Name(context, section, key, value, fallback, flag) : kNoContext;                   \
     }
 KEL_LAYERED_GETTER(Bool, bool, bool)
 KEL_LAYERED_GETTER(Int, int, int)

@@ -69,16 +69,24 @@ public:
     IConfiguration* GetUserConfigFile(const char* code) const;
     void SetUserConfigFile(const char* code, std::unique_ptr<IConfiguration> file);
 
-    int GetConfigBool(const char* code, std::string_view section, std::string_view key, bool& value, bool fallback, int flag);
-    int GetConfigInt(const char* code, std::string_view section, std::string_view key, int& value, int fallback, int flag);
-    int GetConfigShort(const char* code, std::string_view section, std::string_view key, short& value, short fallback, int flag);
-    int GetConfigDouble(const char* code, std::string_view section, std::string_view key, double& value, double fallback, int flag);
+    int GetConfigBool(const char* code, std::string_view section, std::string_view key, bool& value, bool fallback,
+                      int flag);
+    int GetConfigInt(const char* code, std::string_view section, std::string_view key, int& value, int fallback,
+                     int flag);
+    int GetConfigShort(const char* code, std::string_view section, std::string_view key, short& value, short fallback,
+                       int flag);
+    int GetConfigDouble(const char* code, std::string_view section, std::string_view key, double& value,
+                        double fallback, int flag);
     int GetConfigString(const char* code, std::string_view section, std::string_view key, std::string& value,
                         std::string_view fallback, int flag);
-    int GetConfigBool(KELConfigContext* context, std::string_view section, std::string_view key, bool& value, bool fallback, int flag);
-    int GetConfigInt(KELConfigContext* context, std::string_view section, std::string_view key, int& value, int fallback, int flag);
-    int GetConfigShort(KELConfigContext* context, std::string_view section, std::string_view key, short& value, short fallback, int flag);
-    int GetConfigDouble(KELConfigContext* context, std::string_view section, std::string_view key, double& value, double fallback, int flag);
+    int GetConfigBool(KELConfigContext* context, std::string_view section, std::string_view key, bool& value,
+                      bool fallback, int flag);
+    int GetConfigInt(KELConfigContext* context, std::string_view section, std::string_view key, int& value,
+                     int fallback, int flag);
+    int GetConfigShort(KELConfigContext* context, std::string_view section, std::string_view key, short& value,
+                       short fallback, int flag);
+    int GetConfigDouble(KELConfigContext* context, std::string_view section, std::string_view key, double& value,
+                        double fallback, int flag);
     int GetConfigString(KELConfigContext* context, std::string_view section, std::string_view key, std::string& value,
                         std::string_view fallback, int flag);
 

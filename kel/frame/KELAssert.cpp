@@ -5,6 +5,6 @@
 
 void KELAssertHandler(const char* file, int line, const std::string& message)
 {
-    KEL_TRACE(KEL_TRACE_PBLM, "KELAssert", nullptr) << "KEL : assertion failed : " << message << " (" << file << ':'
-                                                    << line << ')';
+    KEL_TRACE(KEL_TRACE_PBLM, "KELAssert", nullptr)
+        << "KEL : assertion failed : " << message << " (" << file << ':' << line << ')';
 }

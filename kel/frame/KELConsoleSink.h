@@ -7,7 +7,7 @@
 
 /// The severity of a console message; each has its icon in the console.
 enum KEL_T_Severity {
-    KEL_SEVERITY_DONE = 0,         // something finished, e.g. a file saved
+    KEL_SEVERITY_DONE = 0,  // something finished, e.g. a file saved
     KEL_SEVERITY_PROBLEM = 1,
     KEL_SEVERITY_INFORMATION = 2,  // e.g. a file loaded, or that could not be
 };

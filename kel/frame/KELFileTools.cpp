@@ -55,7 +55,7 @@ void Walk(const std::string& root, const std::string& relative, std::map<std::st
     }
 }
 
-} // namespace
+}  // namespace
 
 CFileToolException::CFileToolException(int code, std::string fileName, std::string secondText)
     : std::runtime_error(MessageFor(code, fileName, secondText)), m_code(code), m_fileName(std::move(fileName)),
@@ -68,9 +68,10 @@ CFileToolException::~CFileToolException() = default;
 std::string CFileToolException::MessageFor(int code, const std::string& fileName, const std::string& secondText)
 {
     // Codes 7 and 8 take their texts crosswise (4064, 4063), as they always have.
-    static constexpr unsigned int kResource[] = {KELString::kFileOperationFailed, KELString::kFileNotRead, KELString::kDirectoryNotCreated,
-                                                        KELString::kFileNotDeleted, KELString::kDirectoryNotRemoved, KELString::kFileNotWritten,
-                                                        KELString::kFileNotCopied, KELString::kAttributesNotSet, KELString::kChecksumNotOpened};
+    static constexpr unsigned int kResource[] = {
+        KELString::kFileOperationFailed, KELString::kFileNotRead,         KELString::kDirectoryNotCreated,
+        KELString::kFileNotDeleted,      KELString::kDirectoryNotRemoved, KELString::kFileNotWritten,
+        KELString::kFileNotCopied,       KELString::kAttributesNotSet,    KELString::kChecksumNotOpened};
     if (code < 0 || code > 8)
         return {};
     if (code == 0)

@@ -56,7 +56,8 @@ public:
     static bool CheckFileExist(const std::string& path, bool flag);
     /// "< name" only in dir1, "> name" only in dir2, "! name" in both but different;
     /// names relative to the directories, sub-directories walked, in name order.
-    static void ListDirectoryDifference(const std::string& dir1, const std::string& dir2, std::vector<std::string>& out);
+    static void ListDirectoryDifference(const std::string& dir1, const std::string& dir2,
+                                        std::vector<std::string>& out);
     /// A new empty file "PLM..." in the temporary directory.
     static bool GetTmpFileName(std::string& name);
     static bool CompareFiles(const std::string& name1, const std::string& name2);

@@ -41,8 +41,8 @@ const GaLAUNCHAPI* Api()
     const auto entry = reinterpret_cast<GaLAUNCHGetAPIInterfaceFunction>(dlsym(handle, "GaLAUNCHGetAPIInterface"));
     const GaLAUNCHAPI* api = entry ? entry() : nullptr;
     if (!api || api->version != GALAUNCH_API_VERSION || !api->Count || !api->Name || !api->Start) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELLaunch", nullptr) << "KEL : " << name << " is not a launch plugin of version "
-                                                        << GALAUNCH_API_VERSION;
+        KEL_TRACE(KEL_TRACE_PBLM, "KELLaunch", nullptr)
+            << "KEL : " << name << " is not a launch plugin of version " << GALAUNCH_API_VERSION;
         dlclose(handle);
         return nullptr;
     }
@@ -64,7 +64,7 @@ GaLaunchQuery Query(const std::vector<unsigned int>& classPath, unsigned int dir
     return {classPath.data(), static_cast<unsigned int>(classPath.size()), directive, element};
 }
 
-} // namespace
+}  // namespace
 
 std::vector<std::string> KELLaunch::GetApplications(const TEntitySpec& entity, unsigned int directive,
                                                     unsigned int element)

@@ -50,7 +50,7 @@ std::unique_ptr<KELPrompt>& Current()
     return prompt;
 }
 
-} // namespace
+}  // namespace
 
 KELPrompt::~KELPrompt() = default;
 

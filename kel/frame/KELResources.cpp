@@ -72,7 +72,7 @@ const Module& Ready()
     return m;
 }
 
-} // namespace
+}  // namespace
 
 bool KELResources::Load(std::string* error, std::string* file)
 {

@@ -36,7 +36,7 @@ private:
     KELTraceStream m_stream;
 };
 
-#define KEL_TRACE(kind, source, object)                                      \
-    if (!KELTraceSite::Enabled(kind)) {                                      \
-    } else                                                                   \
+#define KEL_TRACE(kind, source, object)                                                                                \
+    if (!KELTraceSite::Enabled(kind)) {                                                                                \
+    } else                                                                                                             \
         KELTraceSite((kind), (source), __LINE__, (object)).Stream()

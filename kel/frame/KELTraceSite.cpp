@@ -14,7 +14,7 @@ const char* KindWord(unsigned int kind)
     }
 }
 
-} // namespace
+}  // namespace
 
 KELTraceSite::KELTraceSite(unsigned int kind, const char* source, int line, const void* object)
     : m_stream(KEL_TRACE_MODULE, kind)

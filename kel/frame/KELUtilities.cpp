@@ -40,7 +40,7 @@ std::string ValueOf(const std::string& record, const std::string& key)
     return record.substr(start, record.find(';', start) - start);
 }
 
-} // namespace
+}  // namespace
 
 std::string KELUtilities::GetLoginName()
 {
@@ -75,7 +75,8 @@ void KELUtilities::CalculateCaptionTextRect(QWidget* window, QRect& rectangle)
     option.initFrom(window);
     option.text = window->windowTitle();
     option.titleBarFlags = window->windowFlags();
-    option.rect = QRect(0, 0, window->width(), window->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, window));
+    option.rect =
+        QRect(0, 0, window->width(), window->style()->pixelMetric(QStyle::PM_TitleBarHeight, &option, window));
     rectangle = window->style()->subControlRect(QStyle::CC_TitleBar, &option, QStyle::SC_TitleBarLabel, window);
 }
 
@@ -92,8 +93,9 @@ bool KELUtilities::GetFileVersion(const std::string& fileName, unsigned int& maj
     // The reader's own copy of the marker stands in this library too: a
     // record is a marker followed by a version number.
     auto at = content.find(kMarker);
-    while (at != std::string::npos && !(at + kMarker.size() < content.size()
-                                        && std::isdigit(static_cast<unsigned char>(content[at + kMarker.size()]))))
+    while (at != std::string::npos
+           && !(at + kMarker.size() < content.size()
+                && std::isdigit(static_cast<unsigned char>(content[at + kMarker.size()]))))
         at = content.find(kMarker, at + 1);
     if (at == std::string::npos)
         return false;

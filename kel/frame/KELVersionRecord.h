@@ -6,6 +6,6 @@
 //     "@(#)KELVERSION <major>.<minor>.<build>;FileDescription=<text>;ProductName=KEL;"
 // Every binary of the project carries one (zed writes the same form itself).
 
-#define KEL_VERSION_RECORD(description)                                                         \
-    [[gnu::used]] static const char kel_version_record[] = "@(#)KELVERSION " KEL_VERSION_STRING \
-                                                           ";FileDescription=" description ";ProductName=KEL;"
+#define KEL_VERSION_RECORD(description)                                                                                \
+    [[gnu::used]] static const char kel_version_record[] =                                                             \
+        "@(#)KELVERSION " KEL_VERSION_STRING ";FileDescription=" description ";ProductName=KEL;"

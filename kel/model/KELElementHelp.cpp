@@ -61,7 +61,7 @@ const char* AccessText(ZED_T_DICT_ACCESS access)
     }
 }
 
-} // namespace
+}  // namespace
 
 std::string KELElementHelp::Accepted(unsigned int datatype)
 {

@@ -25,4 +25,4 @@ KEL_EXPORT std::string Describe(const IElementInfo& info);
 /// from 0 to 65535", "a number"; empty for a type that is not a number.
 KEL_EXPORT std::string Accepted(unsigned int datatype);
 
-} // namespace KELElementHelp
+}  // namespace KELElementHelp

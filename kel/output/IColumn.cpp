@@ -20,7 +20,7 @@ std::string ShownText(const TValue& value)
     return ZedEscapeControls(value.ToString());
 }
 
-} // namespace
+}  // namespace
 
 IColumn::IColumn(unsigned int id, std::string title, int column, IPresentationList* list)
     : IPresentationElement(id), m_title(std::move(title)), m_column(column), m_pList(list)

@@ -34,7 +34,7 @@ public:
     WaitCursor& operator=(const WaitCursor&) = delete;
 };
 
-} // namespace
+}  // namespace
 
 IListViewOutput::IListViewOutput(QWidget* parent) : QTreeWidget(parent)
 {

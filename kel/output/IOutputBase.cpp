@@ -27,7 +27,7 @@ void ForEachValueElement(IPresentationContainer* container, Visit visit)
     });
 }
 
-} // namespace
+}  // namespace
 
 IOutputBase::IOutputBase() = default;
 
@@ -65,8 +65,9 @@ bool IOutputBase::CreateArgumentLines(const std::string& prefix, unsigned int id
         KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this) << "KEL :" << e;
     } catch (...) {
         KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this)
-            << "KEL :" << (replyType == ZED_DICT_EVENT ? "Unknown exception in IOuputList::CreatePresentation (event)"
-                                                       : "Unknown exception in KELOutputList::CreatePresentation (directive)");
+            << "KEL :"
+            << (replyType == ZED_DICT_EVENT ? "Unknown exception in IOuputList::CreatePresentation (event)"
+                                            : "Unknown exception in KELOutputList::CreatePresentation (directive)");
     }
     return false;
 }
@@ -80,10 +81,12 @@ void IOutputBase::CreatePresentation(const std::string& name, const TEntitySpec&
     m_presentationKind = DirectiveReply;
     Present(name, entity, [&] {
         KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this)
-            << "KEL :" << "CreatePresentation method with EntitySpec : " << entity.ToString();
-        KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this)
-            << "KEL :" << " dirID : " << directiveId << " ReplyType : " << replyType;
-        KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :" << " ReplyCode : " << replyCode;
+            << "KEL :"
+            << "CreatePresentation method with EntitySpec : " << entity.ToString();
+        KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :"
+                                                         << " dirID : " << directiveId << " ReplyType : " << replyType;
+        KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :"
+                                                         << " ReplyCode : " << replyCode;
         std::string prefix = "Dir:" + std::to_string(directiveId);
         if (replyType == ZED_DICT_RESPONSE)
             prefix += ".Resp:";
@@ -97,8 +100,10 @@ void IOutputBase::CreatePresentation(const std::string& name, const TEntitySpec&
 void IOutputBase::CreatePresentation(const std::string& name, const TEntitySpec& entity, unsigned int eventId)
 {
     KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this)
-        << "KEL :" << "CreatePresentation method with EntitySpec : " << entity.ToString();
-    KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :" << " EventID : " << eventId;
+        << "KEL :"
+        << "CreatePresentation method with EntitySpec : " << entity.ToString();
+    KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :"
+                                                     << " EventID : " << eventId;
     m_dirOrEventId = eventId;
     m_presentationKind = EventReport;
     Present(name, entity,
@@ -121,10 +126,12 @@ void IOutputBase::CreatePresentationAttr(const std::string& name, const TEntityS
 
 void IOutputBase::ProcessReply(const TReply& reply)
 {
-    KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL : " << "ProcessReply : " << reply.ToString();
+    KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL : "
+                                                     << "ProcessReply : " << reply.ToString();
     try {
         if (m_presentationKind == EventReport) {
-            KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :" << "ProcessReply on event report ";
+            KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :"
+                                                             << "ProcessReply on event report ";
             const auto* report = static_cast<const TEventReport*>(reply.FindFirst(ZED_DT_EVENTREPORT));
             if (!report)
                 return;
@@ -137,14 +144,16 @@ void IOutputBase::ProcessReply(const TReply& reply)
             });
             return;
         }
-        KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :" << "ProcessReply  reply ";
+        KEL_TRACE(KEL_TRACE_INFO, "KELOutputBase", this) << "KEL :"
+                                                         << "ProcessReply  reply ";
         if ((m_replyType == ZED_DICT_RESPONSE && reply.GetReplyType() != ZED_REPLY_RESPONSE)
             || (m_replyType == ZED_DICT_EXCEPTION && reply.GetReplyType() == ZED_REPLY_RESPONSE)) {
-            KEL_TRACE(KEL_TRACE_PBLM, "KELOutputBase", this) << "KEL :" << "ProcessReply  replyType problem  ";
+            KEL_TRACE(KEL_TRACE_PBLM, "KELOutputBase", this) << "KEL :"
+                                                             << "ProcessReply  replyType problem  ";
         }
         if (m_replyCode != reply.GetReplyCode()) {
-            KEL_TRACE(KEL_TRACE_PBLM, "KELOutputBase", this)
-                << "KEL :" << "ProcessReply  Reply Code != reply and != event ";
+            KEL_TRACE(KEL_TRACE_PBLM, "KELOutputBase", this) << "KEL :"
+                                                             << "ProcessReply  Reply Code != reply and != event ";
         }
         // An argument absent from a reply leaves its element as it was.
         ForEachValueElement(GetContainer(), [&](IPresentationElement& element, KELValueElement& shown) {
@@ -155,6 +164,7 @@ void IOutputBase::ProcessReply(const TReply& reply)
     } catch (const TException& e) {
         KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this) << "KEL :" << e;
     } catch (...) {
-        KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this) << "KEL : " << "Unknown exception in ProcessReply";
+        KEL_TRACE(KEL_TRACE_EXCP, "KELOutputBase", this) << "KEL : "
+                                                         << "Unknown exception in ProcessReply";
     }
 }

@@ -56,7 +56,7 @@ std::string LocalTime(const TAbsTime& time)
         .toStdString();
 }
 
-} // namespace
+}  // namespace
 
 IOutputForm::IOutputForm(KELConfigContext* context, QWidget* parent) : IPresentationForm(context, parent) {}
 

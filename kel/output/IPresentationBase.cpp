@@ -65,8 +65,8 @@ void FillFromDictionary(const TDictValue& value, IElementInfo& info, const char*
     info.SetDictType(value.GetType());
     if (ZedHasDictType(dt)) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELPresentationBase", object)
-            << "KEL :IPresentationBase::" << operation << " : DictType for this value is : "
-            << value.GetType().ToString();
+            << "KEL :IPresentationBase::" << operation
+            << " : DictType for this value is : " << value.GetType().ToString();
     }
     const bool reserved = dt == ZED_DT_RESERVED14 || dt == ZED_DT_RESERVED15 || dt == ZED_DT_RESERVED16;
     info.SetDictValue(reserved ? &value : nullptr);
@@ -91,7 +91,7 @@ void MarkSecret(const std::string& name, IElementInfo& info)
         info.SetDT(ZED_DT_MARKER);  // the data type no field shows
 }
 
-} // namespace
+}  // namespace
 
 void IPresentationBase::InitAttrElementInfo(const TDictAttribute& attribute, IElementInfo& info) const
 {

@@ -43,7 +43,7 @@ std::string Join(const std::vector<std::string>& items)
     return text;
 }
 
-} // namespace
+}  // namespace
 
 IPresentationList::IPresentationList(KELConfigContext* context, QWidget* parent)
     : QTreeView(parent), IPresentation(context), m_pModel(new KELListModel(this)),

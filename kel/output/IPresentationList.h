@@ -56,8 +56,8 @@ private:
     void CountSoon();
     void Count();
 
-    KELListModel* m_pModel;  // a child QObject of the view
-    KELFilterBox* m_pFilter; // a child
+    KELListModel* m_pModel;   // a child QObject of the view
+    KELFilterBox* m_pFilter;  // a child
     QString m_filter;
     bool m_placing = false;
     bool m_countDue = false;

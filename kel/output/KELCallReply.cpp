@@ -4,9 +4,7 @@
 #include "zed/call/TCall.h"
 
 KELCallReply::KELCallReply(const TCall& call)
-    : m_entity(call.GetOutEntity()),
-      m_timeStamp(call.GetTimeStamp()),
-      m_reply(call.GetReply()),
+    : m_entity(call.GetOutEntity()), m_timeStamp(call.GetTimeStamp()), m_reply(call.GetReply()),
       m_callStatus(call.GetStatus())
 {
 }

@@ -18,7 +18,7 @@ namespace {
 // Lists up to this many rows fit their columns to what they hold.
 constexpr int kFitRows = 200;
 
-} // namespace
+}  // namespace
 
 KELEventLists::KELEventLists(const TDictionary& dictionary, KELConfigContext* context, QWidget* parent)
     : QWidget(parent), m_dictionary(dictionary), m_context(context), m_summary(new QLabel(this)),
@@ -89,8 +89,9 @@ IOutputList* KELEventLists::ListFor(const TCallResult& event)
         return nullptr;
     const TDictClass* cls = m_dictionary.FindClass(report->GetEntity().GetEntityClass());
     const TDictEvent* kind = cls ? cls->FindEvent(report->GetEventID()) : nullptr;
-    const QString title = QString::fromStdString((cls ? cls->GetName() : std::string("?")) + " : "
-                                                 + (kind ? kind->GetPresentationName() : std::to_string(report->GetEventID())));
+    const QString title =
+        QString::fromStdString((cls ? cls->GetName() : std::string("?")) + " : "
+                               + (kind ? kind->GetPresentationName() : std::to_string(report->GetEventID())));
     if (IOutputList* list = FindList(title))
         return list;
     auto* list = new IOutputList(m_context);

@@ -24,7 +24,8 @@ void KELListModel::SetMostRows(std::size_t most) { m_most = most; }
 int KELListModel::AddRow()
 {
     if (m_most && m_rows.size() >= m_most) {
-        const std::size_t drop = std::min(m_rows.size(), m_rows.size() - m_most + std::max<std::size_t>(1, m_most / 10));
+        const std::size_t drop =
+            std::min(m_rows.size(), m_rows.size() - m_most + std::max<std::size_t>(1, m_most / 10));
         beginRemoveRows(QModelIndex(), 0, static_cast<int>(drop) - 1);
         m_rows.erase(m_rows.begin(), m_rows.begin() + static_cast<std::ptrdiff_t>(drop));
         endRemoveRows();

@@ -109,7 +109,7 @@ private:
     std::uint64_t m_lastId = 0;
 };
 
-} // namespace
+}  // namespace
 
 KELRegistration KELOutputKinds::Register(KELOutputRequest::Shows shows, int rank, Factory make)
 {

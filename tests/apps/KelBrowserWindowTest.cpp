@@ -154,7 +154,8 @@ TEST_F(BrowserWindowTest, AnExceptionLooksLikeOneInTheReplyAndTheConsole)
     EXPECT_FALSE(window->GetOutputs()->tabIcon(0).isNull()) << "the Reply tab warns";
     EXPECT_THAT(LastMessage(), HasSubstr("[problem] Test sent to"));
     EXPECT_THAT(LastMessage(), HasSubstr("exception CountTooLarge (2): The packet count is too large; "
-                                         "Maximum Count = 1000")) << "the console line alone says why";
+                                         "Maximum Count = 1000"))
+        << "the console line alone says why";
 }
 
 TEST_F(BrowserWindowTest, TheConsoleWritesARequestsCompositeValuesAsTheReplyDoes)
@@ -454,9 +455,8 @@ protected:
         ZEDGetApplication()->SetDictionary(dictionary);
         ZEDGetApplication()->SetDefaultModule(module);
         GetKELapp()->GetCallPump()->Refresh();
-        window = std::make_unique<KelBrowserWindow>(*dictionary, context, [this] {
-            return KelBrowserWindow::ListByClass(*dictionary, {"agent-1"});
-        });
+        window = std::make_unique<KelBrowserWindow>(
+            *dictionary, context, [this] { return KelBrowserWindow::ListByClass(*dictionary, {"agent-1"}); });
         GetKELapp()->SetConsole(window->GetConsole());
         window->show();
     }
@@ -502,7 +502,9 @@ TEST_F(SnmpBrowserWindowTest, TheSameFormsTreeAndEventsWorkOnAnAgent)
     ASSERT_TRUE(QTest::qWaitFor([&] { return !tree.IsAsking(); }, 5000));
     EXPECT_EQ(LastLine(window->GetMessages()),
               "[problem] Agent agent-1 Interface * could not be listed: No answer came in time (no answer from agent "
-              "agent-1 (" + agent->GetAddress() + ") within 0.2 s (1 try); a wrong community looks the same: the agent does not answer one)");
+              "agent-1 ("
+                  + agent->GetAddress()
+                  + ") within 0.2 s (1 try); a wrong community looks the same: the agent does not answer one)");
     EXPECT_FALSE(interfaces->isExpanded());
     agent->Resume();
     interfaces->setExpanded(true);
@@ -524,10 +526,11 @@ TEST_F(SnmpBrowserWindowTest, TheSameFormsTreeAndEventsWorkOnAnAgent)
     ASSERT_TRUE(trap.waitForFinished(5000));
     EXPECT_FALSE(window->IsBusy());
     ASSERT_TRUE(QTest::qWaitFor([&] { return window->GetEventLists()->count() == 1; }, 5000));
-    EXPECT_EQ(window->GetEventLists()->tabText(0).toStdString(), "Interface : Link Down (1)") << "its kind and how many rows it holds";
+    EXPECT_EQ(window->GetEventLists()->tabText(0).toStdString(), "Interface : Link Down (1)")
+        << "its kind and how many rows it holds";
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -601,4 +604,4 @@ TEST_F(BrowserWindowTest, TheTextAndTheEventListsKeepTheirNewestAndSayHowManyWen
     EXPECT_THAT(window->GetEventLists()->tabText(0).toStdString(), HasSubstr(" older dropped)"));
 }
 
-} // namespace
+}  // namespace

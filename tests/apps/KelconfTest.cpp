@@ -19,7 +19,8 @@ std::string WriteTemp(const std::string& name, const std::string& text)
 
 TEST(KelconfCheck, WritesBackEverySectionOfACleanFile)
 {
-    const std::string path = WriteTemp("clean.conf", "# head\r\n[A]\r\n  x =  1 \r\n[end A]\r\n\r\n[ B ]\n[ End B ]\n\n# tail\n");
+    const std::string path =
+        WriteTemp("clean.conf", "# head\r\n[A]\r\n  x =  1 \r\n[end A]\r\n\r\n[ B ]\n[ End B ]\n\n# tail\n");
     const ProgramRun run = Kelconf("check " + path);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.out.substr(0, 70), " ################################################################### \n");
@@ -30,7 +31,8 @@ TEST(KelconfCheck, WritesBackEverySectionOfACleanFile)
 
 TEST(KelconfCheck, ReportsEachFailedSectionLoadAndKeepsGoing)
 {
-    const std::string path = WriteTemp("bad.conf", "stray line\n[ A ]\n[ End a ]\n[ C ]\nk = v\n[ End C ]\n[ Cut ]\nk = v\n");
+    const std::string path =
+        WriteTemp("bad.conf", "stray line\n[ A ]\n[ End a ]\n[ C ]\nk = v\n[ End C ]\n[ Cut ]\nk = v\n");
     const ProgramRun run = Kelconf("check " + path);
     EXPECT_EQ(run.exitCode, 0);
     EXPECT_EQ(run.out.substr(run.out.find("\n\n") + 2), "[ C ]\n    k = v\n[ End C ]\n\n");
@@ -57,14 +59,15 @@ TEST(KelconfCheck, UnreadableFileOrBadUsageExitsTwo)
     EXPECT_EQ(Kelconf("check").err.substr(0, 25), "usage: kelconf check FILE");
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
 TEST(KelconfGet, RunsTheLayeredLookupOfAContext)
 {
     const std::string user = TestTempPath("user");
-    std::system(("mkdir -p " + user + " && cp " KEL_SOURCE_DIR "/data/config/user/console.ucfg " + user + "/$(id -un)console.ucfg")
+    std::system(("mkdir -p " + user + " && cp " KEL_SOURCE_DIR "/data/config/user/console.ucfg " + user
+                 + "/$(id -un)console.ucfg")
                     .c_str());
     const std::string env = "ORVEX_SYSTEM_PATH=" KEL_SOURCE_DIR "/data/config/system ORVEX_USER_PATH=" + user + " ";
     const auto get = [&](const std::string& arguments) { return RunProgram(env + KELCONF_PATH, "get " + arguments); };
@@ -82,4 +85,4 @@ TEST(KelconfGet, RunsTheLayeredLookupOfAContext)
     EXPECT_EQ(get("console Console").exitCode, 2);
 }
 
-} // namespace
+}  // namespace

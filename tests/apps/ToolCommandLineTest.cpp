@@ -42,9 +42,9 @@ TEST(ToolCommandLine, HelpAndVersionGoToStandardOutputAndUsageErrorsToStandardEr
 TEST(ToolCommandLine, TheBrowserWithoutADisplaySaysSoAndToursOnlyWhenAsked)
 {
     TempDir user;
-    const ProgramRun run = RunProgram("env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM ORVEX_USER_PATH=" + user.Path()
-                                          + " " KELBROWSER_PATH,
-                                      "");
+    const ProgramRun run = RunProgram(
+        "env -u DISPLAY -u WAYLAND_DISPLAY -u QT_QPA_PLATFORM ORVEX_USER_PATH=" + user.Path() + " " KELBROWSER_PATH,
+        "");
     EXPECT_EQ(run.exitCode, 2);
     EXPECT_THAT(run.err, HasSubstr("kelbrowser: no display"));
     EXPECT_THAT(run.err, HasSubstr("--tour DIR"));
@@ -67,4 +67,4 @@ TEST(ToolCommandLine, KelconfSaysEachMessageOnALineOfItsOwn)
     EXPECT_EQ(run.err.back(), '\n');
 }
 
-} // namespace
+}  // namespace

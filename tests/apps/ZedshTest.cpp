@@ -21,9 +21,12 @@ TEST(Zedsh, ListsTheShippedNetwork)
     const ProgramRun classes = Zedsh("classes");
     EXPECT_EQ(classes.exitCode, 0);
     EXPECT_EQ(classes.out, "Network (1)\n  Router (2)\n    Interface (3)\n");
-    EXPECT_THAT(Zedsh("attributes 'Network Router'").out,
-                HasSubstr("ClockOffset (13) : Integer32, Characteristics, read-write, in microseconds, default from the server"));
-    EXPECT_THAT(Zedsh("directives 'Network Router Interface'").out, HasSubstr("Count (1) : Unsigned16, required, in packets, default \"4\""));
+    EXPECT_THAT(
+        Zedsh("attributes 'Network Router'").out,
+        HasSubstr(
+            "ClockOffset (13) : Integer32, Characteristics, read-write, in microseconds, default from the server"));
+    EXPECT_THAT(Zedsh("directives 'Network Router Interface'").out,
+                HasSubstr("Count (1) : Unsigned16, required, in packets, default \"4\""));
     EXPECT_THAT(Zedsh("types").out, HasSubstr("PeerSet (105): SET OF PeerAddress"));
 }
 
@@ -58,7 +61,8 @@ TEST(Zedsh, AgentsOfAnAgentsFileAreShownAndSet)
     agent.WriteAgentsFile(agents, TSnmpAgent::Version::V2c, "core-r");
     const ProgramRun set = Zedsh("--agents " + agents + " call 'Agent core-r-1' Set Location='Hall C'");
     EXPECT_EQ(set.exitCode, 0) << set.out << set.err;
-    EXPECT_THAT(set.out, HasSubstr("response Success (1): Attributes changed\n    Attributes:\n      Location = Hall C\n"));
+    EXPECT_THAT(set.out,
+                HasSubstr("response Success (1): Attributes changed\n    Attributes:\n      Location = Hall C\n"));
     const ProgramRun show = Zedsh("--agents " + agents + " call 'Agent core-r-1' Show");
     EXPECT_EQ(show.exitCode, 0) << show.err;
     EXPECT_THAT(show.out, HasSubstr("Agent core-r-1  at "));
@@ -104,12 +108,14 @@ TEST(Zedsh, BadInputExplainsItself)
     EXPECT_THAT(Zedsh("call 'Network core Router r1 Interface eth0' Test Count=lots").err,
                 HasSubstr("Count: \"lots\": not a whole number"));
     EXPECT_THAT(Zedsh("call 'Network core' Show Colour=red").err, HasSubstr("is not ARGUMENT=VALUE"));
-    EXPECT_THAT(Zedsh("call 'Network core' Set Colour=red").err, HasSubstr("is not ATTRIBUTE=VALUE for an attribute of Network"));
+    EXPECT_THAT(Zedsh("call 'Network core' Set Colour=red").err,
+                HasSubstr("is not ATTRIBUTE=VALUE for an attribute of Network"));
     EXPECT_THAT(Zedsh("call '' Show").err, HasSubstr("bad entity \"\": names no class"));
     const ProgramRun load = Zedsh("--dictionary /nonexistent.json classes");
     EXPECT_EQ(load.exitCode, 3);
     EXPECT_THAT(load.err, HasSubstr("/nonexistent.json: cannot read the dictionary file: No such file or directory"));
-    EXPECT_THAT(Zedsh("--dictionary /tmp classes").err, HasSubstr("/tmp: cannot read the dictionary file: Is a directory"));
+    EXPECT_THAT(Zedsh("--dictionary /tmp classes").err,
+                HasSubstr("/tmp: cannot read the dictionary file: Is a directory"));
     EXPECT_THAT(Zedsh("--dictionary /dev/zero classes").err, HasSubstr("a device, not a regular file"));
     // A pasted argument of any length is cut in the message.
     const ProgramRun pasted = Zedsh("call 'Network core' Show Partition=" + std::string(5000, 'x'));
@@ -126,4 +132,4 @@ TEST(Zedsh, BadInputExplainsItself)
     EXPECT_EQ(Zedsh("help").exitCode, 0);
 }
 
-} // namespace
+}  // namespace

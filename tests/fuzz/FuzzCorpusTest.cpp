@@ -28,4 +28,4 @@ TEST(FuzzCorpus, ReplaysEveryKeptInput)
     EXPECT_GT(replayed, 0);
 }
 
-} // namespace
+}  // namespace

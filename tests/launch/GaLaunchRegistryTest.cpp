@@ -83,7 +83,8 @@ TEST(LaunchRegistry, TheProgramGetsTheStandardDescriptorsOnly)
     ASSERT_GE(inheritable, 3);
     const std::string out = dir / "fds.txt";
     // The shell's own descriptors, listed by a child that writes the file.
-    ASSERT_EQ(GaLaunchStartDetached("ls /proc/$$/fd > '" + out + ".part' && mv '" + out + ".part' '" + out + "'", {}), 0);
+    ASSERT_EQ(GaLaunchStartDetached("ls /proc/$$/fd > '" + out + ".part' && mv '" + out + ".part' '" + out + "'", {}),
+              0);
     std::string text;
     WaitFor([&] { return !(text = TempDir::Read(out)).empty(); });
     ::close(inheritable);
@@ -94,4 +95,4 @@ TEST(LaunchRegistry, TheProgramGetsTheStandardDescriptorsOnly)
         EXPECT_TRUE(fd <= 2 || fd >= 10) << fd << " came from the host:\n" << text;
 }
 
-} // namespace
+}  // namespace

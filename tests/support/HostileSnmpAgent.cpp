@@ -206,14 +206,15 @@ int Flood(const char* target, long count, double seconds, const char* community)
         snmp_pdu_add_variable(pdu, ifIndex, OID_LENGTH(ifIndex), ASN_INTEGER, &index, sizeof index);
         if (!snmp_sess_send(session, pdu))
             snmp_free_pdu(pdu);
-        std::this_thread::sleep_until(start + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
-                                                  std::chrono::duration<double>(seconds * double(i + 1) / double(count))));
+        std::this_thread::sleep_until(start
+                                      + std::chrono::duration_cast<std::chrono::steady_clock::duration>(
+                                          std::chrono::duration<double>(seconds * double(i + 1) / double(count))));
     }
     snmp_sess_close(session);
     return 0;
 }
 
-} // namespace
+}  // namespace
 
 int main(int argc, char** argv)
 {
@@ -228,7 +229,7 @@ int main(int argc, char** argv)
         return Flood(argv[2], std::atol(argv[3]), std::atof(argv[4]), argv[5]);
     const std::pair<const char*, Mode> modes[] = {{"reorder", Mode::Reorder}, {"omit", Mode::Omit},
                                                   {"foreign", Mode::Foreign}, {"huge", Mode::Huge},
-                                                  {"creep", Mode::Creep}, {"badindex", Mode::BadIndex}};
+                                                  {"creep", Mode::Creep},     {"badindex", Mode::BadIndex}};
     bool known = false;
     for (const auto& [name, m] : modes)
         if (mode == name) {

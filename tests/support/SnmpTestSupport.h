@@ -27,13 +27,13 @@
 inline std::string SnmpFile(const char* name) { return std::string(KEL_SOURCE_DIR) + "/data/snmp/" + name; }
 
 // Without snmpd the tests say so; in CI they must run.
-#define REQUIRE_SNMPD()                                                            \
-    do {                                                                           \
-        if (TSnmpLocalAgent::Program().empty()) {                                  \
-            if (std::getenv("CI"))                                                 \
-                FAIL() << "snmpd is not installed (scripts/setup.sh installs it)"; \
-            GTEST_SKIP() << "snmpd is not installed";                              \
-        }                                                                          \
+#define REQUIRE_SNMPD()                                                                                                \
+    do {                                                                                                               \
+        if (TSnmpLocalAgent::Program().empty()) {                                                                      \
+            if (std::getenv("CI"))                                                                                     \
+                FAIL() << "snmpd is not installed (scripts/setup.sh installs it)";                                     \
+            GTEST_SKIP() << "snmpd is not installed";                                                                  \
+        }                                                                                                              \
     } while (0)
 
 // A program run beside the test's own event loop (snmpinform waits for its

@@ -12,7 +12,10 @@ using ::testing::HasSubstr;
 namespace {
 
 std::vector<std::string> g_seen;
-void Record(const char*, int line, const std::string& message) { g_seen.push_back(std::to_string(line) + " " + message); }
+void Record(const char*, int line, const std::string& message)
+{
+    g_seen.push_back(std::to_string(line) + " " + message);
+}
 
 TEST(ZedAssert, TheDefaultThrowsAnInstalledHandlerDecidesAndTheOldOneComesBack)
 {
@@ -55,4 +58,4 @@ TEST(ZedAssert, TheDefaultThrowsAnInstalledHandlerDecidesAndTheOldOneComesBack)
     provider.SetMask(0);
 }
 
-} // namespace
+}  // namespace

@@ -40,4 +40,4 @@ TEST(ZedFile, ARegularFileIsReadWholeAndAnythingElseIsRefusedAtOnce)
     EXPECT_THROW(ZedReadFile(fifo, "dictionary"), TException);
 }
 
-} // namespace
+}  // namespace

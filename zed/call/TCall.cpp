@@ -71,8 +71,9 @@ unsigned int TSyncCall::Execute()
 {
     TCallLoop& loop = ZEDGetCallLoop();
     std::vector<TCallResult> results;
-    const TCallTicket ticket = loop.Submit(GetEntity(), GetDirective(), GetRequest(),
-                                           [&results](std::vector<TCallResult> answered) { results = std::move(answered); });
+    const TCallTicket ticket =
+        loop.Submit(GetEntity(), GetDirective(), GetRequest(),
+                    [&results](std::vector<TCallResult> answered) { results = std::move(answered); });
     if (!ticket)
         throw TException("no management module answers for " + GetEntity().ToString());
     loop.RunUntilDone(ticket);

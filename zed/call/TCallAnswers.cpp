@@ -51,4 +51,4 @@ TCallResult Response(const TEntitySpec& entity, const TDictDirective& directive,
                   ZED_STATUS_RESPONSE);
 }
 
-} // namespace ZedAnswer
+}  // namespace ZedAnswer

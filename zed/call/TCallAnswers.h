@@ -45,4 +45,4 @@ ZED_EXPORT TCallResult Response(const TEntitySpec& entity, const TDictDirective&
 /// A reply of that definition with its values.
 ZED_EXPORT TReply Reply(const TDictReply& definition, unsigned int replyType, ZedNamedValues values);
 
-} // namespace ZedAnswer
+}  // namespace ZedAnswer

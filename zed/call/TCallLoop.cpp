@@ -24,7 +24,7 @@ std::string Seconds(std::chrono::milliseconds timeout)
     return count % 1000 == 0 ? std::to_string(count / 1000) + " s" : std::to_string(count) + " ms";
 }
 
-} // namespace
+}  // namespace
 
 struct TCallLoop::Impl {
     struct Pending {
@@ -63,10 +63,7 @@ struct TCallLoop::Impl {
     }
 };
 
-TCallLoop::TCallLoop() : m_pImpl(std::make_unique<Impl>())
-{
-    m_pImpl->wake = ::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC);
-}
+TCallLoop::TCallLoop() : m_pImpl(std::make_unique<Impl>()) { m_pImpl->wake = ::eventfd(0, EFD_NONBLOCK | EFD_CLOEXEC); }
 
 TCallLoop::~TCallLoop()
 {
@@ -74,8 +71,8 @@ TCallLoop::~TCallLoop()
         ::close(m_pImpl->wake);
 }
 
-TCallTicket TCallLoop::Submit(const TEntitySpec& entity, unsigned int directive, const TRequest& request, Completion done,
-                              std::chrono::milliseconds timeout)
+TCallTicket TCallLoop::Submit(const TEntitySpec& entity, unsigned int directive, const TRequest& request,
+                              Completion done, std::chrono::milliseconds timeout)
 {
     TApplication* app = ZEDGetApplication();
     std::shared_ptr<TManagementModule> module = app->FindModule(entity);
@@ -141,13 +138,15 @@ void TCallLoop::ProcessReady()
             late.push_back(ticket);
     for (TCallTicket ticket : late) {
         Impl::Pending& call = m_pImpl->pending.at(ticket);
-        if (std::any_of(m_pImpl->ready.begin(), m_pImpl->ready.end(), [ticket](const auto& e) { return e.first == ticket; }))
+        if (std::any_of(m_pImpl->ready.begin(), m_pImpl->ready.end(),
+                        [ticket](const auto& e) { return e.first == ticket; }))
             continue;  // answered just in time
         if (call.module)
             call.module->Cancel(ticket);
-        m_pImpl->ready.emplace_back(ticket, std::vector<TCallResult>{ZedAnswer::Common(
-                                                call.entity, ZED_COMMON_NO_ANSWER,
-                                                "no answer from " + call.entity.ToString() + " within " + Seconds(call.timeout))});
+        m_pImpl->ready.emplace_back(
+            ticket, std::vector<TCallResult>{ZedAnswer::Common(call.entity, ZED_COMMON_NO_ANSWER,
+                                                               "no answer from " + call.entity.ToString() + " within "
+                                                                   + Seconds(call.timeout))});
     }
     // Completions may start calls of their own: they wait for the next turn.
     auto due = std::exchange(m_pImpl->ready, {});

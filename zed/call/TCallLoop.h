@@ -82,8 +82,7 @@ public:
     ~TAsyncCall() override;
 
     /// False (done never runs) when no module takes the entity.
-    bool Start(std::function<void(TAsyncCall&)> done,
-               std::chrono::milliseconds timeout = TCallLoop::kDefaultTimeout);
+    bool Start(std::function<void(TAsyncCall&)> done, std::chrono::milliseconds timeout = TCallLoop::kDefaultTimeout);
     void Cancel();
     bool IsPending() const;
 

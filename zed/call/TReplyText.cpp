@@ -15,25 +15,27 @@ namespace {
 // and with units, as an operator reads them. What a value holds of control
 // characters is escaped: a value from a device cannot forge a line of its
 // own or move a terminal's cursor.
-void WriteValue(std::ostream& out, const std::string& label, const TValue& value, const TDictClass* cls, const std::string& units,
-                const std::string& indent)
+void WriteValue(std::ostream& out, const std::string& label, const TValue& value, const TDictClass* cls,
+                const std::string& units, const std::string& indent)
 {
     if (value.GetDatatype() == ZED_DT_ATTRIBUTELIST && value.IsPresent() && !value.HasReason()) {
         const auto& list = static_cast<const TAttributeList&>(value);
         out << indent << label << ":\n";
         for (std::size_t i = 0; i < list.Size(); ++i) {
             const TAttribute& attribute = list.At(i);
-            const TDictAttribute* definition = cls ? cls->FindAttribute(attribute.GetAttributeID().GetValue()) : nullptr;
+            const TDictAttribute* definition =
+                cls ? cls->FindAttribute(attribute.GetAttributeID().GetValue()) : nullptr;
             WriteValue(out, definition ? definition->GetPresentationName() : attribute.GetAttributeID().ToString(),
                        attribute.GetValue(), cls, definition ? definition->GetUnits() : "", indent + "  ");
         }
         return;
     }
     out << indent << label << " = " << ZedEscapeControls(value.ToString())
-              << (units.empty() || value.HasReason() ? "" : " " + units) << "\n";
+        << (units.empty() || value.HasReason() ? "" : " " + units) << "\n";
 }
 
-void WriteReplyValues(std::ostream& out, const TReply& reply, const std::vector<TDictArgument>* arguments, const TDictClass* cls)
+void WriteReplyValues(std::ostream& out, const TReply& reply, const std::vector<TDictArgument>* arguments,
+                      const TDictClass* cls)
 {
     for (std::size_t i = 0; i < reply.Size(); ++i) {
         const TValue& value = reply.At(i);
@@ -46,7 +48,7 @@ void WriteReplyValues(std::ostream& out, const TReply& reply, const std::vector<
     }
 }
 
-} // namespace
+}  // namespace
 
 void ZEDWriteReply(std::ostream& out, const TDictionary& dictionary, const TCall& call, unsigned int directiveId)
 {
@@ -63,13 +65,13 @@ void ZEDWriteReply(std::ostream& out, const TDictionary& dictionary, const TCall
         kind = "common exception";
     } else {
         const bool exception = reply.GetReplyType() != ZED_REPLY_RESPONSE;
-        definition = directive ? directive->FindReply(exception ? ZED_DICT_EXCEPTION : ZED_DICT_RESPONSE,
-                                                      reply.GetReplyCode())
-                               : nullptr;
+        definition =
+            directive ? directive->FindReply(exception ? ZED_DICT_EXCEPTION : ZED_DICT_RESPONSE, reply.GetReplyCode())
+                      : nullptr;
         kind = exception ? "exception" : "response";
     }
-    out << "  " << kind << " " << (definition ? definition->GetName() : "?") << " (" << reply.GetReplyCode()
-              << ")" << (definition ? ": " + definition->GetReplyText() : "") << "\n";
+    out << "  " << kind << " " << (definition ? definition->GetName() : "?") << " (" << reply.GetReplyCode() << ")"
+        << (definition ? ": " + definition->GetReplyText() : "") << "\n";
     WriteReplyValues(out, reply, definition ? &definition->GetArguments() : nullptr, cls);
 }
 
@@ -99,7 +101,7 @@ void ZEDWriteEvents(std::ostream& out, const TDictionary& dictionary, const TCal
         const auto& report = static_cast<const TEventReport&>(result.reply.At(i));
         const TDictEvent* event = cls ? cls->FindEvent(report.GetEventID()) : nullptr;
         out << "event " << (event ? event->GetName() : std::to_string(report.GetEventID())) << " from "
-                  << report.GetEntity().ToString(&dictionary) << "\n";
+            << report.GetEntity().ToString(&dictionary) << "\n";
         for (std::size_t a = 0; a < report.GetArguments().Size(); ++a) {
             const TValue& value = report.GetArguments().At(a);
             const TDictArgument* argument = nullptr;
@@ -111,4 +113,3 @@ void ZEDWriteEvents(std::ostream& out, const TDictionary& dictionary, const TCal
         }
     }
 }
-

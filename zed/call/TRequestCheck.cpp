@@ -62,12 +62,14 @@ std::optional<Fault> FaultOf(const TDictClass& cls, const TDictDirective& direct
             return Fault{std::to_string(value.GetID()), attributes ? "not an attribute of " + cls.GetName()
                                                                    : "not an argument of " + directive.GetName()};
         const TDictType* made = value.GetDictType();
-        if (value.GetDatatype() != definition->GetDatatype() || (made && made->GetID() != definition->GetType().GetID()))
+        if (value.GetDatatype() != definition->GetDatatype()
+            || (made && made->GetID() != definition->GetType().GetID()))
             return Fault{definition->GetName(), "expected a value of type " + definition->GetType().GetName()};
         if (attributes && !value.IsPresent() && !value.IsDefault())
             return Fault{definition->GetName(), "no value given"};
         if (DepthOf(value, ZED_MAX_VALUE_DEPTH) > ZED_MAX_VALUE_DEPTH)
-            return Fault{definition->GetName(), "nested deeper than " + std::to_string(ZED_MAX_VALUE_DEPTH) + " levels"};
+            return Fault{definition->GetName(),
+                         "nested deeper than " + std::to_string(ZED_MAX_VALUE_DEPTH) + " levels"};
     }
     for (const TDictArgument& argument : directive.GetRequestArguments()) {
         const TValue* value = request.Find(argument.GetID());
@@ -77,10 +79,10 @@ std::optional<Fault> FaultOf(const TDictClass& cls, const TDictDirective& direct
     return std::nullopt;
 }
 
-} // namespace
+}  // namespace
 
-std::optional<TCallResult> ZEDCheckRequest(const TEntitySpec& entity, const TDictClass& cls, const TDictDirective& directive,
-                                           const TRequest& request)
+std::optional<TCallResult> ZEDCheckRequest(const TEntitySpec& entity, const TDictClass& cls,
+                                           const TDictDirective& directive, const TRequest& request)
 {
     if (const std::optional<Fault> fault = FaultOf(cls, directive, request)) {
         ZedNamedValues values;
@@ -93,7 +95,8 @@ std::optional<TCallResult> ZEDCheckRequest(const TEntitySpec& entity, const TDic
             const TDictAttribute* attribute = cls.FindAttribute(request.At(i).GetID());
             if (attribute && attribute->GetAccess() == ZED_ACCESS_READ_ONLY) {
                 ZedNamedValues values;
-                values.emplace_back("Attribute", std::make_unique<TAttributeID>(attribute->GetID(), attribute->GetName()));
+                values.emplace_back("Attribute",
+                                    std::make_unique<TAttributeID>(attribute->GetID(), attribute->GetName()));
                 return ZedAnswer::Exception(entity, directive, "NotWritable", std::move(values));
             }
         }

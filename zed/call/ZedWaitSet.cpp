@@ -13,8 +13,9 @@ std::set<int> ZedWait(const ZedWaitSet& set, std::optional<std::chrono::millisec
         polled.push_back(pollfd{descriptor, POLLIN, 0});
     std::optional<std::chrono::milliseconds> wait = most;
     if (set.deadline) {
-        const auto left = std::max(std::chrono::milliseconds(0), std::chrono::ceil<std::chrono::milliseconds>(
-                                                                     *set.deadline - ZedWaitSet::Clock::now()));
+        const auto left =
+            std::max(std::chrono::milliseconds(0),
+                     std::chrono::ceil<std::chrono::milliseconds>(*set.deadline - ZedWaitSet::Clock::now()));
         wait = wait ? std::min(*wait, left) : left;
     }
     std::set<int> readable;

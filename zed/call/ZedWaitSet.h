@@ -29,8 +29,7 @@ struct ZED_EXPORT ZedWaitSet {
 /// deadline has come, or at most `most` has passed (none: no limit but the
 /// set's); the descriptors that are readable. For callers without an event
 /// loop of their own: a host's loop watches the set itself.
-ZED_EXPORT std::set<int> ZedWait(const ZedWaitSet& set,
-                                 std::optional<std::chrono::milliseconds> most = std::nullopt);
+ZED_EXPORT std::set<int> ZedWait(const ZedWaitSet& set, std::optional<std::chrono::milliseconds> most = std::nullopt);
 
 /// A call in flight; 0 is none.
 using TCallTicket = std::uint64_t;

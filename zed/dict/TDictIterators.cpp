@@ -16,7 +16,7 @@ const TDictClass& ClassOf(const TDictionaryPtr& dictionary, const TEntityClass& 
     return *cls;
 }
 
-} // namespace
+}  // namespace
 
 TDictArgumentIterator::TDictArgumentIterator(const TEntityClass& entityClass, unsigned int directiveOrEvent,
                                              ZED_T_DICT_OBJECT_TYPE selector, unsigned int replyCode)

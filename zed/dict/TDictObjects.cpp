@@ -14,7 +14,7 @@ auto FindIn(const Container& items, Match match) -> decltype(&*items.begin())
     return found == items.end() ? nullptr : &*found;
 }
 
-} // namespace
+}  // namespace
 
 TDictValue::~TDictValue() = default;
 

@@ -26,7 +26,7 @@ constexpr std::array<std::pair<const char*, ZedSnmpSyntax>, 16> kSyntaxes = {{
     {"MacAddress", ZedSnmpSyntax::HexOctets},
 }};
 
-} // namespace
+}  // namespace
 
 std::string ZedOidText(const ZedOid& oid)
 {

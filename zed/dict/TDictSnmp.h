@@ -24,8 +24,8 @@ ZED_EXPORT std::optional<ZedOid> ZedParseOid(const std::string& text);
 
 /// The SMI syntaxes a binding knows, as they travel.
 enum class ZedSnmpSyntax {
-    Integer,        // INTEGER, Integer32 (enumerations by number)
-    Unsigned,       // Unsigned32, Gauge32
+    Integer,   // INTEGER, Integer32 (enumerations by number)
+    Unsigned,  // Unsigned32, Gauge32
     Counter32,
     Counter64,
     TimeTicks,
@@ -35,7 +35,7 @@ enum class ZedSnmpSyntax {
     ObjectId,
     IpAddress,
     Bits,
-    RowStatus,      // INTEGER: active(1) ... destroy(6)
+    RowStatus,  // INTEGER: active(1) ... destroy(6)
 };
 
 /// The syntax of its name ("Counter32", "OCTET STRING", ...), or none.

@@ -7,7 +7,6 @@
 #include "zed/dict/TDictionaryLoader.h"
 #include "zed/value/TEntitySpec.h"
 
-
 TDictionary::TDictionary() = default;
 TDictionary::~TDictionary() = default;
 

@@ -21,14 +21,30 @@ struct Builtin {
 };
 
 constexpr Builtin kBuiltins[] = {
-    {"Boolean", ZED_DT_BOOLEAN},         {"Latin1String", ZED_DT_LATIN1STRING}, {"SimpleName", ZED_DT_SIMPLENAME},
-    {"FullName", ZED_DT_FULLNAME},       {"Reserved14", ZED_DT_RESERVED14},     {"Reserved15", ZED_DT_RESERVED15},
-    {"Reserved16", ZED_DT_RESERVED16},   {"Integer16", ZED_DT_INTEGER16},       {"Integer32", ZED_DT_INTEGER32},
-    {"Unsigned16", ZED_DT_UNSIGNED16},   {"Unsigned32", ZED_DT_UNSIGNED32},     {"Counter16", ZED_DT_COUNTER16},
-    {"Counter32", ZED_DT_COUNTER32},     {"OctetString", ZED_DT_OCTETSTRING},   {"AbsTime", ZED_DT_ABSTIME},
-    {"RelTime", ZED_DT_RELTIME},         {"EntitySpec", ZED_DT_ENTITYSPEC},     {"EntityClass", ZED_DT_ENTITYCLASS},
-    {"Float", ZED_DT_FLOAT},             {"AttributeList", ZED_DT_ATTRIBUTELIST}, {"Real", ZED_DT_REAL},
-    {"EventReport", ZED_DT_EVENTREPORT}, {"Attribute", ZED_DT_ATTRIBUTE},       {"AttributeID", ZED_DT_ATTRIBUTEID},
+    {"Boolean", ZED_DT_BOOLEAN},
+    {"Latin1String", ZED_DT_LATIN1STRING},
+    {"SimpleName", ZED_DT_SIMPLENAME},
+    {"FullName", ZED_DT_FULLNAME},
+    {"Reserved14", ZED_DT_RESERVED14},
+    {"Reserved15", ZED_DT_RESERVED15},
+    {"Reserved16", ZED_DT_RESERVED16},
+    {"Integer16", ZED_DT_INTEGER16},
+    {"Integer32", ZED_DT_INTEGER32},
+    {"Unsigned16", ZED_DT_UNSIGNED16},
+    {"Unsigned32", ZED_DT_UNSIGNED32},
+    {"Counter16", ZED_DT_COUNTER16},
+    {"Counter32", ZED_DT_COUNTER32},
+    {"OctetString", ZED_DT_OCTETSTRING},
+    {"AbsTime", ZED_DT_ABSTIME},
+    {"RelTime", ZED_DT_RELTIME},
+    {"EntitySpec", ZED_DT_ENTITYSPEC},
+    {"EntityClass", ZED_DT_ENTITYCLASS},
+    {"Float", ZED_DT_FLOAT},
+    {"AttributeList", ZED_DT_ATTRIBUTELIST},
+    {"Real", ZED_DT_REAL},
+    {"EventReport", ZED_DT_EVENTREPORT},
+    {"Attribute", ZED_DT_ATTRIBUTE},
+    {"AttributeID", ZED_DT_ATTRIBUTEID},
 };
 
 const std::map<std::string, TDictTypePtr>& Builtins()
@@ -66,7 +82,7 @@ private:
     std::set<std::string> m_names;
 };
 
-} // namespace
+}  // namespace
 
 class TDictionaryLoader::Reader {
 public:
@@ -368,7 +384,8 @@ private:
             argument.m_required = node.BoolOr("required", false);
             if (node.Has("snmp")) {
                 const ZedJsonNode snmp = node.Key("snmp").ExpectObject({"oid", "syntax"});
-                argument.m_snmp = TDictSnmpVariable{ReadOid(snmp.Key("oid")), ReadSyntax(snmp.Key("syntax"), argument.GetType())};
+                argument.m_snmp =
+                    TDictSnmpVariable{ReadOid(snmp.Key("oid")), ReadSyntax(snmp.Key("syntax"), argument.GetType())};
             }
             arguments.push_back(std::move(argument));
         });
@@ -377,8 +394,8 @@ private:
 
     TDictAttribute ReadAttribute(const ZedJsonNode& node, UniqueCheck& unique)
     {
-        node.ExpectObject({"id", "name", "presentation", "type", "partition", "access", "units", "displayed",
-                           "default", "serverDefault", "length", "sqlColumnSize", "snmp"});
+        node.ExpectObject({"id", "name", "presentation", "type", "partition", "access", "units", "displayed", "default",
+                           "serverDefault", "length", "sqlColumnSize", "snmp"});
         TDictAttribute attribute;
         ReadValueCommon(node, attribute, unique);
         const std::string partition = node.Key("partition").String();
@@ -444,7 +461,8 @@ private:
             return std::find(kinds.begin(), kinds.end(), dt) != kinds.end();
         };
         switch (syntax) {
-        case ZedSnmpSyntax::Integer: return among({ZED_DT_ENUMERATION, ZED_DT_INTEGER16, ZED_DT_INTEGER32, ZED_DT_UNSIGNED16});
+        case ZedSnmpSyntax::Integer:
+            return among({ZED_DT_ENUMERATION, ZED_DT_INTEGER16, ZED_DT_INTEGER32, ZED_DT_UNSIGNED16});
         case ZedSnmpSyntax::Unsigned: return among({ZED_DT_UNSIGNED16, ZED_DT_UNSIGNED32, ZED_DT_INTEGER32});
         case ZedSnmpSyntax::Counter32: return among({ZED_DT_COUNTER32, ZED_DT_UNSIGNED32});
         case ZedSnmpSyntax::TimeTicks: return among({ZED_DT_RELTIME, ZED_DT_UNSIGNED32});
@@ -507,7 +525,8 @@ private:
                 snmp.rowStatus = status.GetID();
             }
         }
-        if (snmp.kind != TDictSnmpClass::Kind::Table && (node.Has("index") || node.Has("implied") || node.Has("rowStatus")))
+        if (snmp.kind != TDictSnmpClass::Kind::Table
+            && (node.Has("index") || node.Has("implied") || node.Has("rowStatus")))
             node.Fail("only a table has an index and a RowStatus");
         return snmp;
     }

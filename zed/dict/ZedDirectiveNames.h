@@ -18,4 +18,4 @@ inline constexpr const char* kDelete = "Delete";
 /// Show's argument that picks the partition of attributes asked for.
 inline constexpr const char* kPartition = "Partition";
 
-} // namespace ZedDirective
+}  // namespace ZedDirective

@@ -59,7 +59,8 @@ public:
                 continue;
             }
             const Link& link = *links[count - 1 - i];
-            path += link.key.empty() && i != 0 ? "[" + std::to_string(link.index) + "]" : (i == 0 ? "" : ".") + link.key;
+            path +=
+                link.key.empty() && i != 0 ? "[" + std::to_string(link.index) + "]" : (i == 0 ? "" : ".") + link.key;
         }
         return path;
     }
@@ -131,9 +132,9 @@ public:
     {
         if (!m_value.is_number_integer())
             Fail("expected a whole number");
-        if (m_value.is_number_unsigned() ? m_value.get<std::uint64_t>() > 0x7FFFFFFFull
-                                         : (m_value.get<std::int64_t>() < INT32_MIN
-                                            || m_value.get<std::int64_t>() > INT32_MAX))
+        if (m_value.is_number_unsigned()
+                ? m_value.get<std::uint64_t>() > 0x7FFFFFFFull
+                : (m_value.get<std::int64_t>() < INT32_MIN || m_value.get<std::int64_t>() > INT32_MAX))
             Fail("number out of the 32-bit range");
         return static_cast<std::int32_t>(m_value.get<std::int64_t>());
     }

@@ -6,7 +6,6 @@
 #include "zed/dict/ZedJsonReader.h"
 #include "zed/value/ZedValueJson.h"
 
-
 namespace {
 constexpr const char* kFormat = "zed-instances 1";
 
@@ -18,7 +17,7 @@ std::size_t CountBelow(const TSimInstanceStore::Instance& node)
             n += 1 + CountBelow(*child);
     return n;
 }
-} // namespace
+}  // namespace
 
 TSimInstanceStore::TSimInstanceStore(TDictionaryPtr dictionary) : m_dictionary(std::move(dictionary))
 {
@@ -28,10 +27,7 @@ TSimInstanceStore::TSimInstanceStore(TDictionaryPtr dictionary) : m_dictionary(s
 
 TSimInstanceStore::~TSimInstanceStore() = default;
 
-void TSimInstanceStore::Load(const std::string& path)
-{
-    Parse(ZedReadFile(path, "instance file"), path);
-}
+void TSimInstanceStore::Load(const std::string& path) { Parse(ZedReadFile(path, "instance file"), path); }
 
 void TSimInstanceStore::Parse(std::string_view json, const std::string& source)
 {

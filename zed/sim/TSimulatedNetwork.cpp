@@ -104,8 +104,8 @@ struct TSimulatedNetwork::Impl {
             if (!given.IsDefault())
                 instance.attributes.Put(given.Clone());
             else if (attribute.DefaultAllowed() == ZED_DEFAULT_DICTIONARY)
-                instance.attributes.Put(ZEDParseValue(attribute.GetType(), attribute.GetDefaultValue(), attribute.GetID(),
-                                                      {dictionary.get(), &cls}));
+                instance.attributes.Put(ZEDParseValue(attribute.GetType(), attribute.GetDefaultValue(),
+                                                      attribute.GetID(), {dictionary.get(), &cls}));
             else
                 instance.attributes.Remove(attribute.GetID());
             auto done = std::make_unique<TAttribute>(TAttributeID(attribute.GetID(), attribute.GetName()));
@@ -198,7 +198,8 @@ struct TSimulatedNetwork::Impl {
                      const TDictClass& cls) const
     {
         int outcome = 1;
-        if (TValuePtr chosen = Argument(directive, request, "Outcome", cls); chosen && chosen->GetDatatype() == ZED_DT_ENUMERATION)
+        if (TValuePtr chosen = Argument(directive, request, "Outcome", cls);
+            chosen && chosen->GetDatatype() == ZED_DT_ENUMERATION)
             outcome = static_cast<const TEnumeration&>(*chosen).GetCode();
         const TDictReply* definition = directive.FindReply(ZED_DICT_RESPONSE, static_cast<unsigned int>(outcome));
         if (!definition)
@@ -214,7 +215,8 @@ struct TSimulatedNetwork::Impl {
                 values.emplace_back(argument.GetName(), std::move(value));
             }
         }
-        return Result(entity, ZedAnswer::Reply(*definition, ZED_REPLY_RESPONSE, std::move(values)), ZED_STATUS_RESPONSE);
+        return Result(entity, ZedAnswer::Reply(*definition, ZED_REPLY_RESPONSE, std::move(values)),
+                      ZED_STATUS_RESPONSE);
     }
 
     // ---- events ------------------------------------------------------------
@@ -237,7 +239,8 @@ struct TSimulatedNetwork::Impl {
     // An AdminState that was set moves the operational state with it: Locked
     // takes the link down (with a reason), anything else brings it up (the
     // report then has no reason).
-    void ReportLinkState(const TEntitySpec& entity, TSimInstanceStore::Instance& instance, const TAttributeList& changed)
+    void ReportLinkState(const TEntitySpec& entity, TSimInstanceStore::Instance& instance,
+                         const TAttributeList& changed)
     {
         const TDictClass& cls = *instance.cls;
         const TDictAttribute* admin = cls.FindAttribute(std::string("AdminState"));
@@ -246,7 +249,8 @@ struct TSimulatedNetwork::Impl {
         if (!admin || !state || !event || !changed.FindAttribute(admin->GetID()))
             return;
         const bool locked = changed[admin->GetID()].ToString() == "Locked";
-        TValuePtr now = ZEDParseValue(state->GetType(), locked ? "Down" : "Up", state->GetID(), {dictionary.get(), &cls});
+        TValuePtr now =
+            ZEDParseValue(state->GetType(), locked ? "Down" : "Up", state->GetID(), {dictionary.get(), &cls});
         if (!now)
             return;
         instance.attributes.Put(now->Clone());
@@ -323,7 +327,9 @@ struct TSimulatedNetwork::Impl {
     }
 };
 
-TSimulatedNetwork::TSimulatedNetwork(TDictionaryPtr dictionary) : m_pImpl(std::make_unique<Impl>(std::move(dictionary))) {}
+TSimulatedNetwork::TSimulatedNetwork(TDictionaryPtr dictionary) : m_pImpl(std::make_unique<Impl>(std::move(dictionary)))
+{
+}
 
 TSimulatedNetwork::~TSimulatedNetwork() = default;
 

@@ -38,9 +38,9 @@ class TSimInstanceStore;
 /// has it. docs/simulated-network.md has the details.
 class ZED_EXPORT TSimulatedNetwork : public TManagementModule {
 public:
-    static constexpr unsigned int kNoSuchEntity = 1;          // ZED_COMMON_NO_SUCH_ENTITY
-    static constexpr unsigned int kDirectiveNotSupported = 2; // ZED_COMMON_DIRECTIVE_NOT_SUPPORTED
-    static constexpr unsigned int kInvalidRequest = 3;        // ZED_COMMON_INVALID_REQUEST
+    static constexpr unsigned int kNoSuchEntity = 1;           // ZED_COMMON_NO_SUCH_ENTITY
+    static constexpr unsigned int kDirectiveNotSupported = 2;  // ZED_COMMON_DIRECTIVE_NOT_SUPPORTED
+    static constexpr unsigned int kInvalidRequest = 3;         // ZED_COMMON_INVALID_REQUEST
 
     explicit TSimulatedNetwork(TDictionaryPtr dictionary);
     ~TSimulatedNetwork() override;

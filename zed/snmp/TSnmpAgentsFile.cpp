@@ -177,9 +177,10 @@ private:
         else if (lower == "level")
             a.level = Level(value);
         else
-            Fail("unknown key " + key + ": expected Address, Version, Community, WriteCommunity, TrapCommunity, "
-                                        "Timeout, Retries, WalkRows, WalkBytes, WalkTime, User, Level, AuthProtocol, "
-                                        "AuthKey, PrivProtocol or PrivKey");
+            Fail("unknown key " + key
+                 + ": expected Address, Version, Community, WriteCommunity, TrapCommunity, "
+                   "Timeout, Retries, WalkRows, WalkBytes, WalkTime, User, Level, AuthProtocol, "
+                   "AuthKey, PrivProtocol or PrivKey");
     }
 
     void Close()
@@ -195,7 +196,7 @@ private:
             if (a.user.empty())
                 missing("User (SNMPv3)");
             if (!m_keys.count("level"))
-                a.level = !a.privKey.empty() ? TSnmpAgent::Level::AuthPriv
+                a.level = !a.privKey.empty()   ? TSnmpAgent::Level::AuthPriv
                           : !a.authKey.empty() ? TSnmpAgent::Level::AuthNoPriv
                                                : TSnmpAgent::Level::NoAuthNoPriv;
             if (a.level != TSnmpAgent::Level::NoAuthNoPriv && a.authKey.empty())
@@ -301,7 +302,7 @@ private:
     TSnmpAgents m_result;
 };
 
-} // namespace
+}  // namespace
 
 const TSnmpAgent* TSnmpAgents::Find(const std::string& name) const
 {
@@ -341,11 +342,11 @@ TSnmpAgents ZedReadAgentsFile(const std::string& path)
     if (info.st_uid != geteuid() && info.st_uid != 0)
         throw TException(path + ": it belongs to another user (uid " + std::to_string(info.st_uid)
                          + "), who may point an agent at a host of their own; copy it to a file of your own");
-    const bool secret = std::any_of(agents.agents.begin(), agents.agents.end(),
-                                    [](const TSnmpAgent& a) { return a.HoldsSecrets(); });
+    const bool secret =
+        std::any_of(agents.agents.begin(), agents.agents.end(), [](const TSnmpAgent& a) { return a.HoldsSecrets(); });
     if (secret && (info.st_mode & (S_IRGRP | S_IROTH)))
-        throw TException(path + ": holds keys or a write community but its group or others may read it (mode "
-                         + mode + "); make it private with: chmod 600 " + path);
+        throw TException(path + ": holds keys or a write community but its group or others may read it (mode " + mode
+                         + "); make it private with: chmod 600 " + path);
     for (TSnmpAgent& agent : agents.agents)
         ZedSnmpSealKeys(agent);
     return agents;

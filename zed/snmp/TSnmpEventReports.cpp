@@ -28,7 +28,7 @@ std::unique_ptr<TEventReport> NewReport(const TDictEvent& event, const TEntitySp
     return report;
 }
 
-} // namespace
+}  // namespace
 
 TSnmpEventReports::TSnmpEventReports(TDictionaryPtr dictionary, const TSnmpOidNames& names)
     : m_dictionary(std::move(dictionary)), m_names(names)
@@ -126,7 +126,8 @@ TSnmpEventReports::Made TSnmpEventReports::UnboundReport(const TSnmpNotification
     };
     for (const auto& [name, text] : texts)
         if (const TDictArgument* argument = ZedFindNamed(event->GetArguments(), std::string(name)))
-            if (TValuePtr value = ZEDParseValue(argument->GetType(), text, argument->GetID(), {m_dictionary.get(), cls}))
+            if (TValuePtr value =
+                    ZEDParseValue(argument->GetType(), text, argument->GetID(), {m_dictionary.get(), cls}))
                 made.report->Add(std::move(value));
     return made;
 }

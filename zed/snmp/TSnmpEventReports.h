@@ -38,8 +38,7 @@ private:
     void Add(const TDictClass& cls);
     Made BoundReport(const TSnmpNotification& notification, const TDictClass& cls, const TDictEvent& event) const;
     Made UnboundReport(const TSnmpNotification& notification) const;
-    TEntitySpec EntityOf(const TSnmpNotification& notification, const TDictClass& cls,
-                         const TDictEvent& event) const;
+    TEntitySpec EntityOf(const TSnmpNotification& notification, const TDictClass& cls, const TDictEvent& event) const;
 
     TDictionaryPtr m_dictionary;
     const TSnmpOidNames& m_names;

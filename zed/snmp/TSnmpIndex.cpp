@@ -85,7 +85,7 @@ std::string Dotted(const std::uint32_t* at, std::size_t count)
     return text;
 }
 
-} // namespace
+}  // namespace
 
 TSnmpIndex::TSnmpIndex(std::vector<Part> parts) : m_parts(std::move(parts)) {}
 

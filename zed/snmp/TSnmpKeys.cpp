@@ -35,7 +35,7 @@ std::unique_ptr<TSnmpSecret> MasterKey(const TSnmpAgent& agent, const std::strin
     return key;
 }
 
-} // namespace
+}  // namespace
 
 TSnmpSecret::TSnmpSecret(std::size_t size) : m_size(size)
 {

@@ -72,7 +72,7 @@ void End(int pid)
     waitpid(pid, nullptr, 0);
 }
 
-} // namespace
+}  // namespace
 
 std::string TSnmpLocalAgent::Program()
 {
@@ -136,8 +136,8 @@ bool TSnmpLocalAgent::TryStart(const Options& options)
     for (std::string& a : args)
         argv.push_back(a.data());
     argv.push_back(nullptr);
-    std::vector<std::string> env = {"SNMP_PERSISTENT_DIR=" + (folder / "persistent").string(), "MIBS=",
-                                    "PATH=/usr/bin:/bin"};
+    std::vector<std::string> env = {"SNMP_PERSISTENT_DIR=" + (folder / "persistent").string(),
+                                    "MIBS=", "PATH=/usr/bin:/bin"};
     std::vector<char*> envp;
     for (std::string& e : env)
         envp.push_back(e.data());
@@ -219,12 +219,12 @@ void TSnmpLocalAgent::WriteAgentsFile(const std::string& path, TSnmpAgent::Versi
         text << "[ Agent : " << a.name << " ]\n    Address = " << a.address << "\n    Timeout = " << a.timeout
              << "\n    Retries = " << a.retries << "\n";
         if (version == TSnmpAgent::Version::V3)
-            text << "    Version = 3\n    User = " << a.user << "\n    Level = authPriv\n    AuthProtocol = "
-                 << a.authProtocol << "\n    AuthKey = " << a.authKey << "\n    PrivProtocol = " << a.privProtocol
-                 << "\n    PrivKey = " << a.privKey << "\n";
+            text << "    Version = 3\n    User = " << a.user
+                 << "\n    Level = authPriv\n    AuthProtocol = " << a.authProtocol << "\n    AuthKey = " << a.authKey
+                 << "\n    PrivProtocol = " << a.privProtocol << "\n    PrivKey = " << a.privKey << "\n";
         else
-            text << "    Version = 2c\n    Community = " << a.community << "\n    WriteCommunity = "
-                 << a.writeCommunity << "\n";
+            text << "    Version = 2c\n    Community = " << a.community << "\n    WriteCommunity = " << a.writeCommunity
+                 << "\n";
         text << "[ End Agent : " << a.name << " ]\n\n";
     }
     // Private from the first byte: it holds keys.

@@ -47,7 +47,7 @@ TSnmpDatum NoSuchInstance()
     return datum;
 }
 
-} // namespace
+}  // namespace
 
 struct TSnmpModule::Impl {
     TDictionaryPtr dictionary;
@@ -77,10 +77,10 @@ struct TSnmpModule::Impl {
     // What one agent is asked, and how its answer is read.
     struct Target {
         TSnmpSession* session;
-        TEntitySpec entity;         // the agent's (or row's) specification
-        const TDictClass* cls;      // the class asked about
+        TEntitySpec entity;     // the agent's (or row's) specification
+        const TDictClass* cls;  // the class asked about
         const TDictDirective* directive;
-        std::string instance;       // a row's name (tables)
+        std::string instance;  // a row's name (tables)
     };
 
     Impl(TDictionaryPtr d, TSnmpAgents a)
@@ -147,8 +147,8 @@ struct TSnmpModule::Impl {
             return missing;
         }
         std::string why;
-        TValuePtr value = ZedSnmpToValue(datum, attribute.GetType(), attribute.GetSnmp()->syntax, attribute.GetID(), &why,
-                                         [this](const ZedOid& oid) { return NameOf(oid); });
+        TValuePtr value = ZedSnmpToValue(datum, attribute.GetType(), attribute.GetSnmp()->syntax, attribute.GetID(),
+                                         &why, [this](const ZedOid& oid) { return NameOf(oid); });
         if (!value) {
             TTraceStream(ZED_TRACE_SNMP | 1) << where << ": " << attribute.GetName() << ": " << why << endl;
             value = ZEDMakeValue(attribute.GetType(), attribute.GetID());
@@ -173,8 +173,8 @@ struct TSnmpModule::Impl {
                 list.Add(TAttribute(id, ValueOf(attribute, *found->second, who)));
                 continue;
             }
-            TTraceStream(ZED_TRACE_SNMP | 1) << who << " did not return " << attribute.GetName() << " ("
-                                             << ZedOidText(sent[i].oid) << ")" << endl;
+            TTraceStream(ZED_TRACE_SNMP | 1)
+                << who << " did not return " << attribute.GetName() << " (" << ZedOidText(sent[i].oid) << ")" << endl;
             TValuePtr missing = ZEDMakeValue(attribute.GetType(), attribute.GetID());
             missing->SetReason(ZED_REASON_NOT_AVAILABLE, "not returned by the agent");
             list.Add(TAttribute(id, std::move(missing)));
@@ -187,7 +187,8 @@ struct TSnmpModule::Impl {
         const auto& index = cls.GetSnmp()->index;
         for (std::size_t i = 0; i < index.size() && i < parts.size(); ++i) {
             const TDictAttribute& attribute = *cls.FindAttribute(index[i]);
-            if (TValuePtr value = ZEDParseValue(attribute.GetType(), parts[i], attribute.GetID(), {dictionary.get(), &cls}))
+            if (TValuePtr value =
+                    ZEDParseValue(attribute.GetType(), parts[i], attribute.GetID(), {dictionary.get(), &cls}))
                 list.Add(TAttribute(TAttributeID(attribute.GetID(), attribute.GetName()), std::move(value)));
         }
     }
@@ -206,10 +207,12 @@ struct TSnmpModule::Impl {
     {
         const std::string who = Who(*target.session);
         switch (answer.outcome) {
-        case TSnmpAnswer::Outcome::Timeout: return ZedAnswer::Common(target.entity, ZED_COMMON_NO_ANSWER, answer.reason);
+        case TSnmpAnswer::Outcome::Timeout:
+            return ZedAnswer::Common(target.entity, ZED_COMMON_NO_ANSWER, answer.reason);
         case TSnmpAnswer::Outcome::Unauthorized:
             return ZedAnswer::Common(target.entity, ZED_COMMON_NOT_AUTHORIZED, who + " refused us: " + answer.reason);
-        case TSnmpAnswer::Outcome::Failed: return ZedAnswer::Common(target.entity, ZED_COMMON_AGENT_ERROR, answer.reason);
+        case TSnmpAnswer::Outcome::Failed:
+            return ZedAnswer::Common(target.entity, ZED_COMMON_AGENT_ERROR, answer.reason);
         case TSnmpAnswer::Outcome::Response: break;
         }
         if (answer.errorStatus == 0)
@@ -217,8 +220,8 @@ struct TSnmpModule::Impl {
         std::string object;
         if (answer.errorIndex >= 1 && static_cast<std::size_t>(answer.errorIndex) <= sent.size()) {
             const std::size_t at = static_cast<std::size_t>(answer.errorIndex) - 1;
-            object = (at < named.size() ? named[at]->GetName() + " " : std::string()) + "(" + ZedOidText(sent[at].oid)
-                     + ")";
+            object =
+                (at < named.size() ? named[at]->GetName() + " " : std::string()) + "(" + ZedOidText(sent[at].oid) + ")";
         }
         const bool refusedWho = answer.errorStatus == 6 || answer.errorStatus == 16;  // noAccess, authorizationError
         return ZedAnswer::Common(target.entity, refusedWho ? ZED_COMMON_NOT_AUTHORIZED : ZED_COMMON_AGENT_ERROR,
@@ -354,16 +357,17 @@ struct TSnmpModule::Impl {
         const TSnmpIndex index = TSnmpIndex::Of(cls);
         const TSnmpAgent& agent = target.session->GetAgent();
         auto walk = std::make_unique<TSnmpWalk>(
-            *target.session, std::move(columns), TSnmpWalk::Bounds{agent.walkRows, agent.walkBytes, agent.walkTime, Budget(call)},
+            *target.session, std::move(columns),
+            TSnmpWalk::Bounds{agent.walkRows, agent.walkBytes, agent.walkTime, Budget(call)},
             [this, ticket, part, target, asked, walked, index, depth](TSnmpWalk::Ending ending, TSnmpWalk::Rows rows) {
                 std::vector<TCallResult> results;
                 std::size_t unreadable = 0;
                 for (auto& [suffix, cells] : rows) {
                     const auto parts = index.Decode(suffix);
                     if (!parts) {
-                        TTraceStream(ZED_TRACE_SNMP | 1) << Who(*target.session) << ": a row of " << target.cls->GetName()
-                                                         << " whose index " << ZedOidText(suffix) << " does not fit"
-                                                         << endl;
+                        TTraceStream(ZED_TRACE_SNMP | 1)
+                            << Who(*target.session) << ": a row of " << target.cls->GetName() << " whose index "
+                            << ZedOidText(suffix) << " does not fit" << endl;
                         ++unreadable;
                         continue;
                     }
@@ -373,9 +377,9 @@ struct TSnmpModule::Impl {
                     AddIndex(*list, *target.cls, *parts);
                     if (!asked.empty())
                         for (std::size_t c = 0; c < walked.size(); ++c)
-                            list->Add(TAttribute(TAttributeID(walked[c]->GetID(), walked[c]->GetName()),
-                                                 ValueOf(*walked[c], cells[c].value_or(NoSuchInstance()),
-                                                         Who(*target.session))));
+                            list->Add(TAttribute(
+                                TAttributeID(walked[c]->GetID(), walked[c]->GetName()),
+                                ValueOf(*walked[c], cells[c].value_or(NoSuchInstance()), Who(*target.session))));
                     results.push_back(Attributes(row, std::move(list)));
                 }
                 if (ending.failure)
@@ -509,7 +513,8 @@ struct TSnmpModule::Impl {
                   name == ZedDirective::kCreate ? kCreateAndGo : kDestroy);
         else if (name == ZedDirective::kCreate || name == ZedDirective::kDelete)
             Now(call, ZedAnswer::Common(agentEntity, ZED_COMMON_DIRECTIVE_NOT_SUPPORTED,
-                                        cls.GetName() + " rows cannot be " + (name == ZedDirective::kCreate ? "created" : "deleted")
+                                        cls.GetName() + " rows cannot be "
+                                            + (name == ZedDirective::kCreate ? "created" : "deleted")
                                             + " over SNMP: the table has no RowStatus column"));
         else
             Now(call, ZedAnswer::Common(agentEntity, ZED_COMMON_DIRECTIVE_NOT_SUPPORTED,
@@ -634,7 +639,8 @@ std::string TSnmpModule::GetReceiverAddress() const
     return m_pImpl->receiver ? m_pImpl->receiver->GetAddress() : std::string();
 }
 
-std::vector<TCallResult> TSnmpModule::Execute(const TEntitySpec& entity, unsigned int directive, const TRequest& request)
+std::vector<TCallResult> TSnmpModule::Execute(const TEntitySpec& entity, unsigned int directive,
+                                              const TRequest& request)
 {
     std::optional<std::vector<TCallResult>> results;
     const TCallTicket ticket = m_pImpl->nextOwnTicket--;

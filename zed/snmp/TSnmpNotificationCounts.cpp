@@ -8,7 +8,7 @@ std::string Counted(std::uint64_t count, const char* one, const char* many)
     return std::to_string(count) + " " + (count == 1 ? one : many);
 }
 
-} // namespace
+}  // namespace
 
 std::uint64_t TSnmpNotificationCounts::Refused() const
 {

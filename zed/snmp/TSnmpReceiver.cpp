@@ -117,8 +117,10 @@ void AddInformUser(const TSnmpAgent& agent)
     const bool authenticates = agent.level != TSnmpAgent::Level::NoAuthNoPriv;
     const bool encrypts = agent.level == TSnmpAgent::Level::AuthPriv;
     std::unique_ptr<TSnmpSecret> auth, priv;
-    if ((authenticates && !(agent.keys && agent.keys->auth && (auth = ZedSnmpLocalize(agent, *agent.keys->auth, engineId))))
-        || (encrypts && !(agent.keys && agent.keys->priv && (priv = ZedSnmpLocalize(agent, *agent.keys->priv, engineId))))) {
+    if ((authenticates
+         && !(agent.keys && agent.keys->auth && (auth = ZedSnmpLocalize(agent, *agent.keys->auth, engineId))))
+        || (encrypts
+            && !(agent.keys && agent.keys->priv && (priv = ZedSnmpLocalize(agent, *agent.keys->priv, engineId))))) {
         TTraceStream(ZED_TRACE_SNMP | 1) << "the keys of user " << agent.user << " could not be made" << endl;
         return;
     }
@@ -133,8 +135,9 @@ void AddInformUser(const TSnmpAgent& agent)
     free(user->privProtocol);
     user->authProtocol = snmp_duplicate_objid(authenticates ? hash : usmNoAuthProtocol, 10);
     user->authProtocolLen = authenticates ? 10 : OID_LENGTH(usmNoAuthProtocol);
-    user->privProtocol = snmp_duplicate_objid(encrypts ? usmAESPrivProtocol : usmNoPrivProtocol,
-                                              encrypts ? OID_LENGTH(usmAESPrivProtocol) : OID_LENGTH(usmNoPrivProtocol));
+    user->privProtocol =
+        snmp_duplicate_objid(encrypts ? usmAESPrivProtocol : usmNoPrivProtocol,
+                             encrypts ? OID_LENGTH(usmAESPrivProtocol) : OID_LENGTH(usmNoPrivProtocol));
     user->privProtocolLen = encrypts ? OID_LENGTH(usmAESPrivProtocol) : OID_LENGTH(usmNoPrivProtocol);
     if (auth) {
         user->authKey = static_cast<u_char*>(netsnmp_memdup(auth->Data(), auth->Size()));
@@ -149,7 +152,7 @@ void AddInformUser(const TSnmpAgent& agent)
     usm_add_user(user);
 }
 
-} // namespace
+}  // namespace
 
 struct TSnmpReceiver::Impl {
     // An agent of the agents file and the numeric addresses of its host.
@@ -164,7 +167,7 @@ struct TSnmpReceiver::Impl {
     std::vector<Known> known;
     std::vector<TSnmpNotification> arrived;
     TSnmpNotificationCounts counts;
-    TTraceRate traced;  // a flood of refusals is counted whole, traced in part
+    TTraceRate traced;            // a flood of refusals is counted whole, traced in part
     std::uint64_t delivered = 0;  // PDUs net-snmp handed us, to tell what it kept
     std::uint64_t dropsAtStart = 0;
 
@@ -187,12 +190,12 @@ struct TSnmpReceiver::Impl {
         std::uint64_t held = 0;
         const bool write = traced.Allow(reason, &held);
         if (held)
-            TTraceStream(ZED_TRACE_SNMP | 1) << held << " more notifications refused in a second, not traced: "
-                                             << reason << endl;
+            TTraceStream(ZED_TRACE_SNMP | 1)
+                << held << " more notifications refused in a second, not traced: " << reason << endl;
         if (write)
-            TTraceStream(ZED_TRACE_SNMP | 1) << "notification refused: from " << from << " as \""
-                                             << ZedEscapeControls(as) << "\": " << reason
-                                             << (agent.empty() ? "" : " (agent " + agent + ")") << endl;
+            TTraceStream(ZED_TRACE_SNMP | 1)
+                << "notification refused: from " << from << " as \"" << ZedEscapeControls(as) << "\": " << reason
+                << (agent.empty() ? "" : " (agent " + agent + ")") << endl;
     }
 
     // The agent the notification is from, once its sender and credentials
@@ -286,8 +289,9 @@ struct TSnmpReceiver::Impl {
         char claimed[INET_ADDRSTRLEN] = "";
         if (named && inet_ntop(AF_INET, pdu.agent_addr, claimed, sizeof claimed) && notification.source != claimed) {
             ++counts.agentAddressesIgnored;
-            TTraceStream(ZED_TRACE_SNMP | 1) << "an SNMPv1 trap from " << notification.source << " names the agent address "
-                                             << claimed << ": taken as agent " << notification.agent << "'s" << endl;
+            TTraceStream(ZED_TRACE_SNMP | 1)
+                << "an SNMPv1 trap from " << notification.source << " names the agent address " << claimed
+                << ": taken as agent " << notification.agent << "'s" << endl;
         }
     }
 

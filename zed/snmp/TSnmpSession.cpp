@@ -8,7 +8,6 @@
 #include "zed/trace/TTraceRate.h"
 #include "zed/trace/TTraceStream.h"
 
-
 #include <poll.h>
 
 #include <cmath>
@@ -30,10 +29,25 @@ bool Readable(int socket)
 }
 
 const char* const kErrorStatusNames[] = {
-    "noError",       "tooBig",          "noSuchName",      "badValue",           "readOnly",
-    "genErr",        "noAccess",        "wrongType",       "wrongLength",        "wrongEncoding",
-    "wrongValue",    "noCreation",      "inconsistentValue", "resourceUnavailable", "commitFailed",
-    "undoFailed",    "authorizationError", "notWritable",  "inconsistentName",
+    "noError",
+    "tooBig",
+    "noSuchName",
+    "badValue",
+    "readOnly",
+    "genErr",
+    "noAccess",
+    "wrongType",
+    "wrongLength",
+    "wrongEncoding",
+    "wrongValue",
+    "noCreation",
+    "inconsistentValue",
+    "resourceUnavailable",
+    "commitFailed",
+    "undoFailed",
+    "authorizationError",
+    "notWritable",
+    "inconsistentName",
 };
 
 // The counters an SNMPv3 agent reports a refusal with (usmStats, RFC 3414).
@@ -80,7 +94,7 @@ void EnsureProbeUser()
     usm_add_user(user);
 }
 
-} // namespace
+}  // namespace
 
 std::string ZedSnmpSecondsText(double seconds)
 {
@@ -123,8 +137,8 @@ struct TSnmpSession::Impl {
     std::uint64_t foreignAnswers = 0;  // datagrams from elsewhere than the agent, refused
     TTraceRate traced;                 // and traced, a few a second
     std::uint64_t nextKey = 1;
-    std::map<std::uint64_t, Done> wanted;       // every request not yet handed on
-    std::map<std::uint64_t, Request> queued;    // waiting for the session to open
+    std::map<std::uint64_t, Done> wanted;     // every request not yet handed on
+    std::map<std::uint64_t, Request> queued;  // waiting for the session to open
     std::vector<std::pair<std::uint64_t, TSnmpAnswer>> ended;
     // An SNMPv1 Get or GetNext being asked again without the objects the
     // agent named noSuchName, as SNMPv2 would have answered them.
@@ -153,8 +167,8 @@ struct TSnmpSession::Impl {
         const int tries = agent.retries + 1;
         // An SNMPv1 or v2c agent says nothing to a wrong community: from
         // here, that looks exactly like an agent that is down.
-        return "no answer from " + Who() + " within " + ZedSnmpSecondsText(agent.timeout) + " s (" + std::to_string(tries)
-               + (tries == 1 ? " try)" : " tries)")
+        return "no answer from " + Who() + " within " + ZedSnmpSecondsText(agent.timeout) + " s ("
+               + std::to_string(tries) + (tries == 1 ? " try)" : " tries)")
                + (IsV3() ? "" : "; a wrong community looks the same: the agent does not answer one");
     }
 
@@ -217,9 +231,10 @@ struct TSnmpSession::Impl {
             OpenSession();
             return;
         }
-        FailQueued(operation == NETSNMP_CALLBACK_OP_TIMED_OUT ? TSnmpAnswer::Outcome::Timeout : TSnmpAnswer::Outcome::Failed,
-                   operation == NETSNMP_CALLBACK_OP_TIMED_OUT ? TimeoutReason()
-                                                              : "the SNMPv3 engine of " + Who() + " could not be found");
+        FailQueued(
+            operation == NETSNMP_CALLBACK_OP_TIMED_OUT ? TSnmpAnswer::Outcome::Timeout : TSnmpAnswer::Outcome::Failed,
+            operation == NETSNMP_CALLBACK_OP_TIMED_OUT ? TimeoutReason()
+                                                       : "the SNMPv3 engine of " + Who() + " could not be found");
     }
 
     void OpenSession()
@@ -414,8 +429,8 @@ struct TSnmpSession::Impl {
         const auto at = static_cast<std::size_t>(answer.errorIndex);
         if (answer.errorStatus == kNoSuchName && at >= 1 && at <= n.request.varbinds.size()) {
             TSnmpDatum missing;
-            missing.kind = n.request.operation == Operation::Get ? TSnmpDatum::Kind::NoSuchObject
-                                                                 : TSnmpDatum::Kind::EndOfMibView;
+            missing.kind =
+                n.request.operation == Operation::Get ? TSnmpDatum::Kind::NoSuchObject : TSnmpDatum::Kind::EndOfMibView;
             n.answers[n.positions[at - 1]].datum = missing;
             n.request.varbinds.erase(n.request.varbinds.begin() + static_cast<std::ptrdiff_t>(at - 1));
             n.positions.erase(n.positions.begin() + static_cast<std::ptrdiff_t>(at - 1));
@@ -489,8 +504,8 @@ struct TSnmpSession::Impl {
         std::uint64_t held = 0;
         const bool write = traced.Allow("foreign", &held);
         if (held)
-            TTraceStream(ZED_TRACE_SNMP | 1) << Who() << ": " << held
-                                             << " more answers from elsewhere refused in a second, not traced" << endl;
+            TTraceStream(ZED_TRACE_SNMP | 1)
+                << Who() << ": " << held << " more answers from elsewhere refused in a second, not traced" << endl;
         if (write)
             TTraceStream(ZED_TRACE_SNMP | 1) << Who() << ": an answer from " << sender.Text() << " refused: only "
                                              << peer.Text() << " answers for the agent" << endl;

@@ -126,7 +126,7 @@ std::optional<Number> ParseNumber(const std::string& text)
     return number;
 }
 
-} // namespace
+}  // namespace
 
 const char* ZedSnmpDatumKindName(TSnmpDatum::Kind kind)
 {

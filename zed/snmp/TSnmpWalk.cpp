@@ -19,10 +19,11 @@ bool Within(const ZedOid& oid, const ZedOid& prefix)
 std::size_t CellBytes(const TSnmpVarbind& varbind)
 {
     constexpr std::size_t kFixed = sizeof(TSnmpDatum);
-    return kFixed + varbind.datum.octets.size() + (varbind.oid.size() + varbind.datum.oid.size()) * sizeof(std::uint32_t);
+    return kFixed + varbind.datum.octets.size()
+           + (varbind.oid.size() + varbind.datum.oid.size()) * sizeof(std::uint32_t);
 }
 
-} // namespace
+}  // namespace
 
 TSnmpWalk::TSnmpWalk(TSnmpSession& session, std::vector<ZedOid> columns, Bounds bounds, Done done)
     : m_session(session), m_columns(std::move(columns)), m_cursors(m_columns), m_active(m_columns.size(), true),
@@ -90,8 +91,9 @@ void TSnmpWalk::Next()
         return;
     }
     const int repetitions = std::max(1, kVarbindsPerRequest / static_cast<int>(asked.size()));
-    m_request = m_session.Send(TSnmpSession::Operation::GetBulk, std::move(asked),
-                               [this](TSnmpAnswer answer) { Absorb(std::move(answer)); }, repetitions);
+    m_request = m_session.Send(
+        TSnmpSession::Operation::GetBulk, std::move(asked), [this](TSnmpAnswer answer) { Absorb(std::move(answer)); },
+        repetitions);
 }
 
 void TSnmpWalk::Absorb(TSnmpAnswer answer)

@@ -41,7 +41,7 @@ std::optional<ZedSnmpEndpoint> Of(const sockaddr* address)
     return endpoint;
 }
 
-} // namespace
+}  // namespace
 
 bool ZedSnmpEndpoint::Same(const ZedSnmpEndpoint& other, bool port) const
 {
@@ -55,7 +55,8 @@ bool ZedSnmpEndpoint::Same(const ZedSnmpEndpoint& other, bool port) const
     if (address.ss_family == AF_INET6) {
         const auto& a = reinterpret_cast<const sockaddr_in6&>(address);
         const auto& b = reinterpret_cast<const sockaddr_in6&>(other.address);
-        return std::memcmp(&a.sin6_addr, &b.sin6_addr, sizeof a.sin6_addr) == 0 && (!port || a.sin6_port == b.sin6_port);
+        return std::memcmp(&a.sin6_addr, &b.sin6_addr, sizeof a.sin6_addr) == 0
+               && (!port || a.sin6_port == b.sin6_port);
     }
     return false;
 }

@@ -22,7 +22,7 @@ int TraceLog(int, int, void* message, void*)
     return 0;
 }
 
-} // namespace
+}  // namespace
 
 void ZedSnmpInitLibrary()
 {

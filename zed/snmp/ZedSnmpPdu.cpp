@@ -41,10 +41,7 @@ TSnmpDatum ZedSnmpDatumOf(const netsnmp_variable_list& v)
     return datum;
 }
 
-static std::vector<oid> Wire(const ZedOid& name)
-{
-    return std::vector<oid>(name.begin(), name.end());
-}
+static std::vector<oid> Wire(const ZedOid& name) { return std::vector<oid>(name.begin(), name.end()); }
 
 void ZedSnmpAddVarbind(netsnmp_pdu* pdu, const TSnmpVarbind& varbind)
 {
@@ -61,7 +58,9 @@ void ZedSnmpAddVarbind(netsnmp_pdu* pdu, const TSnmpVarbind& varbind)
     case Kind::Counter32:
     case Kind::TimeTicks: {
         const u_long value = static_cast<u_long>(d.number);
-        const u_char type = d.kind == Kind::Unsigned ? ASN_GAUGE : d.kind == Kind::Counter32 ? ASN_COUNTER : ASN_TIMETICKS;
+        const u_char type = d.kind == Kind::Unsigned    ? ASN_GAUGE
+                            : d.kind == Kind::Counter32 ? ASN_COUNTER
+                                                        : ASN_TIMETICKS;
         snmp_pdu_add_variable(pdu, name.data(), name.size(), type, &value, sizeof value);
         return;
     }
@@ -85,4 +84,3 @@ void ZedSnmpAddVarbind(netsnmp_pdu* pdu, const TSnmpVarbind& varbind)
     default: snmp_add_null_var(pdu, name.data(), name.size()); return;
     }
 }
-

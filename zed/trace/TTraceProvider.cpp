@@ -22,7 +22,7 @@ void WriteLineTo(std::FILE* f, std::string_view line)
     std::fflush(f);
 }
 
-} // namespace
+}  // namespace
 
 struct TTraceProvider::Impl {
     std::atomic<unsigned int> mask{0};
@@ -40,7 +40,9 @@ TTraceProvider::TTraceProvider() : m_pImpl(std::make_unique<Impl>())
         if (ParseMask(text, mask))
             m_pImpl->mask = mask;
         else
-            std::fprintf(stderr, "zed: ZED_TRACE_MASK=\"%s\" is not a decimal or 0x-hexadecimal number; trace stays off\n", text);
+            std::fprintf(stderr,
+                         "zed: ZED_TRACE_MASK=\"%s\" is not a decimal or 0x-hexadecimal number; trace stays off\n",
+                         text);
     }
     if (const char* path = std::getenv("ZED_TRACE_FILE"); path && *path) {
         if (!SetTraceFile(path))

@@ -18,17 +18,13 @@ void AppendNumber(std::string& line, Number n)
         line.append(buffer, end);
 }
 
-bool ProviderAllows(unsigned int mask)
-{
-    return ZEDGetApplication()->GetTraceProvider()->Allows(mask);
-}
+bool ProviderAllows(unsigned int mask) { return ZEDGetApplication()->GetTraceProvider()->Allows(mask); }
 
-} // namespace
+}  // namespace
 
 TTraceStream::TTraceStream(unsigned int mask) : m_mask(mask), m_active(ProviderAllows(mask)) {}
 
-TTraceStream::TTraceStream(unsigned int mask, Decided decided)
-    : m_mask(mask), m_active(decided.write), m_decided(true)
+TTraceStream::TTraceStream(unsigned int mask, Decided decided) : m_mask(mask), m_active(decided.write), m_decided(true)
 {
 }
 
@@ -59,12 +55,12 @@ TTraceStream& TTraceStream::operator<<(char c)
     return *this;
 }
 
-#define ZED_TRACE_NUMBER(Type)                          \
-    TTraceStream& TTraceStream::operator<<(Type n)      \
-    {                                                   \
-        if (m_active)                                   \
-            AppendNumber(m_line, n);                    \
-        return *this;                                   \
+#define ZED_TRACE_NUMBER(Type)                                                                                         \
+    TTraceStream& TTraceStream::operator<<(Type n)                                                                     \
+    {                                                                                                                  \
+        if (m_active)                                                                                                  \
+            AppendNumber(m_line, n);                                                                                   \
+        return *this;                                                                                                  \
     }
 ZED_TRACE_NUMBER(int)
 ZED_TRACE_NUMBER(unsigned int)
@@ -85,8 +81,8 @@ TTraceStream& TTraceStream::operator<<(const void* object)
 {
     if (m_active) {
         char buffer[2 + 2 * sizeof(std::uintptr_t)] = {'0', 'x'};
-        auto [end, ec] = std::to_chars(buffer + 2, buffer + sizeof buffer,
-                                       reinterpret_cast<std::uintptr_t>(object), 16);
+        auto [end, ec] =
+            std::to_chars(buffer + 2, buffer + sizeof buffer, reinterpret_cast<std::uintptr_t>(object), 16);
         if (ec == std::errc())
             m_line.append(buffer, end);
     }

@@ -2,8 +2,11 @@
 #include "zed/value/TAttribute.h"
 
 namespace {
-unsigned int AttributeCode(const TValue& value) { return static_cast<const TAttribute&>(value).GetAttributeID().GetValue(); }
-} // namespace
+unsigned int AttributeCode(const TValue& value)
+{
+    return static_cast<const TAttribute&>(value).GetAttributeID().GetValue();
+}
+}  // namespace
 
 TAttribute::TAttribute(TAttributeID attributeId, unsigned int id) : TValue(id), m_attributeId(std::move(attributeId)) {}
 

@@ -177,7 +177,7 @@ std::string Quoted(const std::string& name)
     return text + "\"";
 }
 
-} // namespace
+}  // namespace
 
 // ---- TEntityClass --------------------------------------------------------
 
@@ -290,8 +290,7 @@ TEntitySpec TEntitySpec::WithInstance(std::size_t depth, std::string instanceNam
     return copy;
 }
 
-std::optional<TEntitySpec> TEntitySpec::Parse(std::string_view text, const TDictionary* dictionary,
-                                              std::string* error)
+std::optional<TEntitySpec> TEntitySpec::Parse(std::string_view text, const TDictionary* dictionary, std::string* error)
 {
     TEntitySpec spec;
     if (!ParseComponents(text, dictionary, true, spec.m_components, error))

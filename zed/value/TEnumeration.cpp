@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/value/TEnumeration.h"
 
-TEnumeration::TEnumeration(Definition definition, unsigned int id) : TValue(id, false), m_definition(std::move(definition)) {}
+TEnumeration::TEnumeration(Definition definition, unsigned int id)
+    : TValue(id, false), m_definition(std::move(definition))
+{
+}
 
 TEnumeration::TEnumeration(Definition definition, int code, unsigned int id)
     : TValue(id), m_definition(std::move(definition)), m_code(code)

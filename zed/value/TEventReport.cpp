@@ -11,8 +11,8 @@ std::unique_ptr<TValue> TEventReport::CloneValue() const { return std::make_uniq
 
 std::string TEventReport::ContentText() const
 {
-    std::string text = "event " + std::to_string(m_eventId) + " of " + m_entity.ToString() + " at "
-                       + TAbsTime::Format(m_time) + " {";
+    std::string text =
+        "event " + std::to_string(m_eventId) + " of " + m_entity.ToString() + " at " + TAbsTime::Format(m_time) + " {";
     for (std::size_t i = 0; i < m_arguments.Size(); ++i)
         text += (i ? ", " : " ") + std::to_string(m_arguments.At(i).GetID()) + " = " + m_arguments.At(i).ToString();
     return text + (m_arguments.Size() ? " }" : "}");

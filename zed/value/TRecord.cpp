@@ -20,4 +20,7 @@ std::string TRecord::ContentText() const
     return text + (m_members.Size() ? " }" : "}");
 }
 
-bool TRecord::SameContent(const TValue& other) const { return m_members == static_cast<const TRecord&>(other).m_members; }
+bool TRecord::SameContent(const TValue& other) const
+{
+    return m_members == static_cast<const TRecord&>(other).m_members;
+}

@@ -13,7 +13,7 @@ std::string NumberText(Number n)
     return ec == std::errc() ? std::string(buffer, end) : std::string();
 }
 
-} // namespace
+}  // namespace
 
 std::string ZedContentText(bool value) { return value ? "TRUE" : "FALSE"; }
 std::string ZedContentText(const std::string& value) { return value; }

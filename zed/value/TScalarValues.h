@@ -64,11 +64,11 @@ private:
     Content m_value{};
 };
 
-#define ZED_SCALAR_VALUE(Name, DT, Content)                                 \
-    class ZED_EXPORT Name final : public TScalarValue<Name, DT, Content> { \
-    public:                                                                 \
-        using TScalarValue::TScalarValue;                                   \
-        ~Name() override;                                                   \
+#define ZED_SCALAR_VALUE(Name, DT, Content)                                                                            \
+    class ZED_EXPORT Name final : public TScalarValue<Name, DT, Content> {                                             \
+    public:                                                                                                            \
+        using TScalarValue::TScalarValue;                                                                              \
+        ~Name() override;                                                                                              \
     }
 
 ZED_SCALAR_VALUE(TBoolean, ZED_DT_BOOLEAN, bool);

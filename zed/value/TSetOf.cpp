@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/value/TSetOf.h"
 
-TConstructedOf::TConstructedOf(Definition definition, unsigned int id) : TValue(id), m_definition(std::move(definition)) {}
+TConstructedOf::TConstructedOf(Definition definition, unsigned int id) : TValue(id), m_definition(std::move(definition))
+{
+}
 
 TConstructedOf::~TConstructedOf() = default;
 

@@ -129,7 +129,7 @@ void AppendClock(std::string& text, std::int64_t msOfDay)
     }
 }
 
-} // namespace
+}  // namespace
 
 TAbsTime::~TAbsTime() = default;
 

@@ -10,4 +10,7 @@ TUserDefined::~TUserDefined() = default;
 
 std::unique_ptr<TValue> TUserDefined::CloneValue() const { return std::make_unique<TUserDefined>(*this); }
 
-bool TUserDefined::SameContent(const TValue& other) const { return GetValue() == static_cast<const TUserDefined&>(other).GetValue(); }
+bool TUserDefined::SameContent(const TValue& other) const
+{
+    return GetValue() == static_cast<const TUserDefined&>(other).GetValue();
+}

@@ -18,7 +18,7 @@ protected:
     bool SameContent(const TValue&) const override { return true; }
 };
 
-} // namespace
+}  // namespace
 
 TValue::~TValue() = default;
 

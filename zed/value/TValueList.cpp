@@ -8,7 +8,7 @@ namespace {
 // and spares most lists (records, attribute lists) building an index at all.
 constexpr std::size_t kScanLimit = 64;
 constexpr std::size_t kNone = static_cast<std::size_t>(-1);
-} // namespace
+}  // namespace
 
 struct TValueList::Index {
     std::unordered_map<unsigned int, std::size_t> positions;

@@ -157,7 +157,7 @@ TValuePtr ParseScalar(const TDictType& type, std::string_view text, unsigned int
     }
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -186,9 +186,8 @@ TValuePtr MakeEmpty(const TDictType& type)
     case ZED_DT_ENTITYCLASS: return std::make_unique<TEntityClass>();
     case ZED_DT_ATTRIBUTEID: return std::make_unique<TAttributeID>();
     case ZED_DT_ENUMERATION:
-        return std::make_unique<TEnumeration>(type.GetDictObjectType() == ZED_DICT_TYPE_ENUMERATION
-                                                  ? type.ShareAs<TDictTypeEnumeration>()
-                                                  : nullptr);
+        return std::make_unique<TEnumeration>(
+            type.GetDictObjectType() == ZED_DICT_TYPE_ENUMERATION ? type.ShareAs<TDictTypeEnumeration>() : nullptr);
     case ZED_DT_RECORD:
         return std::make_unique<TRecord>(
             type.GetDictObjectType() == ZED_DICT_TYPE_RECORD ? type.ShareAs<TDictTypeRecord>() : nullptr);
@@ -211,7 +210,7 @@ TValuePtr MakeEmpty(const TDictType& type)
     }
 }
 
-} // namespace
+}  // namespace
 
 std::unique_ptr<TAttributeID> ZEDParseAttributeID(std::string_view text, const TDictClass& entityClass,
                                                   std::string* error)
@@ -349,7 +348,8 @@ TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsig
     else if (json.is_number() && numeric)
         text = json.dump();
     else
-        node.Fail("expected " + std::string(numeric ? "a number or " : "") + "the text of a " + type.GetName() + " value");
+        node.Fail("expected " + std::string(numeric ? "a number or " : "") + "the text of a " + type.GetName()
+                  + " value");
     try {
         if (TValuePtr value = ParseScalar(type, text, id, context))
             return value;

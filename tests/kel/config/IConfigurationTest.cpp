@@ -61,8 +61,8 @@ TEST(IConfigurationValues, TypedValuesAreStoredInTheirTextForms)
 TEST(IConfigurationValues, BoolsReadFourWordsInAnyCaseAndOtherwiseTheDefault)
 {
     IConfiguration c;
-    for (const auto& [word, expected] : std::vector<std::pair<const char*, bool>>{
-             {"true", true}, {"1", true}, {"False", false}, {"0", false}}) {
+    for (const auto& [word, expected] :
+         std::vector<std::pair<const char*, bool>>{{"true", true}, {"1", true}, {"False", false}, {"0", false}}) {
         c.SetString("B", "k", word, kGlobal);
         bool value = !expected;
         EXPECT_EQ(c.GetBool("B", "k", value, kGlobal, !expected), 1);
@@ -241,7 +241,8 @@ TEST(IConfigurationValues, LineEndsInNamesOrValuesAreRefused)
     c.SetString("New\nSection", "k", "v", kGlobal);
     c.SetString("S", "after", "kept", kGlobal);
     EXPECT_EQ(*c.FindValue("S", "k", kGlobal), "before");
-    EXPECT_THAT(capture.Text(), HasSubstr("IConfiguration::SetStringValue k in S refused : a line end cannot be stored"));
+    EXPECT_THAT(capture.Text(),
+                HasSubstr("IConfiguration::SetStringValue k in S refused : a line end cannot be stored"));
     ASSERT_EQ(c.Save(), 1);
     IConfiguration read(dir / "inject.cfg");
     ASSERT_EQ(read.Load(), 1);
@@ -510,7 +511,8 @@ TEST(IConfigList, WalksItemsWithoutTrimmingAndFindsThemIgnoringCase)
         position = list.GetNext(item, position);
         items.push_back(item);
     }
-    EXPECT_EQ(items, (std::vector<std::string>{"Arg:3", " arg:7", ""})) << "a trailing separator ends with an empty item";
+    EXPECT_EQ(items, (std::vector<std::string>{"Arg:3", " arg:7", ""}))
+        << "a trailing separator ends with an empty item";
     EXPECT_EQ(list.FindAndGetIndex("ARG:3"), 0);
     EXPECT_EQ(list.FindAndGetIndex("arg:7"), -1) << "items are not trimmed";
     EXPECT_EQ(list.FindAndGetIndex(""), 2);
@@ -520,4 +522,4 @@ TEST(IConfigList, WalksItemsWithoutTrimmingAndFindsThemIgnoringCase)
     EXPECT_EQ(IConfigList(empty, ',').FindAndGetIndex(""), 0) << "an empty text is one empty item";
 }
 
-} // namespace
+}  // namespace

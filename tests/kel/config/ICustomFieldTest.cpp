@@ -105,4 +105,4 @@ TEST(ICustomField, CloneCopyAndDump)
     EXPECT_EQ(dump.str(), "        Key = Value\n");
 }
 
-} // namespace
+}  // namespace

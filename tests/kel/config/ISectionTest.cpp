@@ -250,16 +250,12 @@ TEST(ISectionTrace, LoadingWritesItsLinesWithTheirExactTexts)
     LoadOne("[ S ]\n[ End s ]\n");
     LoadOne("[ S ]\n");
     LoadOne("");
-    EXPECT_THAT(Messages(capture), ElementsAre("ISection::ValidBeginSection S",
-                                               "KEL End section reached",
-                                               "ISection::ValidEndSection  S",
-                                               "ISection::ValidBeginSection , invalid section bad",
-                                               "ISection::ValidBeginSection S",
-                                               "KEL End section reached",
-                                               "ISection::ValidEndSection , INVALID End [ End s ]",
-                                               "ISection::ValidBeginSection S",
-                                               "ISection::ValidEndSection ,  EOF reached ",
-                                               "ISection::ValidBeginSection , EOF reached "));
+    EXPECT_THAT(Messages(capture),
+                ElementsAre("ISection::ValidBeginSection S", "KEL End section reached", "ISection::ValidEndSection  S",
+                            "ISection::ValidBeginSection , invalid section bad", "ISection::ValidBeginSection S",
+                            "KEL End section reached", "ISection::ValidEndSection , INVALID End [ End s ]",
+                            "ISection::ValidBeginSection S", "ISection::ValidEndSection ,  EOF reached ",
+                            "ISection::ValidBeginSection , EOF reached "));
     const auto lines = capture.Lines();
     EXPECT_THAT(lines[0], MatchesRegex("KEL PBLM: KELSection:[0-9]+ this=0x[0-9a-f]+ ISection::ValidBeginSection S"));
     EXPECT_THAT(lines[1], MatchesRegex("KEL PBLM: KELCustomField:[0-9]+ this=0x[0-9a-f]+ KEL End section reached"));
@@ -279,7 +275,7 @@ TEST(ISectionTrace, FieldAccessWritesProblemAndInformationLines)
     EXPECT_EQ(capture.Lines()[1].substr(0, 9), "KEL INFO:");
 }
 
-} // namespace
+}  // namespace
 
 // Values read from a file stay views of its text until asked for: the text
 // must live as long as any section or clone that views it, text a caller

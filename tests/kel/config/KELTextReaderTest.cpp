@@ -98,4 +98,4 @@ TEST(KELTextReader, OpenReadsAFileAndExplainsAFailure)
     EXPECT_EQ(error, "a device, not a regular file");
 }
 
-} // namespace
+}  // namespace

@@ -94,7 +94,8 @@ TEST_F(ConsoleTest, TheTimeColumnShowsTheWholeTime)
     EXPECT_EQ(List(0).columnWidth(0), IOutputWnd::kTimeWidth);
     console.GetTabWnd(0)->SetMessage(KEL_SEVERITY_DONE, "saved");
     EXPECT_GE(List(0).columnWidth(0), IOutputWnd::kTimeWidth);
-    EXPECT_GE(List(0).columnWidth(0), IOutputWnd::NeededWidth(List(0), 0)) << List(0).topLevelItem(0)->text(0).toStdString();
+    EXPECT_GE(List(0).columnWidth(0), IOutputWnd::NeededWidth(List(0), 0))
+        << List(0).topLevelItem(0)->text(0).toStdString();
     const QFontMetrics metrics(List(0).font());
     EXPECT_GT(List(0).columnWidth(0), metrics.horizontalAdvance(List(0).topLevelItem(0)->text(0)) + 16);
 }
@@ -138,4 +139,4 @@ TEST_F(ConsoleTest, TheMenuCopiesTheSelectedMessages)
     EXPECT_FALSE(console.OnCommand(1));
 }
 
-} // namespace
+}  // namespace

@@ -117,7 +117,9 @@ TEST_F(EntityTreeTest, AnOpenedClassAsksAgainWhenOneOfItsEntitiesChanged)
     routers->setExpanded(true);
     Answered();
     ASSERT_NE(tree.FindEntity("Network core Router r2"), nullptr);
-    TSyncCall remove(TEntitySpec("Network core Router r2"), Dictionary().FindClass(std::vector<unsigned int>{1, 2})->FindDirective(std::string("Delete"))->GetID());
+    TSyncCall remove(
+        TEntitySpec("Network core Router r2"),
+        Dictionary().FindClass(std::vector<unsigned int>{1, 2})->FindDirective(std::string("Delete"))->GetID());
     ASSERT_EQ(remove.Execute(), ZED_STATUS_RESPONSE);
     tree.EntityChanged(TEntitySpec("Network core Router r2"));
     EXPECT_TRUE(tree.IsAsking()) << "it asks again, without waiting";
@@ -127,4 +129,4 @@ TEST_F(EntityTreeTest, AnOpenedClassAsksAgainWhenOneOfItsEntitiesChanged)
     EXPECT_TRUE(routers->isExpanded());
 }
 
-} // namespace
+}  // namespace

@@ -194,8 +194,8 @@ TEST_F(WorkspaceManagerTest, AFileThatCannotBeUsedIsRefusedAndNothingChanges)
     ASSERT_EQ(::mkfifo((dir / "fifo.kws").c_str(), 0600), 0);
     manager->SetPreOpenCallback(&Opening);
     // A FIFO nobody writes and a device that never ends are refused at once.
-    for (const std::string& file : {dir / "missing.kws", dir / "cut.kws", dir / "newer.kws", dir / "fifo.kws",
-                                    std::string("/dev/zero")}) {
+    for (const std::string& file :
+         {dir / "missing.kws", dir / "cut.kws", dir / "newer.kws", dir / "fifo.kws", std::string("/dev/zero")}) {
         EXPECT_FALSE(manager->OpenWorkspace(file)) << file;
         ASSERT_EQ(notes.size(), 1u) << "nothing half-opened";
     }
@@ -229,7 +229,8 @@ TEST_F(WorkspaceManagerTest, ASaveThatFailsSaysSoAndWhy)
     EXPECT_FALSE(manager->SaveWorkspace(dir / "plain/space.kws"));
     ASSERT_EQ(console.lines.size(), 2u);
     EXPECT_EQ(console.lines[1].first, KEL_SEVERITY_PROBLEM);
-    EXPECT_EQ(console.lines[1].second.rfind("The workspace " + (dir / "plain/space.kws") + " could not be saved: ", 0), 0u)
+    EXPECT_EQ(console.lines[1].second.rfind("The workspace " + (dir / "plain/space.kws") + " could not be saved: ", 0),
+              0u)
         << console.lines[1].second;
     EXPECT_NE(console.lines[1].second.find("Not a directory"), std::string::npos) << "and why";
 
@@ -294,4 +295,4 @@ TEST_F(WorkspaceManagerTest, ATemporaryOfAKilledSaveIsRemovedByTheNextSave)
     EXPECT_NE(::stat(left.c_str(), &info), 0);
 }
 
-} // namespace
+}  // namespace

@@ -65,4 +65,4 @@ TEST_F(ToolbarDialogTest, ButtonsWithoutAnUpdateHandlerAreDisabledAtIdleTime)
     EXPECT_EQ(dialog.pressed, 4072u);
 }
 
-} // namespace
+}  // namespace

@@ -107,10 +107,11 @@ TEST_F(ControlTest, ASetElementsMenuOffersAddAndRemoveBeforeRevert)
 
 TEST_F(ControlTest, LaunchEntriesComeForAFormsEntityAndDirective)
 {
-    TempDir::Write(registrations / "launch.cfg",
-                   "[ Launch : Ping ]\n    Class = 1.2\n    Command = true\n[ End Launch : Ping ]\n"
-                   "[ Launch : Trace ]\n    Class = 1.2\n    Directive = 11\n    Command = true\n[ End Launch : Trace ]\n"
-                   "[ Launch : Other ]\n    Class = 1.2\n    Directive = 12\n    Command = true\n[ End Launch : Other ]\n");
+    TempDir::Write(
+        registrations / "launch.cfg",
+        "[ Launch : Ping ]\n    Class = 1.2\n    Command = true\n[ End Launch : Ping ]\n"
+        "[ Launch : Trace ]\n    Class = 1.2\n    Directive = 11\n    Command = true\n[ End Launch : Trace ]\n"
+        "[ Launch : Other ]\n    Class = 1.2\n    Directive = 12\n    Command = true\n[ End Launch : Other ]\n");
     setenv("ORVEX_LAUNCH_FILE", (registrations / "launch.cfg").c_str(), 1);
     auto field = Field(ZED_DEFAULT_NONE, ZED_ACCESS_READ_WRITE, true);
     std::unique_ptr<QMenu> menu = Control(*field).BuildFieldPopupMenu(nullptr);
@@ -174,9 +175,10 @@ TEST_F(ControlTest, FaultsAreTracedAndNoMenuIsShown)
     EXPECT_EQ(orphan.BuildFieldPopupMenu(nullptr), nullptr);
     orphan.OnPreTrackPopupMenu(nullptr);
     orphan.TrackFieldPopupMenu(0, 0, nullptr);
-    EXPECT_THAT(capture.Lines(), ElementsAre(EndsWith("KEL : IControlBase::TrackFieldPopupMenu, pField is NULL"),
-                                             EndsWith("KEL : IControlBase::OnPreTrackPopupMenu, pField or pMenu is NULL"),
-                                             EndsWith("KEL : IControlBase::TrackFieldPopupMenu, pField is NULL")));
+    EXPECT_THAT(capture.Lines(),
+                ElementsAre(EndsWith("KEL : IControlBase::TrackFieldPopupMenu, pField is NULL"),
+                            EndsWith("KEL : IControlBase::OnPreTrackPopupMenu, pField or pMenu is NULL"),
+                            EndsWith("KEL : IControlBase::TrackFieldPopupMenu, pField is NULL")));
 }
 
 // Drives the open popup with keys only, as a keyboard user would.
@@ -279,4 +281,4 @@ TEST_F(ControlTest, FormLinesStandInALabelColumnFieldColumnAndUnits)
     EXPECT_EQ(size, QSize(115 + 300 + unitWidth, 69 + 20 + 2));
 }
 
-} // namespace
+}  // namespace

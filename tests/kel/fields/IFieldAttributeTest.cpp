@@ -49,8 +49,9 @@ protected:
     TValuePtr Parse(const char* type, const char* json)
     {
         std::string error;
-        TValuePtr value = ZEDParseValue(*Dictionary().FindType(type), json, 5,
-                                        {&Dictionary(), Dictionary().FindClass(std::vector<unsigned int>{1, 2})}, &error);
+        TValuePtr value =
+            ZEDParseValue(*Dictionary().FindType(type), json, 5,
+                          {&Dictionary(), Dictionary().FindClass(std::vector<unsigned int>{1, 2})}, &error);
         EXPECT_NE(value, nullptr) << error;
         return value;
     }
@@ -159,7 +160,7 @@ TEST_F(AttributeFieldTest, AnIdentifierIsEnteredAsText)
     EXPECT_EQ(text, "Priority");
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -223,8 +224,9 @@ TEST_F(AttributeFieldTest, LayoutWithoutItsPartsIsTracedWithEachOperationsName)
     for (unsigned int dt : {ZED_DT_ATTRIBUTELIST, ZED_DT_SETOF}) {
         IElementInfo info(TEntitySpec("Network core Router r1"), "Watched", "");
         info.SetDT(dt);
-        std::unique_ptr<IField> orphan = dt == ZED_DT_SETOF ? std::unique_ptr<IField>(std::make_unique<IFieldSetOf>(info, nullptr))
-                                                           : std::make_unique<IFieldAttrList>(info, nullptr);
+        std::unique_ptr<IField> orphan = dt == ZED_DT_SETOF
+                                             ? std::unique_ptr<IField>(std::make_unique<IFieldSetOf>(info, nullptr))
+                                             : std::make_unique<IFieldAttrList>(info, nullptr);
         const std::string kind = dt == ZED_DT_SETOF ? "IFieldSetOf" : "IFieldAttrList";
         TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_PBLM);
         orphan->SizeHasChanged();
@@ -235,10 +237,10 @@ TEST_F(AttributeFieldTest, LayoutWithoutItsPartsIsTracedWithEachOperationsName)
         for (const std::string& line : capture.Lines())
             said.push_back(line.substr(line.find("KEL : ")));
         const std::string tail = ", m_pFieldContainer or m_pParentWnd must be valid !";
-        EXPECT_EQ(said, (std::vector<std::string>{"KEL : " + kind + "::SizeHasChanged" + tail, "KEL : " + kind + "::Move" + tail,
-                                                  "KEL : " + kind + "::Resize" + tail,
-                                                  "KEL : " + kind + "::MoveAndResize" + tail}));
+        EXPECT_EQ(said, (std::vector<std::string>{
+                            "KEL : " + kind + "::SizeHasChanged" + tail, "KEL : " + kind + "::Move" + tail,
+                            "KEL : " + kind + "::Resize" + tail, "KEL : " + kind + "::MoveAndResize" + tail}));
     }
 }
 
-} // namespace
+}  // namespace

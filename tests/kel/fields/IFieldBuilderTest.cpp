@@ -54,7 +54,8 @@ protected:
     {
         TempDir::Write(registrations / "OrvexLaunch.cfg",
                        "[ Launch : Trace route ]\n    Class = 1.2.3\n    Directive = 11\n    Element = 3\n"
-                       "    Command = " + command + "\n[ End Launch : Trace route ]\n");
+                       "    Command = "
+                           + command + "\n[ End Launch : Trace route ]\n");
         setenv("ORVEX_LAUNCH_FILE", (registrations / "OrvexLaunch.cfg").c_str(), 1);
     }
 
@@ -144,8 +145,8 @@ TEST_F(FieldBuilderTest, ARegisteredApplicationTakesAFormsOwnLineFirst)
     EXPECT_FALSE(isLaunch(Build(container, Info(3, 35), id))) << "nothing registered yet";
 
     const std::string started = registrations / "started.txt";
-    Register("echo \"$ORVEX_LAUNCH_ENTITY|$ORVEX_LAUNCH_CLASS|$ORVEX_LAUNCH_DIRECTIVE|$ORVEX_LAUNCH_ELEMENT\" > '" + started
-             + "'");
+    Register("echo \"$ORVEX_LAUNCH_ENTITY|$ORVEX_LAUNCH_CLASS|$ORVEX_LAUNCH_DIRECTIVE|$ORVEX_LAUNCH_ELEMENT\" > '"
+             + started + "'");
     auto launch = Build(container, Info(3, 35), id);
     ASSERT_TRUE(isLaunch(launch));
     EXPECT_EQ(static_cast<QPushButton*>(launch->GetWindow())->text(), "Trace route");
@@ -223,4 +224,4 @@ TEST_F(FieldBuilderTest, WithoutThePluginThereIsNothingToLaunch)
     unsetenv("KEL_LAUNCH");
 }
 
-} // namespace
+}  // namespace

@@ -184,7 +184,8 @@ TEST_F(FieldKindsTest, ALongReadOnlyTextShowsWholeWrappedWithoutAScrollBarOverIt
     auto shown = Make<IFieldEditMulti>(Element(ZED_DT_LATIN1STRING, ZED_ACCESS_READ_ONLY));
     const int oneLine = shown->GetSize().height();
     // A sysDescr as agents give it: one line of 230 characters.
-    std::string description = "Linux core-r1 6.1.0-28-amd64 #1 SMP PREEMPT_DYNAMIC Debian 6.1.119-1 (2024-11-22) x86_64";
+    std::string description =
+        "Linux core-r1 6.1.0-28-amd64 #1 SMP PREEMPT_DYNAMIC Debian 6.1.119-1 (2024-11-22) x86_64";
     while (description.size() < 230)
         description += " and more words";
     shown->SetValue(description);
@@ -342,15 +343,16 @@ TEST_F(FieldKindsTest, ComboListsTheItemsAndChoosesByTextCodeOrValue)
     IFieldCombo untyped(info = Element(ZED_DT_ENUMERATION), container);
     unsigned int id = 1;
     untyped.Create(id, info);
-    EXPECT_THAT(capture.Lines(), ElementsAre(EndsWith("KEL : IFieldCombo::SetValue : Enable to find  "),
-                                             EndsWith("KEL : IFieldCombo::Create, the Enumeration has no dict type !")));
+    EXPECT_THAT(capture.Lines(),
+                ElementsAre(EndsWith("KEL : IFieldCombo::SetValue : Enable to find  "),
+                            EndsWith("KEL : IFieldCombo::Create, the Enumeration has no dict type !")));
 
     combo->SetToNotReturned();
     EXPECT_EQ(list->placeholderText(), "<not returned>");
     EXPECT_EQ(combo->GetTValue(false), nullptr);
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -384,7 +386,7 @@ TEST_F(FieldKindsTest, AComboLeftToTheServerSendsWhatTheOperatorPicks)
     EXPECT_TRUE(combo->ValueChanged());
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -451,7 +453,7 @@ TEST_F(FieldKindsTest, ATimeIsTypedPickedAndLeftFromTheKeyboard)
     form.hide();
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -485,7 +487,7 @@ TEST_F(FieldKindsTest, ATextLimitBindsTypingOnly)
     EXPECT_EQ(Text(*count), "123456");
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -508,4 +510,4 @@ TEST_F(FieldKindsTest, HexadecimalOctetsShowTheirAsciiWhenReadOnly)
     EXPECT_EQ(static_cast<QLineEdit*>(typed->GetWindow())->text(), "00:1a:2b") << "what can be typed shows as typed";
 }
 
-} // namespace
+}  // namespace

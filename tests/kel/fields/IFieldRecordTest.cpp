@@ -85,8 +85,9 @@ TEST_F(RecordFieldTest, ValuesGoToMembersAndComeBackAsARecord)
 {
     auto record = Location();
     std::string error;
-    TValuePtr value = ZEDParseValue(*Dictionary().FindType("Location"), R"({"Site": "Hall C", "Position": {"Latitude": 1.5}})",
-                                    7, {&Dictionary(), nullptr}, &error);
+    TValuePtr value =
+        ZEDParseValue(*Dictionary().FindType("Location"), R"({"Site": "Hall C", "Position": {"Latitude": 1.5}})", 7,
+                      {&Dictionary(), nullptr}, &error);
     ASSERT_NE(value, nullptr) << error;
     record->SetValue(*value);
     const auto members = Members(*record);
@@ -138,11 +139,12 @@ TEST_F(RecordFieldTest, AccessReachesTheMembersAndWhatARecordCannotDoIsTraced)
     IFieldRecordMember empty(info, container);
     empty.SetValue(std::string("x"));
     empty.SetToNullValue();
-    EXPECT_THAT(capture.Lines(), ElementsAre(EndsWith("KEL : IFieldRecord::SetValue string not supported"),
-                                             EndsWith("KEL : IFieldRecord::FillWithConfig not supported"),
-                                             EndsWith("KEL : IFieldRecord::SaveContents not supported"),
-                                             EndsWith("KEL : IFieldRecordMember::SetValue, m_pField or m_pLabel is NULL"),
-                                             EndsWith("KEL : IFieldRecordMember::SetToNullValue, m_pField is NULL")));
+    EXPECT_THAT(capture.Lines(),
+                ElementsAre(EndsWith("KEL : IFieldRecord::SetValue string not supported"),
+                            EndsWith("KEL : IFieldRecord::FillWithConfig not supported"),
+                            EndsWith("KEL : IFieldRecord::SaveContents not supported"),
+                            EndsWith("KEL : IFieldRecordMember::SetValue, m_pField or m_pLabel is NULL"),
+                            EndsWith("KEL : IFieldRecordMember::SetToNullValue, m_pField is NULL")));
 }
 
 TEST_F(RecordFieldTest, ANestedRecordThatGrowsGrowsEveryContainerAboveIt)
@@ -157,4 +159,4 @@ TEST_F(RecordFieldTest, ANestedRecordThatGrowsGrowsEveryContainerAboveIt)
     EXPECT_EQ(record->GetSize().height(), before.height() + 40);
 }
 
-} // namespace
+}  // namespace

@@ -68,8 +68,8 @@ protected:
         QMouseEvent down(QEvent::MouseButtonPress, press, strip->mapToGlobal(press), Qt::LeftButton, Qt::LeftButton,
                          Qt::NoModifier);
         QApplication::sendEvent(strip, &down);
-        QMouseEvent up(QEvent::MouseButtonRelease, release, strip->mapToGlobal(release), Qt::LeftButton,
-                       Qt::NoButton, Qt::NoModifier);
+        QMouseEvent up(QEvent::MouseButtonRelease, release, strip->mapToGlobal(release), Qt::LeftButton, Qt::NoButton,
+                       Qt::NoModifier);
         QApplication::sendEvent(strip, &up);
     }
 
@@ -181,4 +181,4 @@ TEST_F(SetOfFieldTest, WhatASetCannotDoIsTraced)
                                              EndsWith("KEL : IFieldSetOf::FillWithConfig not supported")));
 }
 
-} // namespace
+}  // namespace

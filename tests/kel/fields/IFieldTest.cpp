@@ -325,9 +325,10 @@ TEST_F(FieldTest, ContainerRemovesTheFirstMatchAndTracesWhatItCannotDo)
     fields.InsertField(std::unique_ptr<IField>());
     EXPECT_EQ(fields.GetCount(), 1u);
     IFieldContainer orphan(nullptr);
-    EXPECT_THAT(capture.Lines(), ElementsAre(EndsWith("KEL : IFieldContainer::RemoveField 9 not found in container. "),
-                                             EndsWith("KEL : IFieldContainer::InsertField pField must be valid !"),
-                                             EndsWith("KEL : IFieldContainer::IFieldContainer : pParent must be valid")));
+    EXPECT_THAT(capture.Lines(),
+                ElementsAre(EndsWith("KEL : IFieldContainer::RemoveField 9 not found in container. "),
+                            EndsWith("KEL : IFieldContainer::InsertField pField must be valid !"),
+                            EndsWith("KEL : IFieldContainer::IFieldContainer : pParent must be valid")));
     fields.ClearAndDestroy();
     EXPECT_EQ(fields.GetCount(), 0u);
 }
@@ -373,4 +374,4 @@ TEST_F(FieldTest, ControlIdsCountPerContainerAcrossNestedFields)
     EXPECT_EQ(composite.Container().NextControlId(), 3u);
 }
 
-} // namespace
+}  // namespace

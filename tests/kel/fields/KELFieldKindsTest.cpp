@@ -112,4 +112,4 @@ TEST_F(HostFieldKindsTest, AHostKindIsMadeOnFormsInOutputsAndInsideRecords)
     EXPECT_GE(Count(output, "host kind"), 1) << "a reply's values";
 }
 
-} // namespace
+}  // namespace

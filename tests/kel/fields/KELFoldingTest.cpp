@@ -62,7 +62,8 @@ TEST_F(FoldingTest, ARecordFoldsToItsOneLineTextByKeyboardAndOpensFoldedAgain)
     const std::unique_ptr<TValue> value = place->GetTValue(false);
     const std::string text = value ? value->ToString() : std::string();
     bool shown = false;
-    for (const QLineEdit* edit : place->GetWindow()->parentWidget()->findChildren<QLineEdit*>(Qt::FindDirectChildrenOnly))
+    for (const QLineEdit* edit :
+         place->GetWindow()->parentWidget()->findChildren<QLineEdit*>(Qt::FindDirectChildrenOnly))
         shown = shown || (edit->isVisible() && edit->isReadOnly() && edit->text().toStdString() == text);
     EXPECT_TRUE(shown) << "its value's text stands in its place: " << text;
 
@@ -99,4 +100,4 @@ TEST_F(FoldingTest, AFoldedSetHidesWithItsLineAndInnerFieldsHaveNoToggle)
     EXPECT_EQ(inner, 0) << "Position, a record inside Place, folds with it";
 }
 
-} // namespace
+}  // namespace

@@ -57,7 +57,8 @@ protected:
     static std::vector<IFormLine*> Lines(IInputForm& form)
     {
         std::vector<IFormLine*> lines;
-        form.GetContainer()->ForEachElement([&](IPresentationElement& e) { lines.push_back(dynamic_cast<IFormLine*>(&e)); });
+        form.GetContainer()->ForEachElement(
+            [&](IPresentationElement& e) { lines.push_back(dynamic_cast<IFormLine*>(&e)); });
         return lines;
     }
     static IFormLine* Line(IInputForm& form, unsigned int id)
@@ -80,7 +81,6 @@ protected:
             context->SetUserConfigFile(std::make_unique<IConfiguration>());
         context->GetUserConfigFile()->SetString("(1,2,3) - 11 - 0", key, value, 1);
     }
-
 };
 
 TEST_F(InputFormTest, HasALineOfTheRightKindPerDisplayedArgumentInOrder)
@@ -124,7 +124,8 @@ TEST_F(InputFormTest, ALineRefusedForATakenPositionIsTracedAndTheFormGoesOn)
     Setting(".Position", "4");  // argument 4 asks for position 0, which argument 1 took first
     TraceCapture capture(KEL_TRACE_MODULE | KEL_TRACE_PBLM);
     auto form = Open(kEcho);
-    EXPECT_THAT(capture.Text(), HasSubstr("KEL : assertion failed : an element with this identifier is already in the presentation"));
+    EXPECT_THAT(capture.Text(),
+                HasSubstr("KEL : assertion failed : an element with this identifier is already in the presentation"));
     ASSERT_NE(Line(*form, 1), nullptr);
     EXPECT_EQ(Line(*form, 1)->GetPosition(), 0u);
     EXPECT_EQ(Line(*form, 4), nullptr) << "the refused line is gone";
@@ -186,8 +187,8 @@ TEST_F(InputFormTest, CompositesGiveBackWhatWasTypedAndTheCallCarriesIt)
         EXPECT_EQ(call.GetRequest()[id].ToString(), typed->ToString()) << id;
         EXPECT_EQ(call.GetReply()[id].ToString(), typed->ToString()) << id;
     }
-    EXPECT_EQ(call.GetRequest()[5].ToString(),
-              "{ Site = Hall C, Rack = 12, Position = { Latitude = 48.5 } }") << "an empty member is left out";
+    EXPECT_EQ(call.GetRequest()[5].ToString(), "{ Site = Hall C, Rack = 12, Position = { Latitude = 48.5 } }")
+        << "an empty member is left out";
     EXPECT_EQ(call.GetRequest()[6].ToString(), "{ { Host = r9, Port = 179 }, { Host = r9, Port = 179 } }");
     EXPECT_EQ(call.GetRequest()[7].ToString(), "{ Locked }");
 }
@@ -287,7 +288,8 @@ TEST_F(InputFormTest, AUserDefinedValueGetsAFieldOfItsOwnDefinition)
     info.SetPresentationName("Load");
     std::unique_ptr<IFormLine> line = form->CreateFormLine(info);
     EXPECT_NE(dynamic_cast<IFieldNotSupported*>(line->GetField()), nullptr);
-    const TDictTypePtr percentage = static_cast<const TDictTypeUserDefined&>(*Dictionary().FindType("Percentage")).GetBase();
+    const TDictTypePtr percentage =
+        static_cast<const TDictTypeUserDefined&>(*Dictionary().FindType("Percentage")).GetBase();
     line->SetValue(TUserDefined(percentage, std::make_unique<TUnsigned16>(63), 40));
     auto* field = dynamic_cast<IFieldUnsigned16*>(line->GetField());
     ASSERT_NE(field, nullptr) << "a field of the definition's own kind";
@@ -329,7 +331,7 @@ TEST_F(InputFormTest, SectionNamesAndEntityIdentifiers)
     EXPECT_EQ(form->GetControlContainer(), first) << "the form keeps its first container";
 }
 
-} // namespace
+}  // namespace
 
 namespace {
 
@@ -407,4 +409,4 @@ TEST_F(InputFormTest, AToggleWithNeitherChoiceGivesNoValueUnlessItShowsOne)
     EXPECT_EQ(confirm.GetTValue(true), nullptr);
 }
 
-} // namespace
+}  // namespace

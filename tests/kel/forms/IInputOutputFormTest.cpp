@@ -46,9 +46,9 @@ protected:
     TReply Read(unsigned int partition = kCharacteristics)
     {
         TSyncCall call(TEntitySpec(kRouter), kShow);
-        call.GetRequest().Add(TEnumeration(
-            std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")),
-            static_cast<int>(partition), 1));
+        call.GetRequest().Add(
+            TEnumeration(std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")),
+                         static_cast<int>(partition), 1));
         call.Execute();
         return call.GetReply();
     }
@@ -73,7 +73,6 @@ protected:
         form.GetContainer()->ForEachElement([&](IPresentationElement& element) { ids.push_back(element.GetID()); });
         return ids;
     }
-
 };
 
 TEST_F(InputOutputFormTest, ARefreshFillsTheLinesAndAnApplySendsOnlyWhatChanged)
@@ -138,4 +137,4 @@ TEST_F(InputOutputFormTest, HiddenLinesStayAndTakeValuesAndSettingsCanBeReadAgai
     EXPECT_GT(after.height(), before.height()) << "the line shown again takes its room";
 }
 
-} // namespace
+}  // namespace

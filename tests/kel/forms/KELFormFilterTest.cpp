@@ -114,4 +114,4 @@ TEST_F(FormFilterTest, AListFiltersItsRowsAndRowsAddedLaterMeetTheFilter)
     EXPECT_GE(list.viewport()->y(), list.header()->geometry().bottom()) << "and the rows below it";
 }
 
-} // namespace
+}  // namespace

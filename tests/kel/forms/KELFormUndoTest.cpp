@@ -39,7 +39,8 @@ protected:
     {
         IField* found = nullptr;
         form->GetContainer()->ForEachElement([&](IPresentationElement& element) {
-            if (auto* line = dynamic_cast<IFormLine*>(&element); line && line->GetLabel() && line->GetLabel()->GetPresentationName() == label)
+            if (auto* line = dynamic_cast<IFormLine*>(&element);
+                line && line->GetLabel() && line->GetLabel()->GetPresentationName() == label)
                 found = line->GetField();
         });
         EXPECT_NE(found, nullptr) << label;
@@ -123,4 +124,4 @@ TEST_F(FormUndoTest, AChoiceADefaultAndASetElementAreStepsOfTheirOwn)
     EXPECT_EQ(Text("Outcome"), before);
 }
 
-} // namespace
+}  // namespace

@@ -59,7 +59,10 @@ protected:
 class RecordingConsole : public IMessageConsole {
 public:
     bool HasWindow() const override { return window; }
-    void SetMessage(KEL_T_Severity severity, const std::string& text) override { messages.emplace_back(severity, text); }
+    void SetMessage(KEL_T_Severity severity, const std::string& text) override
+    {
+        messages.emplace_back(severity, text);
+    }
     bool window = true;
     std::vector<std::pair<KEL_T_Severity, std::string>> messages;
 };
@@ -230,9 +233,11 @@ TEST_F(ApplicationTest, MessagesReachTheConsoleOnlyWhenItHasAWindow)
     file.Save();
     file.Load();
     ASSERT_EQ(console.messages.size(), 4u);
-    EXPECT_EQ(console.messages[1], std::make_pair(KEL_SEVERITY_INFORMATION, "Configuration saved: " + (user / "x.cfg")));
+    EXPECT_EQ(console.messages[1],
+              std::make_pair(KEL_SEVERITY_INFORMATION, "Configuration saved: " + (user / "x.cfg")));
     EXPECT_EQ(console.messages[2].first, KEL_SEVERITY_DONE);
-    EXPECT_EQ(console.messages[3], std::make_pair(KEL_SEVERITY_INFORMATION, "Configuration loaded: " + (user / "x.cfg")));
+    EXPECT_EQ(console.messages[3],
+              std::make_pair(KEL_SEVERITY_INFORMATION, "Configuration loaded: " + (user / "x.cfg")));
     app->SetConsole(nullptr);
 }
 
@@ -274,8 +279,9 @@ TEST_F(ApplicationTest, HelpTooltipsCounterAndFonts)
     EXPECT_EQ(app->GetHelpDialog()->GetText(), "How to fill in this form");
     EXPECT_FALSE(app->GetHelpDialog()->isModal());
     const auto controls = app->GetHelpDialog()->findChildren<QWidget*>();
-    EXPECT_TRUE(std::any_of(controls.begin(), controls.end(),
-                            [](QWidget* w) { return w->property("controlId").toInt() == IHelpDialog::kTextControlId; }));
+    EXPECT_TRUE(std::any_of(controls.begin(), controls.end(), [](QWidget* w) {
+        return w->property("controlId").toInt() == IHelpDialog::kTextControlId;
+    }));
 
     EXPECT_EQ(app->IsTooltipEnabled(), 1);
     app->EnableTootip(0);
@@ -372,8 +378,9 @@ TEST_F(ApplicationTest, LoadingAContextJoinsItsErrorsAndReadsTheOpenWorkspace)
     KELConfigContext* context = app->DefineNewContext("console");
     std::string errors;
     EXPECT_FALSE(context->LoadSystemAndUserConfig(errors));
-    EXPECT_EQ(errors, "The system configuration file could not be read: " + (system / "console.cfg")
-                          + "The user configuration file could not be read: " + context->GetUserConfigFile()->GetFilename())
+    EXPECT_EQ(errors,
+              "The system configuration file could not be read: " + (system / "console.cfg")
+                  + "The user configuration file could not be read: " + context->GetUserConfigFile()->GetFilename())
         << "two failures are joined without a separator";
 
     TempDir::Write(system / "console.cfg", "[ S ]\nk = system\n[ End S ]\n");
@@ -401,4 +408,4 @@ TEST_F(ApplicationTest, LoadingAContextJoinsItsErrorsAndReadsTheOpenWorkspace)
     app->SetWorkspaceManager(nullptr);
 }
 
-} // namespace
+}  // namespace

@@ -146,7 +146,8 @@ TEST(KELResourceModule, HoldsTheStringsTheMenuAndTheIcons)
     EXPECT_EQ(KELResources::String(4045), "(no default)") << "the dictionary's no-default text";
     EXPECT_EQ(KELResources::String(4050), "ORVEX_SYSTEM_PATH");
     const std::string fragment = KELResources::String(4069);
-    EXPECT_TRUE(std::all_of(fragment.begin(), fragment.end(), [](char c) { return !std::islower(static_cast<unsigned char>(c)); }));
+    EXPECT_TRUE(std::all_of(fragment.begin(), fragment.end(),
+                            [](char c) { return !std::islower(static_cast<unsigned char>(c)); }));
     EXPECT_EQ(KELResources::String(9999), "");
 
     unsigned int count = 0;
@@ -169,4 +170,4 @@ TEST(KELResourceModule, HoldsTheStringsTheMenuAndTheIcons)
     EXPECT_EQ(KELResources::Description(), "KEL resources, English");
 }
 
-} // namespace
+}  // namespace

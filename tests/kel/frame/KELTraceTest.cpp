@@ -16,10 +16,7 @@ namespace {
 constexpr unsigned int kAll = KEL_TRACE_MODULE | KEL_TRACE_PBLM | KEL_TRACE_EXCP | KEL_TRACE_INFO | KEL_TRACE_FUNC;
 
 int g_evaluations = 0;
-int Counted()
-{
-    return ++g_evaluations;
-}
+int Counted() { return ++g_evaluations; }
 
 struct Traced {
     void Site(unsigned int kind) { KEL_TRACE(kind, "KELTest", this) << "message " << 42; }
@@ -144,10 +141,9 @@ TEST(KELTraceMethEntrance, EnteringAndLeavingWithAndWithoutObject)
         o << "0x" << std::hex << reinterpret_cast<std::uintptr_t>(&object);
         return o.str();
     }();
-    EXPECT_THAT(capture.Lines(), ElementsAre("IForm FUNC: Entering " + at + "->Create",
-                                             "IForm FUNC: Leaving  " + at + "->Create",
-                                             "KELModule FUNC: Entering Start",
-                                             "KELModule FUNC: Leaving  Start"));
+    EXPECT_THAT(capture.Lines(),
+                ElementsAre("IForm FUNC: Entering " + at + "->Create", "IForm FUNC: Leaving  " + at + "->Create",
+                            "KELModule FUNC: Entering Start", "KELModule FUNC: Leaving  Start"));
 }
 
 TEST(KELTraceMethEntrance, AnExceptionPassingThroughGivesOneAbnormalLine)
@@ -213,4 +209,4 @@ TEST(KELTraceProvider, CanBeInstalledAsTheApplicationsProvider)
     KELTraceMethEntrance::ForgetMaskForTesting();
 }
 
-} // namespace
+}  // namespace

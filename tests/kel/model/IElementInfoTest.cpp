@@ -141,7 +141,8 @@ TEST(ElementHelp, SaysTypeRangeOrSizeUnitsDefaultAndAccess)
     name.SetDT(ZED_DT_SIMPLENAME);
     name.SetMaxSize(32);
     name.SetAccess(ZED_ACCESS_READ_ONLY);
-    EXPECT_EQ(KELElementHelp::Describe(name), "Type: SimpleName (a name)\nSize: at most 32 characters\nAccess: read-only");
+    EXPECT_EQ(KELElementHelp::Describe(name),
+              "Type: SimpleName (a name)\nSize: at most 32 characters\nAccess: read-only");
 
     InstallShippedNetwork();
     IElementInfo state(TEntitySpec(), "State", "");
@@ -152,4 +153,4 @@ TEST(ElementHelp, SaysTypeRangeOrSizeUnitsDefaultAndAccess)
         << "the type's presentation name";
 }
 
-} // namespace
+}  // namespace

@@ -157,4 +157,4 @@ TEST_F(OutputBaseTest, WithoutACreationAReplyIsOnlyTraced)
     EXPECT_THAT(capture.Text(), HasSubstr("ProcessReply"));
 }
 
-} // namespace
+}  // namespace

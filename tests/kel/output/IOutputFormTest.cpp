@@ -52,7 +52,10 @@ protected:
         call.Execute();
         form->CreatePresentation("Output", KELCallReply(call), call.GetDirective());
     }
-    IFormLine* Line(long id) { return dynamic_cast<IFormLine*>(form->GetContainer()->FindElement(static_cast<int>(id))); }
+    IFormLine* Line(long id)
+    {
+        return dynamic_cast<IFormLine*>(form->GetContainer()->FindElement(static_cast<int>(id)));
+    }
     std::string Text(long id)
     {
         std::string text;
@@ -120,7 +123,8 @@ TEST_F(OutputFormTest, ExceptionsTakeTheirTextFromTheDictionary)
 TEST_F(OutputFormTest, AnAttributeListOpensIntoALinePerAttributeAndUnknownValuesGetADefaultName)
 {
     TSyncCall call(TEntitySpec("Network core Router r1"), kShow);
-    call.GetRequest().Add(TEnumeration(std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")), 2, 1));
+    call.GetRequest().Add(TEnumeration(
+        std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")), 2, 1));
     Show(call);
     const std::vector<int> keys = Keys();
     ASSERT_GT(keys.size(), 4u) << "one line per attribute of the Status partition";
@@ -139,7 +143,8 @@ TEST_F(OutputFormTest, AnAttributeListOpensIntoALinePerAttributeAndUnknownValues
 TEST_F(OutputFormTest, EnumerationsShowTheirNumberWhereTheOperatorAsks)
 {
     TSyncCall call(TEntitySpec("Network core Router r1"), kShow);
-    call.GetRequest().Add(TEnumeration(std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")), 2, 1));
+    call.GetRequest().Add(TEnumeration(
+        std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")), 2, 1));
     call.Execute();
     form->CreatePresentation("Output", KELCallReply(call), kShow);
     ASSERT_EQ(Label(0), "State");
@@ -216,4 +221,4 @@ TEST(CallReplyList, CleanDeletesFromHeadToTailAndDropsNullEntries)
     EXPECT_TRUE(list.IsEmpty());
 }
 
-} // namespace
+}  // namespace

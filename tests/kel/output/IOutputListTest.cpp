@@ -42,9 +42,9 @@ protected:
         auto list = std::make_unique<IOutputList>(context);
         list->CreatePresentationAttr("Routers", TEntitySpec("Network core Router *"), kStatus);
         TSyncCall call(TEntitySpec("Network core Router *"), kShow);
-        call.GetRequest().Add(TEnumeration(
-            std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")),
-            static_cast<int>(kStatus), 1));
+        call.GetRequest().Add(
+            TEnumeration(std::static_pointer_cast<const TDictTypeEnumeration>(Dictionary().FindType("PartitionChoice")),
+                         static_cast<int>(kStatus), 1));
         call.Execute();
         KELCallReplyList replies;
         replies.AddAll(call);
@@ -59,7 +59,6 @@ protected:
             titles.push_back(model.headerData(c, Qt::Horizontal, Qt::DisplayRole).toString());
         return titles;
     }
-
 };
 
 TEST_F(OutputListTest, AWildcardShowGivesARowPerEntityUnderAColumnPerAttribute)
@@ -198,7 +197,8 @@ protected:
     void Fill(IListViewOutput& view)
     {
         view.setColumnCount(4);
-        const char* rows[][4] = {{"b", "2", "x", "y"}, {"C", "3", "x", "y"}, {"a", "1", "x", "y"}, {"B", "4", "x", "y"}};
+        const char* rows[][4] = {
+            {"b", "2", "x", "y"}, {"C", "3", "x", "y"}, {"a", "1", "x", "y"}, {"B", "4", "x", "y"}};
         for (const auto& row : rows) {
             QTreeWidgetItem* item = view.AddRow(row[0], row[1]);
             item->setText(2, row[2]);
@@ -239,4 +239,4 @@ TEST_F(ListViewOutputTest, AColumnClickSortsAscendingEveryTimeAndRenumbersTheIte
     EXPECT_EQ(first.back(), "3");
 }
 
-} // namespace
+}  // namespace

@@ -104,4 +104,4 @@ TEST_F(PresentationBaseTest, ArgumentsBuildOnThePrefixAndCarryTheirRequiredFlag)
     filler.Dump();  // no container yet: nothing to do
 }
 
-} // namespace
+}  // namespace

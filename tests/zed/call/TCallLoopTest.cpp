@@ -13,7 +13,6 @@
 
 #include <gtest/gtest.h>
 
-
 namespace {
 
 using namespace std::chrono_literals;
@@ -45,7 +44,8 @@ TEST_F(CallLoopTest, ACompletionRunsOnlyOnTheLoopsTurnAndACancelledOneNever)
     const ZedWaitSet set = loop.GetWaitSet();
     EXPECT_NE(std::find(set.descriptors.begin(), set.descriptors.end(), module->descriptor), set.descriptors.end())
         << "the module's descriptor is waited on";
-    EXPECT_NE(std::find(set.descriptors.begin(), set.descriptors.end(), loop.GetWakeDescriptor()), set.descriptors.end());
+    EXPECT_NE(std::find(set.descriptors.begin(), set.descriptors.end(), loop.GetWakeDescriptor()),
+              set.descriptors.end());
     ASSERT_TRUE(set.deadline.has_value()) << "the call's timeout";
 
     loop.ProcessReady();
@@ -71,7 +71,8 @@ TEST_F(CallLoopTest, ACallWithoutAnAnswerEndsInNoAnswerWhenItsTimeIsUp)
 {
     const TEntitySpec core("Network core");
     std::vector<TCallResult> answer;
-    const TCallTicket ticket = loop.Submit(core, 1, {}, [&](std::vector<TCallResult> r) { answer = std::move(r); }, 50ms);
+    const TCallTicket ticket = loop.Submit(
+        core, 1, {}, [&](std::vector<TCallResult> r) { answer = std::move(r); }, 50ms);
     const auto start = ZedWaitSet::Clock::now();
     loop.RunUntilDone(ticket);
     EXPECT_GE(ZedWaitSet::Clock::now() - start, 50ms);
@@ -103,7 +104,8 @@ TEST_F(CallLoopTest, ARequestThatDoesNotFitIsAnsweredByTheCallLayer)
     EXPECT_TRUE(module->started.empty()) << "neither reached the module";
 
     // A value nested past the limit is refused too.
-    const TDictDirective& echo = *Dictionary().FindClass(TEntitySpec("Network core Router r1 Interface eth0").GetEntityClass())
+    const TDictDirective& echo = *Dictionary()
+                                      .FindClass(TEntitySpec("Network core Router r1 Interface eth0").GetEntityClass())
                                       ->FindDirective(std::string("Echo"));
     const TDictArgument& setting = *echo.FindRequestArgument(std::string("Setting"));
     auto deep = std::make_unique<TAttribute>(TAttributeID(5u), setting.GetID());
@@ -123,9 +125,9 @@ TEST_F(CallLoopTest, ARequestThatDoesNotFitIsAnsweredByTheCallLayer)
 TEST_F(CallLoopTest, AnAsyncCallTakesItsResultsAndCancelsWhenItGoes)
 {
     ZEDGetApplication()->RegisterModule(kNetwork, nullptr);  // the simulated network answers
-    TAsyncCall call(TEntitySpec("Network core Router *"), Dictionary().FindClass(std::vector<unsigned int>{1, 2})
-                                                                 ->FindDirective(std::string("Show"))
-                                                                 ->GetID());
+    TAsyncCall call(
+        TEntitySpec("Network core Router *"),
+        Dictionary().FindClass(std::vector<unsigned int>{1, 2})->FindDirective(std::string("Show"))->GetID());
     int done = 0;
     ASSERT_TRUE(call.Start([&](TAsyncCall& answered) {
         ++done;
@@ -148,4 +150,4 @@ TEST_F(CallLoopTest, AnAsyncCallTakesItsResultsAndCancelsWhenItGoes)
     EXPECT_EQ(module->cancelled.size(), 1u);
 }
 
-} // namespace
+}  // namespace

@@ -15,9 +15,11 @@ std::string SnmpFile(const char* name) { return std::string(KEL_SOURCE_DIR) + "/
 std::string Table(const std::string& snmp, const std::string& attributeSnmp = R"({"column": 1, "syntax": "Integer32"})")
 {
     return R"({"format": "zed-dictionary 1", "partitions": [{"code": 1, "name": "Status"}],
-               "classes": [{"code": 1, "name": "Row", "snmp": )" + snmp + R"(,
+               "classes": [{"code": 1, "name": "Row", "snmp": )"
+           + snmp + R"(,
                             "attributes": [{"id": 1, "name": "Index", "type": "Integer32", "partition": "Status",
-                                            "snmp": )" + attributeSnmp + R"(},
+                                            "snmp": )"
+           + attributeSnmp + R"(},
                                            {"id": 2, "name": "Plain", "type": "Integer32", "partition": "Status"}]}]})";
 }
 
@@ -31,7 +33,7 @@ std::string LoadError(const std::string& json)
     return "";
 }
 
-} // namespace
+}  // namespace
 
 TEST(DictionarySnmp, ShippedDictionaryBindsTheAgentItsTablesAndNotifications)
 {
@@ -98,8 +100,10 @@ TEST(DictionarySnmp, BindingFaultsNameWhereAndWhy)
                 HasSubstr("$.classes[0].snmp.table: expected an OID"));
     EXPECT_THAT(LoadError(Table(R"({"table": "1.3.6", "index": ["Index"]})", R"({"column": 1, "syntax": "Float"})")),
                 HasSubstr("$.classes[0].attributes[0].snmp.syntax: unknown SMI syntax \"Float\""));
-    EXPECT_THAT(LoadError(Table(R"({"table": "1.3.6", "index": ["Index"]})", R"({"column": 1, "syntax": "Counter64"})")),
-                HasSubstr("Counter64 does not fit the type Integer32"));
-    EXPECT_THAT(LoadError(Table(R"({"table": "1.3.6", "index": ["Index"]})", R"({"column": 0, "syntax": "Integer32"})")),
-                HasSubstr("$.classes[0].attributes[0].snmp.column: a column's sub-identifier is 1 or more"));
+    EXPECT_THAT(
+        LoadError(Table(R"({"table": "1.3.6", "index": ["Index"]})", R"({"column": 1, "syntax": "Counter64"})")),
+        HasSubstr("Counter64 does not fit the type Integer32"));
+    EXPECT_THAT(
+        LoadError(Table(R"({"table": "1.3.6", "index": ["Index"]})", R"({"column": 0, "syntax": "Integer32"})")),
+        HasSubstr("$.classes[0].attributes[0].snmp.column: a column's sub-identifier is 1 or more"));
 }

@@ -90,8 +90,8 @@ TEST(DictionaryLoad, EveryDataTypeOfTheModelIsUsedByTheShippedNetwork)
             visit(cls.GetChild(i));
     };
     visit(dictionary->GetRootClass(0));
-    for (ZED_T_DATATYPE dt : {1u, 3u, 4u, 5u, 10u, 13u, 14u, 15u, 16u, 30u, 31u, 34u, 35u, 37u, 38u, 44u, 47u, 48u, 52u,
-                              53u, 55u, 60u, 63u, 66u, 72u, 79u, 80u, 82u, 83u})
+    for (ZED_T_DATATYPE dt : {1u,  3u,  4u,  5u,  10u, 13u, 14u, 15u, 16u, 30u, 31u, 34u, 35u, 37u, 38u,
+                              44u, 47u, 48u, 52u, 53u, 55u, 60u, 63u, 66u, 72u, 79u, 80u, 82u, 83u})
         EXPECT_TRUE(used.count(dt)) << "no attribute of data type " << dt;
 }
 
@@ -100,13 +100,16 @@ TEST(DictionaryLoad, FaultsNameTheFileThePlaceAndTheFault)
     EXPECT_THAT(LoadError("{"), HasSubstr("test.json: $: not valid JSON"));
     EXPECT_THAT(LoadError(R"({"format": "other"})"), HasSubstr("test.json: $.format: expected \"zed-dictionary 1\""));
     EXPECT_THAT(LoadError(Minimal("", R"(, "colour": 1)")), HasSubstr("$.classes[0].colour: unknown key"));
-    EXPECT_THAT(LoadError(Minimal("", R"(, "attributes": [{"id": 1, "name": "a", "type": "Nope", "partition": "Status"}])")),
-                HasSubstr("$.classes[0].attributes[0].type: unknown type \"Nope\""));
-    EXPECT_THAT(LoadError(Minimal("", R"(, "attributes": [{"id": 1, "name": "a", "type": "Boolean", "partition": "Else"}])")),
-                HasSubstr("$.classes[0].attributes[0].partition: unknown partition"));
-    EXPECT_THAT(LoadError(Minimal("", R"(, "attributes": [{"id": 1, "name": "a", "type": "Boolean", "partition": "Status"},
+    EXPECT_THAT(
+        LoadError(Minimal("", R"(, "attributes": [{"id": 1, "name": "a", "type": "Nope", "partition": "Status"}])")),
+        HasSubstr("$.classes[0].attributes[0].type: unknown type \"Nope\""));
+    EXPECT_THAT(
+        LoadError(Minimal("", R"(, "attributes": [{"id": 1, "name": "a", "type": "Boolean", "partition": "Else"}])")),
+        HasSubstr("$.classes[0].attributes[0].partition: unknown partition"));
+    EXPECT_THAT(
+        LoadError(Minimal("", R"(, "attributes": [{"id": 1, "name": "a", "type": "Boolean", "partition": "Status"},
                                                           {"id": 1, "name": "b", "type": "Boolean", "partition": "Status"}])")),
-                HasSubstr("$.classes[0].attributes[1].id: a second attribute with code 1"));
+        HasSubstr("$.classes[0].attributes[1].id: a second attribute with code 1"));
     EXPECT_THAT(LoadError(Minimal("", R"(, "directives": [{"id": 55, "name": "X"}])")),
                 HasSubstr("$.classes[0].directives[0].id: directive 55 is kept for the common exceptions"));
     EXPECT_THAT(LoadError(Minimal("", R"(, "code": -1)")), HasSubstr("expected a whole number"));
@@ -114,9 +117,10 @@ TEST(DictionaryLoad, FaultsNameTheFileThePlaceAndTheFault)
                 HasSubstr("$.types[0].items: an enumeration needs at least one item"));
     EXPECT_THAT(LoadError(Minimal(R"({"id": 1, "name": "Boolean", "kind": "set", "element": "Real"})", "")),
                 HasSubstr("is a built-in type"));
-    EXPECT_THAT(LoadError(Minimal("", R"(, "directives": [{"id": 1, "name": "Set", "takesAttributes": true,
+    EXPECT_THAT(
+        LoadError(Minimal("", R"(, "directives": [{"id": 1, "name": "Set", "takesAttributes": true,
                                                           "request": [{"id": 1, "name": "a", "type": "Boolean"}]}])")),
-                HasSubstr("$.classes[0].directives[0].request: a directive that takes attributes has no request arguments"));
+        HasSubstr("$.classes[0].directives[0].request: a directive that takes attributes has no request arguments"));
 }
 
 TEST(DictionaryCheck, EveryIndependentFaultIsReportedOnceAndNothingIsMade)
@@ -156,34 +160,38 @@ TEST(DictionaryCheck, EveryIndependentFaultIsReportedOnceAndNothingIsMade)
     for (int i = 0; i < 500; ++i)
         many += (i ? "," : "") + std::string(R"({"code": )") + std::to_string(i + 1) + R"(, "name": ""})";
     faults.clear();
-    TDictionary::Check(R"({"format": "zed-dictionary 1", "partitions": [)" + many + R"(], "classes": []})", "t", faults);
+    TDictionary::Check(R"({"format": "zed-dictionary 1", "partitions": [)" + many + R"(], "classes": []})", "t",
+                       faults);
     EXPECT_EQ(faults.size(), 100u);
 }
 
 TEST(DictionaryLoad, NullIsNotAnAbsentList)
 {
-    EXPECT_THAT(LoadError(Minimal("", R"(, "attributes": null)")), HasSubstr("$.classes[0].attributes: expected an array"));
+    EXPECT_THAT(LoadError(Minimal("", R"(, "attributes": null)")),
+                HasSubstr("$.classes[0].attributes: expected an array"));
     EXPECT_THAT(LoadError(R"({"format": "zed-dictionary 1", "partitions": [], "types": null, "classes": []})"),
                 HasSubstr("$.types: expected an array"));
 }
 
 TEST(DictionaryLoad, RecursiveAndOverDeepTypesAreRefused)
 {
-    EXPECT_THAT(LoadError(Minimal(R"({"id": 1, "name": "A", "kind": "record", "members": [{"id": 1, "name": "m", "type": "B"}]},
-                                     {"id": 2, "name": "B", "kind": "set", "element": "A"})", "")),
-                HasSubstr("refers to itself"));
+    EXPECT_THAT(
+        LoadError(Minimal(R"({"id": 1, "name": "A", "kind": "record", "members": [{"id": 1, "name": "m", "type": "B"}]},
+                                     {"id": 2, "name": "B", "kind": "set", "element": "A"})",
+                          "")),
+        HasSubstr("refers to itself"));
     std::string chain;
     for (int i = 0; i < 40; ++i)
         chain += (i ? "," : "") + std::string(R"({"id": )") + std::to_string(i + 1) + R"(, "name": "T)"
-                 + std::to_string(i) + R"(", "kind": "set", "element": ")" + (i == 39 ? "Real" : "T" + std::to_string(i + 1))
-                 + "\"}";
+                 + std::to_string(i) + R"(", "kind": "set", "element": ")"
+                 + (i == 39 ? "Real" : "T" + std::to_string(i + 1)) + "\"}";
     EXPECT_THAT(LoadError(Minimal(chain, "")), HasSubstr("nest deeper than 32"));
     // The same chain written from the bottom up: each type refers to one already built.
     std::string upward;
     for (int i = 39; i >= 0; --i)
         upward += (i != 39 ? "," : "") + std::string(R"({"id": )") + std::to_string(i + 1) + R"(, "name": "T)"
-                  + std::to_string(i) + R"(", "kind": "set", "element": ")" + (i == 39 ? "Real" : "T" + std::to_string(i + 1))
-                  + "\"}";
+                  + std::to_string(i) + R"(", "kind": "set", "element": ")"
+                  + (i == 39 ? "Real" : "T" + std::to_string(i + 1)) + "\"}";
     EXPECT_THAT(LoadError(Minimal(upward, "")), HasSubstr("nest deeper than 32"));
     std::string deep = "{\"code\": 1, \"name\": \"C\"}";
     for (int i = 0; i < 40; ++i)
@@ -254,4 +262,4 @@ TEST(DictionaryTypes, ClonesKeepTheirMostDerivedClass)
     EXPECT_EQ(Dictionary().FindType("PeerSet")->ToString(), "SET OF PeerAddress");
 }
 
-} // namespace
+}  // namespace

@@ -54,8 +54,8 @@ protected:
         const TDictClass* cls = Dictionary().FindClass(call.GetOutEntity().GetEntityClass());
         const TDictDirective* d = cls->FindDirective(directive);
         const bool exception = call.GetReply().GetReplyType() != ZED_REPLY_RESPONSE;
-        const TDictReply* reply = d->FindReply(exception ? ZED_DICT_EXCEPTION : ZED_DICT_RESPONSE,
-                                               call.GetReply().GetReplyCode());
+        const TDictReply* reply =
+            d->FindReply(exception ? ZED_DICT_EXCEPTION : ZED_DICT_RESPONSE, call.GetReply().GetReplyCode());
         for (const TDictArgument& a : reply->GetArguments())
             if (a.GetName() == argument)
                 return call.GetReply()[a.GetID()].ToString();
@@ -225,8 +225,10 @@ TEST_F(SimulatedNetworkTest, SetRefusesReadOnlyAttributesWrongTypesAndStrangers)
 
 TEST_F(SimulatedNetworkTest, AValueMarkedDefaultResetsTheAttribute)
 {
-    ASSERT_EQ(Call("Network core Router r1 Interface eth0", "Set", {{"Threshold", "42"}}).GetStatus(), ZED_STATUS_RESPONSE);
-    TSyncCall reset = Call("Network core Router r1 Interface eth0", "Set", {{"Threshold", "@default"}, {"Duplex", "@default"}});
+    ASSERT_EQ(Call("Network core Router r1 Interface eth0", "Set", {{"Threshold", "42"}}).GetStatus(),
+              ZED_STATUS_RESPONSE);
+    TSyncCall reset =
+        Call("Network core Router r1 Interface eth0", "Set", {{"Threshold", "@default"}, {"Duplex", "@default"}});
     ASSERT_EQ(reset.GetStatus(), ZED_STATUS_RESPONSE);
     TSyncCall show = Call("Network core Router r1 Interface eth0", "Show");
     const auto& shown = static_cast<const TAttributeList&>(show.GetReply().At(0));
@@ -316,7 +318,8 @@ TEST_F(SimulatedNetworkTest, CheckingAnInstanceFileReportsEveryFaultAndChangesNo
     EXPECT_FALSE(network->GetStore().Check(R"({"format": "zed-instances 1", "instances": [
         {"entity": "Network n", "attributes": {"Uptime": "5 days", "Colour": 1, "Name": "n"}},
         {"entity": "Planet p"},
-        {"entity": "Network n", "attributes": null}]})", "i.json", faults));
+        {"entity": "Network n", "attributes": null}]})",
+                                           "i.json", faults));
     EXPECT_THAT(faults, ::testing::ElementsAre(
                             "i.json: $.instances[0].attributes.Colour: not an attribute of Network",
                             ::testing::StartsWith("i.json: $.instances[0].attributes.Uptime: expected a duration"),
@@ -353,10 +356,13 @@ TEST_F(SimulatedNetworkTest, CallsWithoutAModuleAndBadInstanceFilesThrow)
     const std::size_t before = network->GetStore().Count();
     EXPECT_THAT(fault(R"({"format": "zed-instances 1", "instances": [{"entity": "Network core Router r1"}]})"),
                 HasSubstr("i.json: $.instances[0].entity: the instance \"core\" above it is not declared"));
-    EXPECT_THAT(fault(R"({"format": "zed-instances 1", "instances": [{"entity": "Network n", "attributes": {"Uptime": "5 days"}}]})"),
-                HasSubstr("$.instances[0].attributes.Uptime: expected a duration"));
-    EXPECT_THAT(fault(R"({"format": "zed-instances 1", "instances": [{"entity": "Network n"}, {"entity": "Network n"}]})"),
-                HasSubstr("declared twice"));
+    EXPECT_THAT(
+        fault(
+            R"({"format": "zed-instances 1", "instances": [{"entity": "Network n", "attributes": {"Uptime": "5 days"}}]})"),
+        HasSubstr("$.instances[0].attributes.Uptime: expected a duration"));
+    EXPECT_THAT(
+        fault(R"({"format": "zed-instances 1", "instances": [{"entity": "Network n"}, {"entity": "Network n"}]})"),
+        HasSubstr("declared twice"));
     std::string deep = "true";
     for (int i = 0; i < 16000; ++i)
         deep = R"({"attribute": "Watch", "value": )" + deep + "}";
@@ -369,4 +375,4 @@ TEST_F(SimulatedNetworkTest, CallsWithoutAModuleAndBadInstanceFilesThrow)
     EXPECT_EQ(network->GetStore().Count(), before) << "a bad file keeps the old instances";
 }
 
-} // namespace
+}  // namespace

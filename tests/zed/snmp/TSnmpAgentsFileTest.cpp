@@ -29,7 +29,7 @@ std::string Fault(const std::string& text)
     return "";
 }
 
-} // namespace
+}  // namespace
 
 TEST(SnmpAgentsFile, ReadsAgentsOfEveryVersionAndTheReceiver)
 {
@@ -102,7 +102,8 @@ TEST(SnmpAgentsFile, FaultsNameTheLineAndWhatIsWrong)
 {
     const std::string open = "[ Agent : a ]\n  Address = udp:127.0.0.1:1\n";
     EXPECT_EQ(Fault(open), "agents.conf:1: the section \"Agent : a\" has no end line");
-    EXPECT_EQ(Fault(open + "[ End Agent : b ]\n"), "agents.conf:3: the section \"Agent : a\" (line 1) ends with \"End Agent : b\"");
+    EXPECT_EQ(Fault(open + "[ End Agent : b ]\n"),
+              "agents.conf:3: the section \"Agent : a\" (line 1) ends with \"End Agent : b\"");
     EXPECT_EQ(Fault("Address = x\n"), "agents.conf:1: a key outside any section");
     EXPECT_EQ(Fault("[ Router ]\n"), "agents.conf:1: unknown section \"Router\": expected \"Agent : name\", "
                                      "\"Notifications\" or \"Calls\"");
@@ -110,7 +111,8 @@ TEST(SnmpAgentsFile, FaultsNameTheLineAndWhatIsWrong)
               "agents.conf:2: unknown key Address in Calls: expected MostRows or MostBytes");
     EXPECT_THAT(Fault(open + "  Colour = red\n[ End Agent : a ]"), HasSubstr("agents.conf:3: unknown key Colour"));
     EXPECT_EQ(Fault(open + "  Version = 2\n[ End Agent : a ]"), "agents.conf:3: Version \"2\" is not 1, 2c or 3");
-    EXPECT_THAT(Fault(open + "  Timeout = 0\n[ End Agent : a ]"), HasSubstr("Timeout \"0\" is not a number of seconds"));
+    EXPECT_THAT(Fault(open + "  Timeout = 0\n[ End Agent : a ]"),
+                HasSubstr("Timeout \"0\" is not a number of seconds"));
     EXPECT_THAT(Fault(open + "  Retries = -1\n[ End Agent : a ]"), HasSubstr("Retries \"-1\" is not a whole number"));
     EXPECT_EQ(Fault(open + "  WalkRows = 0\n[ End Agent : a ]"),
               "agents.conf:3: WalkRows \"0\" is not a whole number from 1 to 10000000");
@@ -118,13 +120,16 @@ TEST(SnmpAgentsFile, FaultsNameTheLineAndWhatIsWrong)
               "agents.conf:3: WalkTime \"forever\" is not a number of seconds from 0.01 to 3600");
     EXPECT_EQ(Fault("[ Notifications ]\n  MostWaiting = 1e9\n[ End Notifications ]"),
               "agents.conf:2: MostWaiting \"1e9\" is not a whole number from 1 to 10000000");
-    EXPECT_EQ(Fault(open + "  Address = y\n[ End Agent : a ]"), "agents.conf:3: the key Address is given twice in this section");
+    EXPECT_EQ(Fault(open + "  Address = y\n[ End Agent : a ]"),
+              "agents.conf:3: the key Address is given twice in this section");
     EXPECT_EQ(Fault("[ Agent : a ]\n[ End Agent : a ]"), "agents.conf:1: the agent a has no Address");
-    EXPECT_EQ(Fault(open + "[ End Agent : a ]\n" + open + "[ End Agent : a ]"), "agents.conf:4: a second agent named \"a\"");
+    EXPECT_EQ(Fault(open + "[ End Agent : a ]\n" + open + "[ End Agent : a ]"),
+              "agents.conf:4: a second agent named \"a\"");
     EXPECT_EQ(Fault(open + "  Version = 3\n[ End Agent : a ]"), "agents.conf:1: the agent a has no User (SNMPv3)");
     EXPECT_EQ(Fault(open + "  Version = 3\n  User = u\n  Level = authPriv\n  AuthKey = 12345678\n[ End Agent : a ]"),
               "agents.conf:1: the agent a has no PrivKey for its Level");
-    EXPECT_EQ(Fault(open + "  AuthKey = 1234\n[ End Agent : a ]"), "agents.conf:3: AuthKey is shorter than 8 characters");
+    EXPECT_EQ(Fault(open + "  AuthKey = 1234\n[ End Agent : a ]"),
+              "agents.conf:3: AuthKey is shorter than 8 characters");
     EXPECT_EQ(Fault(open + "  AuthProtocol = MD5\n[ End Agent : a ]"),
               "agents.conf:3: AuthProtocol \"MD5\" is not one of SHA-256, SHA-512");
     EXPECT_EQ(Fault(open + "  AuthKey = 12345678\n[ End Agent : a ]"),
@@ -136,7 +141,8 @@ TEST(SnmpAgentsFile, SecretsOthersCanReadAreRefused)
     TempDir dir;
     const std::string path = dir / "agents.conf";
     const std::string plain = "[ Agent : a ]\n  Address = udp:127.0.0.1:1\n[ End Agent : a ]\n";
-    const std::string secret = "[ Agent : a ]\n  Address = udp:127.0.0.1:1\n  WriteCommunity = private\n[ End Agent : a ]\n";
+    const std::string secret =
+        "[ Agent : a ]\n  Address = udp:127.0.0.1:1\n  WriteCommunity = private\n[ End Agent : a ]\n";
 
     TempDir::Write(path, plain);
     chmod(path.c_str(), 0644);
@@ -147,8 +153,10 @@ TEST(SnmpAgentsFile, SecretsOthersCanReadAreRefused)
         ZedReadAgentsFile(path);
         ADD_FAILURE() << "a write community readable by others was taken";
     } catch (const TException& e) {
-        EXPECT_EQ(std::string(e.what()), path + ": holds keys or a write community but its group or others may read it "
-                                                "(mode 0644); make it private with: chmod 600 " + path);
+        EXPECT_EQ(std::string(e.what()), path
+                                             + ": holds keys or a write community but its group or others may read it "
+                                               "(mode 0644); make it private with: chmod 600 "
+                                             + path);
     }
     chmod(path.c_str(), 0640);
     EXPECT_THROW(ZedReadAgentsFile(path), TException);
@@ -172,7 +180,8 @@ TEST(SnmpAgentsFile, AFileOthersMayWriteOrAnotherUserOwnsIsRefused)
         } catch (const TException& e) {
             EXPECT_EQ(std::string(e.what()), path + ": its group or others may write it (mode " + octal
                                                  + "), and so point an agent at a host of their own; make it "
-                                                   "private with: chmod 600 " + path);
+                                                   "private with: chmod 600 "
+                                                 + path);
         }
     }
     chmod(path.c_str(), 0644);
@@ -183,8 +192,9 @@ TEST(SnmpAgentsFile, AFileOthersMayWriteOrAnotherUserOwnsIsRefused)
             ZedReadAgentsFile(path);
             ADD_FAILURE() << "another user's file was taken";
         } catch (const TException& e) {
-            EXPECT_EQ(std::string(e.what()), path + ": it belongs to another user (uid 65534), who may point an agent "
-                                                    "at a host of their own; copy it to a file of your own");
+            EXPECT_EQ(std::string(e.what()), path
+                                                 + ": it belongs to another user (uid 65534), who may point an agent "
+                                                   "at a host of their own; copy it to a file of your own");
         }
     }
 }

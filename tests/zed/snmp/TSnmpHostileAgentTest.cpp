@@ -170,4 +170,4 @@ TEST_F(HostileAgentTest, RowsWhoseIndexDoesNotFitAreLeftOutCountedAndSaid)
                           "one of Interface"));
 }
 
-} // namespace
+}  // namespace

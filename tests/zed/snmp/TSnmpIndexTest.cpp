@@ -26,7 +26,7 @@ void RoundTrip(const TSnmpIndex& index, const std::string& name, const ZedOid& e
     EXPECT_EQ(TSnmpIndex::Join(*parts), name);
 }
 
-} // namespace
+}  // namespace
 
 TEST(SnmpIndex, NamesAndIndexesOfEveryKindOfPartGoBothWays)
 {
@@ -120,8 +120,10 @@ TEST(SnmpValue, DataBecomeValuesOfTheAttributesTypesAndBack)
     EXPECT_EQ(ZedSnmpFromValue(*value, Syntax::ObjectId)->oid, datum.oid);
     datum.oid = {1, 3, 6, 1, 4, 1, 8072};
     EXPECT_EQ(ZedSnmpToValue(datum, description.GetType(), Syntax::ObjectId, 1, nullptr, names)->ToString(),
-              "1.3.6.1.4.1.8072") << "unknown: numbers only";
-    EXPECT_EQ(ZedSnmpFromValue(TLatin1String("10.1.2.3"), Syntax::IpAddress)->octets, std::string("\x0a\x01\x02\x03", 4));
+              "1.3.6.1.4.1.8072")
+        << "unknown: numbers only";
+    EXPECT_EQ(ZedSnmpFromValue(TLatin1String("10.1.2.3"), Syntax::IpAddress)->octets,
+              std::string("\x0a\x01\x02\x03", 4));
     EXPECT_EQ(ZedSnmpFromValue(TOctetString("18446744073709551615"), Syntax::Counter64)->number, UINT64_MAX);
 
     std::string why;

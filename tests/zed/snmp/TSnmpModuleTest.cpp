@@ -18,7 +18,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-
 #include <chrono>
 #include <cstdlib>
 #include <map>
@@ -131,8 +130,8 @@ TEST_F(SnmpModuleTest, AWildcardShowGivesTheRowsOfABulkWalkOfTheSameColumns)
     Start({1, {}, {"extend rows /usr/bin/seq 1 300"}});
     // What the command-line tool reads: ifDescr and ifType of every row.
     std::map<std::string, std::string> walked;
-    std::istringstream lines(Shell("snmpbulkwalk -v2c -c public -On -Oq -m \"\" 127.0.0.1:" +
-                                 std::to_string(agent->GetPorts()[0]) + " 1.3.6.1.2.1.2.2.1.2"));
+    std::istringstream lines(Shell("snmpbulkwalk -v2c -c public -On -Oq -m \"\" 127.0.0.1:"
+                                   + std::to_string(agent->GetPorts()[0]) + " 1.3.6.1.2.1.2.2.1.2"));
     for (std::string line; std::getline(lines, line);) {
         const std::string prefix = ".1.3.6.1.2.1.2.2.1.2.";
         if (line.rfind(prefix, 0) == 0)
@@ -230,7 +229,9 @@ TEST_F(SnmpModuleTest, AWrongCommunityOrKeyEndsWithinTheConfiguredTimeout)
     TSyncCall community = Call("Agent agent-1", "Show");
     EXPECT_LT(std::chrono::steady_clock::now() - started, 2s) << "two tries of 0.3 s";
     EXPECT_EQ(community.GetReply().GetReplyCode(), ZED_COMMON_NO_ANSWER);
-    EXPECT_EQ(Reason(community), "no answer from agent agent-1 (" + agent->GetAddress() + ") within 0.3 s (2 tries); a wrong community looks the same: the agent does not answer one");
+    EXPECT_EQ(Reason(community),
+              "no answer from agent agent-1 (" + agent->GetAddress()
+                  + ") within 0.3 s (2 tries); a wrong community looks the same: the agent does not answer one");
 
     TSnmpAgents key = agent->MakeAgents(TSnmpAgent::Version::V3, "agent", 5, 0);
     key.agents[0].authKey = "not-the-key";
@@ -239,8 +240,8 @@ TEST_F(SnmpModuleTest, AWrongCommunityOrKeyEndsWithinTheConfiguredTimeout)
     TSyncCall v3 = Call("Agent agent-1", "Show");
     EXPECT_LT(std::chrono::steady_clock::now() - started, 2s) << "the agent says so at once";
     EXPECT_EQ(v3.GetReply().GetReplyCode(), ZED_COMMON_NOT_AUTHORIZED);
-    EXPECT_EQ(Reason(v3), "agent agent-1 (" + agent->GetAddress() +
-                              ") refused us: wrong authentication key or protocol (wrongDigests)");
+    EXPECT_EQ(Reason(v3), "agent agent-1 (" + agent->GetAddress()
+                              + ") refused us: wrong authentication key or protocol (wrongDigests)");
 }
 
 TEST_F(SnmpModuleTest, AnAgentStoppedMidCallEndsInATimeoutWhileTheLoopKeepsTurning)
@@ -258,7 +259,8 @@ TEST_F(SnmpModuleTest, AnAgentStoppedMidCallEndsInATimeoutWhileTheLoopKeepsTurni
     const auto timed = [&](auto&& step) {
         const auto at = std::chrono::steady_clock::now();
         step();
-        longest = std::max(longest, std::chrono::ceil<std::chrono::milliseconds>(std::chrono::steady_clock::now() - at));
+        longest =
+            std::max(longest, std::chrono::ceil<std::chrono::milliseconds>(std::chrono::steady_clock::now() - at));
     };
     timed([&] {
         loop.Submit(TEntitySpec("Agent agent-1 Interface *"), 1, {},
@@ -286,10 +288,10 @@ TEST_F(SnmpModuleTest, TrapsAndInformsBecomeEventReportsOfTheirAgent)
     const std::string target = receiver.substr(4);
     const auto send = [&](std::vector<std::string> args) { return RunBeside(*module, std::move(args)); };
     EXPECT_EQ(send({"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.1"}), 0);
-    EXPECT_EQ(send({"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.3",
-                    "1.3.6.1.2.1.2.2.1.1.2", "i", "2", "1.3.6.1.2.1.2.2.1.7.2", "i", "2", "1.3.6.1.2.1.2.2.1.8.2", "i",
-                    "2"}),
-              0);
+    EXPECT_EQ(
+        send({"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.3",
+              "1.3.6.1.2.1.2.2.1.1.2", "i", "2", "1.3.6.1.2.1.2.2.1.7.2", "i", "2", "1.3.6.1.2.1.2.2.1.8.2", "i", "2"}),
+        0);
     // An inform is acknowledged: snmpinform ends 0 only then.
     EXPECT_EQ(send({"/usr/bin/snmpinform", "-v", "2c", "-c", "public", "-t", "2", "-r", "0", target, "",
                     "1.3.6.1.6.3.1.1.5.2"}),
@@ -320,9 +322,28 @@ TEST_F(SnmpModuleTest, TrapsAndInformsBecomeEventReportsOfTheirAgent)
 
     // An SNMPv3 inform from the agents file's user, keys and all.
     Use(agent->MakeAgents(TSnmpAgent::Version::V3), true);
-    EXPECT_EQ(send({"/usr/bin/snmpinform", "-v", "3", "-u", TSnmpLocalAgent::kUser, "-l", "authPriv", "-a", "SHA-256",
-                    "-A", TSnmpLocalAgent::kAuthKey, "-x", "AES", "-X", TSnmpLocalAgent::kPrivKey, "-t", "2", "-r",
-                    "0", module->GetReceiverAddress().substr(4), "", "1.3.6.1.6.3.1.1.5.2"}),
+    EXPECT_EQ(send({"/usr/bin/snmpinform",
+                    "-v",
+                    "3",
+                    "-u",
+                    TSnmpLocalAgent::kUser,
+                    "-l",
+                    "authPriv",
+                    "-a",
+                    "SHA-256",
+                    "-A",
+                    TSnmpLocalAgent::kAuthKey,
+                    "-x",
+                    "AES",
+                    "-X",
+                    TSnmpLocalAgent::kPrivKey,
+                    "-t",
+                    "2",
+                    "-r",
+                    "0",
+                    module->GetReceiverAddress().substr(4),
+                    "",
+                    "1.3.6.1.6.3.1.1.5.2"}),
               0);
     EXPECT_EQ(module->TakeEvents().size(), 1u);
 }
@@ -344,7 +365,8 @@ TEST_F(SnmpModuleTest, AnAgentStoppingSaysSoToItsTrapSink)
     module = std::make_shared<TSnmpModule>(dictionary, std::move(agents), true);
     agent->Stop();
     std::vector<TCallResult> events;
-    TurnUntil(*module, [&] { return !(events = module->TakeEvents()).empty(); }, 5s);
+    TurnUntil(
+        *module, [&] { return !(events = module->TakeEvents()).empty(); }, 5s);
     ASSERT_EQ(events.size(), 1u);
     const auto* shutdown = static_cast<const TEventReport*>(events[0].reply.FindFirst(ZED_DT_EVENTREPORT));
     EXPECT_EQ(shutdown->GetEventID(), 3u);
@@ -378,4 +400,4 @@ TEST_F(SnmpModuleTest, FiftyAgentsAreAskedAtOnce)
     agent->Resume();
 }
 
-} // namespace
+}  // namespace

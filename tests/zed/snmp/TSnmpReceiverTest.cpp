@@ -12,7 +12,6 @@
 #include "support/SnmpTestSupport.h"
 #include "support/WaitFor.h"
 
-
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -70,8 +69,22 @@ protected:
     int InformV3(const std::string& level, const std::string& from, const std::string& user = TSnmpLocalAgent::kUser,
                  const std::string& authKey = TSnmpLocalAgent::kAuthKey)
     {
-        std::vector<std::string> args = {"/usr/bin/snmpinform", "-v", "3", "-u", user, "-l", level, "-a", "SHA-256",
-                                         "-A", authKey, "-t", "0.5", "-r", "0", "--clientaddr=" + from};
+        std::vector<std::string> args = {"/usr/bin/snmpinform",
+                                         "-v",
+                                         "3",
+                                         "-u",
+                                         user,
+                                         "-l",
+                                         level,
+                                         "-a",
+                                         "SHA-256",
+                                         "-A",
+                                         authKey,
+                                         "-t",
+                                         "0.5",
+                                         "-r",
+                                         "0",
+                                         "--clientaddr=" + from};
         if (level == "authPriv")
             args.insert(args.end(), {"-x", "AES", "-X", TSnmpLocalAgent::kPrivKey});
         args.insert(args.end(), {target, "", "1.3.6.1.6.3.1.1.5.2"});
@@ -183,4 +196,4 @@ TEST_F(SnmpReceiverTest, DatagramsTheSystemDroppedUnreadAreCountedNotLostInSilen
     EXPECT_EQ(counts.dropped, counts.accepted - 5) << "of what was taken, all but MostWaiting dropped, counted";
 }
 
-} // namespace
+}  // namespace

@@ -167,7 +167,7 @@ TEST(TraceApplication, IsOneObjectAndTakesAHostProvider)
     EXPECT_EQ(app->GetTraceProvider(), raw);
 }
 
-} // namespace
+}  // namespace
 
 #include "zed/TException.h"
 #include "zed/ZedAssert.h"
@@ -190,7 +190,7 @@ TEST_F(TraceStreamTest, AFailedAssertionTracesAndThrowsItsMessage)
     EXPECT_THROW(ZEDAssertAllocation(static_cast<int*>(nullptr)), TException);
 }
 
-} // namespace
+}  // namespace
 
 TEST(TraceRate, AFloodOfOneKindIsTracedInPartAndWhatWasHeldBackIsSaid)
 {

@@ -79,8 +79,8 @@ TEST_F(EntitySpecTest, SynonymFormPutsInstancesInBackquotes)
 
 TEST_F(EntitySpecTest, BadTextsThrowWithTheReason)
 {
-    for (const char* bad : {"Planet x", "Network core Bridge b", "\"core\"", "Network \"open", "Network \"a\"b",
-                            "Network co\"re"}) {
+    for (const char* bad :
+         {"Planet x", "Network core Bridge b", "\"core\"", "Network \"open", "Network \"a\"b", "Network co\"re"}) {
         EXPECT_THROW(TEntitySpec{bad}, TException) << bad;
         std::string error;
         EXPECT_FALSE(TEntitySpec::Parse(bad, &Dictionary(), &error)) << bad;
@@ -90,4 +90,4 @@ TEST_F(EntitySpecTest, BadTextsThrowWithTheReason)
     EXPECT_TRUE(TEntitySpec::Parse("#1 core #2 r1", nullptr)) << "codes do not";
 }
 
-} // namespace
+}  // namespace

@@ -61,14 +61,28 @@ TEST_F(ValueTest, EveryScalarKindReadsItsOwnTextFormBack)
         ZED_T_DATATYPE datatype;
     };
     const Case cases[] = {
-        {"Boolean", "TRUE", 1},           {"Latin1String", "a b = c", 3},  {"SimpleName", "r1", 4},
-        {"FullName", "core.example.net", 5}, {"Transport", "UDP", 10},     {"Reserved14", "EX-01", 14},
-        {"Reserved15", "x", 15},          {"Reserved16", "y", 16},         {"Integer16", "-32768", 30},
-        {"Integer32", "2147483647", 31},  {"Unsigned16", "65535", 34},     {"Unsigned32", "4294967295", 35},
-        {"Counter16", "7", 37},           {"Counter32", "123456789", 38},  {"OctetString", "SN-1", 44},
-        {"AbsTime", "2026-02-28 23:59:59.5", 47}, {"RelTime", "-3-04:05:06.789", 48},
-        {"EntitySpec", "Network core Router \"r 1\"", 55}, {"EntityClass", "Network Router", 60},
-        {"Float", "12.5", 63},            {"Real", "0.1", 72},             {"AttributeID", "Priority", 83},
+        {"Boolean", "TRUE", 1},
+        {"Latin1String", "a b = c", 3},
+        {"SimpleName", "r1", 4},
+        {"FullName", "core.example.net", 5},
+        {"Transport", "UDP", 10},
+        {"Reserved14", "EX-01", 14},
+        {"Reserved15", "x", 15},
+        {"Reserved16", "y", 16},
+        {"Integer16", "-32768", 30},
+        {"Integer32", "2147483647", 31},
+        {"Unsigned16", "65535", 34},
+        {"Unsigned32", "4294967295", 35},
+        {"Counter16", "7", 37},
+        {"Counter32", "123456789", 38},
+        {"OctetString", "SN-1", 44},
+        {"AbsTime", "2026-02-28 23:59:59.5", 47},
+        {"RelTime", "-3-04:05:06.789", 48},
+        {"EntitySpec", "Network core Router \"r 1\"", 55},
+        {"EntityClass", "Network Router", 60},
+        {"Float", "12.5", 63},
+        {"Real", "0.1", 72},
+        {"AttributeID", "Priority", 83},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.type);
@@ -90,11 +104,24 @@ TEST_F(ValueTest, EveryScalarKindReadsItsOwnTextFormBack)
 TEST_F(ValueTest, BadTextsAreRefusedWithAReason)
 {
     const std::pair<const char*, const char*> bad[] = {
-        {"Integer16", "32768"},  {"Unsigned16", "-1"},    {"Integer32", "12a"},     {"Unsigned32", ""},
-        {"Real", "1e999"},       {"Float", "abc"},        {"Boolean", "maybe"},     {"Transport", "SCTP"},
-        {"AbsTime", "2026-02-30"}, {"AbsTime", "2026-1-1"}, {"RelTime", "25:00:00"}, {"RelTime", "1-2"},
-        {"EntitySpec", "Planet x"}, {"EntitySpec", "Network \"open"}, {"EntityClass", "Network Bridge"},
-        {"AttributeID", "Colour"}, {"PeerAddress", "{\"Host\": 1}"}, {"PeerSet", "[1,"},
+        {"Integer16", "32768"},
+        {"Unsigned16", "-1"},
+        {"Integer32", "12a"},
+        {"Unsigned32", ""},
+        {"Real", "1e999"},
+        {"Float", "abc"},
+        {"Boolean", "maybe"},
+        {"Transport", "SCTP"},
+        {"AbsTime", "2026-02-30"},
+        {"AbsTime", "2026-1-1"},
+        {"RelTime", "25:00:00"},
+        {"RelTime", "1-2"},
+        {"EntitySpec", "Planet x"},
+        {"EntitySpec", "Network \"open"},
+        {"EntityClass", "Network Bridge"},
+        {"AttributeID", "Colour"},
+        {"PeerAddress", "{\"Host\": 1}"},
+        {"PeerSet", "[1,"},
     };
     for (const auto& [type, text] : bad) {
         std::string error;
@@ -106,7 +133,8 @@ TEST_F(ValueTest, BadTextsAreRefusedWithAReason)
 TEST_F(ValueTest, CompositesFromJsonKeepDictionaryOrderAndCopyDeeply)
 {
     std::string error;
-    TValuePtr record = Parse("Location", R"({"Position": {"Longitude": 2, "Latitude": 1.5}, "Site": "Hall C"})", &error);
+    TValuePtr record =
+        Parse("Location", R"({"Position": {"Longitude": 2, "Latitude": 1.5}, "Site": "Hall C"})", &error);
     ASSERT_NE(record, nullptr) << error;
     EXPECT_EQ(record->ToString(), "{ Site = Hall C, Position = { Latitude = 1.5, Longitude = 2 } }");
     const auto& location = static_cast<const TRecord&>(*record);
@@ -269,4 +297,4 @@ TEST_F(ValueTest, ValuesNestedWithoutEndAreRefusedWithTheirPlaceNotACrash)
     EXPECT_FALSE(error.empty());
 }
 
-} // namespace
+}  // namespace
