@@ -962,9 +962,12 @@ void KelBrowserWindow::TakeEvents()
     m_events->Add(events);
     // The Text keeps its newest lines only: its tab says how many went.
     const QString added = QString::fromStdString(text.str());
-    const int before = m_reply->blockCount();
+    // An empty document's one block takes the first paragraph appended.
+    const int before = m_reply->document()->isEmpty() ? 0 : m_reply->blockCount();
     m_reply->appendPlainText(added);
-    m_textDropped += std::max(0, before + static_cast<int>(added.count(QLatin1Char('\n'))) + 1 - m_reply->blockCount());
+    const int appended = static_cast<int>(added.count(QLatin1Char('\n'))) + 1;
+    if (m_reply->blockCount() >= m_reply->maximumBlockCount())
+        m_textDropped += std::max(0, before + appended - m_reply->blockCount());
     TitleText();
 }
 
