@@ -32,7 +32,9 @@ protected:
         TSnmpAgent agent;
         agent.name = "hostile";
         agent.address = address;
-        agent.timeout = 1;
+        // Room for a slow machine (a sanitized build, two cores busy): no
+        // test here waits for a timeout.
+        agent.timeout = 5;
         agent.retries = 0;
         if (configure)
             configure(agent);
