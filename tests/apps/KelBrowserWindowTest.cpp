@@ -521,8 +521,9 @@ TEST_F(SnmpBrowserWindowTest, TheSameFormsTreeAndEventsWorkOnAnAgent)
     environment.insert(QStringLiteral("MIBS"), QString());
     trap.setProcessEnvironment(environment);
     trap.start(QStringLiteral("/usr/bin/snmptrap"),
-               {"-v", "2c", "-c", "public", QString::fromStdString(module->GetReceiverAddress().substr(4)), "",
-                "1.3.6.1.6.3.1.1.5.3", "1.3.6.1.2.1.2.2.1.1.1", "i", "1"});
+               {"--noPersistentLoad=1", "--noPersistentSave=1", "-v", "2c", "-c", "public",
+                QString::fromStdString(module->GetReceiverAddress().substr(4)), "", "1.3.6.1.6.3.1.1.5.3",
+                "1.3.6.1.2.1.2.2.1.1.1", "i", "1"});
     ASSERT_TRUE(trap.waitForFinished(5000));
     EXPECT_FALSE(window->IsBusy());
     ASSERT_TRUE(QTest::qWaitFor([&] { return window->GetEventLists()->count() == 1; }, 5000));

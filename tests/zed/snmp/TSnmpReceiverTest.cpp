@@ -69,22 +69,10 @@ protected:
     int InformV3(const std::string& level, const std::string& from, const std::string& user = TSnmpLocalAgent::kUser,
                  const std::string& authKey = TSnmpLocalAgent::kAuthKey)
     {
-        std::vector<std::string> args = {"/usr/bin/snmpinform",
-                                         "-v",
-                                         "3",
-                                         "-u",
-                                         user,
-                                         "-l",
-                                         level,
-                                         "-a",
-                                         "SHA-256",
-                                         "-A",
-                                         authKey,
-                                         "-t",
-                                         "0.5",
-                                         "-r",
-                                         "0",
-                                         "--clientaddr=" + from};
+        std::vector<std::string> args = {"/usr/bin/snmpinform", "-v", "3", "-u", user, "-l", level, "-a", "SHA-256",
+                                         "-A", authKey,
+                                         // No retry: a resent inform would be refused twice.
+                                         "-t", "0.5", "-r", "0", "--clientaddr=" + from};
         if (level == "authPriv")
             args.insert(args.end(), {"-x", "AES", "-X", TSnmpLocalAgent::kPrivKey});
         args.insert(args.end(), {target, "", "1.3.6.1.6.3.1.1.5.2"});
