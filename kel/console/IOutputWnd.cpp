@@ -189,6 +189,19 @@ const QString& IOutputWnd::TimeText()
     return m_timeText;
 }
 
+std::string IOutputWnd::GetMessagesText() const
+{
+    static const char* const kSeverity[] = {"done", "problem", "information"};
+    std::string text;
+    for (int i = 0; m_pList && i < m_pList->topLevelItemCount(); ++i) {
+        const QTreeWidgetItem* row = m_pList->topLevelItem(i);
+        const int severity = row->data(0, kSeverityRole).toInt();
+        text += std::string("[") + kSeverity[severity >= 0 && severity <= 2 ? severity : 1] + "] "
+                + row->text(1).toStdString() + "\n";
+    }
+    return text;
+}
+
 bool IOutputWnd::Clear()
 {
     if (!m_pList)

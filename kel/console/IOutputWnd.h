@@ -41,6 +41,8 @@ public:
     int SetMessage(KEL_T_Severity severity, const char* text);
     /// Deletes every message; true when done.
     bool Clear();
+    /// Every message, a line each: "[done] text", "[problem] ...", "[information] ...".
+    std::string GetMessagesText() const;
 
     const std::string& GetTitle() const { return m_title; }
     void SetTitle(const std::string& title) { m_title = title; }

@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/console/KELWorkspaceStore.h"
 
+#include "kel/config/IConfiguration.h"
+#include "kel/config/KELConfigContext.h"
 #include "kel/config/KELFileWriter.h"
 #include "kel/console/KELWorkspaceDocument.h"
+#include "kel/frame/IApplication.h"
+#include "kel/frame/KELResources.h"
 #include "zed/ZedFile.h"
 
 #include <QJsonArray>
@@ -17,6 +21,10 @@ namespace {
 
 // A workspace file is small; anything larger is not one.
 constexpr std::size_t kMaxFileSize = std::size_t(16) << 20;
+// The section of a context's files that keeps the recent workspaces.
+constexpr int kRecentSection = 4068;
+
+std::string RecentKey(int i) { return "Recent " + std::to_string(i); }
 
 }  // namespace
 
@@ -130,6 +138,32 @@ void KELWorkspaceStore::SetRecent(std::vector<std::string> recent)
     if (m_recent.size() > static_cast<std::size_t>(kMaxRecent))
         m_recent.resize(kMaxRecent);
     FillRecentMenu();
+}
+
+void KELWorkspaceStore::ReadRecent(KELConfigContext* context)
+{
+    if (!context || !GetKELapp())
+        return;
+    std::vector<std::string> recent;
+    for (int i = 1; i <= kMaxRecent; ++i) {
+        std::string name;
+        if (GetKELapp()->GetConfigString(context, KELResources::String(kRecentSection), RecentKey(i), name, "", 1) == 1
+            && !name.empty())
+            recent.push_back(name);
+    }
+    SetRecent(std::move(recent));
+}
+
+void KELWorkspaceStore::KeepRecent(KELConfigContext* context) const
+{
+    IConfiguration* user = context ? context->GetUserConfigFile() : nullptr;
+    if (!user)
+        return;
+    for (int i = 1; i <= kMaxRecent; ++i)
+        user->SetString(
+            KELResources::String(kRecentSection), RecentKey(i),
+            i <= static_cast<int>(m_recent.size()) ? m_recent[static_cast<std::size_t>(i - 1)] : std::string(), 1);
+    user->Save();
 }
 
 QMenu* KELWorkspaceStore::GetRecentMenu()

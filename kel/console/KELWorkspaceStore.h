@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+class KELConfigContext;
 class KELWorkspaceDocument;
 class QMainWindow;
 class QMenu;
@@ -65,6 +66,10 @@ public:
     /// Recently opened or saved workspaces, newest first.
     const std::vector<std::string>& GetRecent() const { return m_recent; }
     void SetRecent(std::vector<std::string> recent);
+    /// The recent workspaces as the context's files keep them (section 4068,
+    /// "Recent 1" to "Recent 4"); Keep writes them to its user file and saves it.
+    void ReadRecent(KELConfigContext* context);
+    void KeepRecent(KELConfigContext* context) const;
     /// A menu of the recent workspaces, kept up to date; choosing one opens it.
     QMenu* GetRecentMenu();
 

@@ -18,6 +18,7 @@
 #include <QFontDatabase>
 #include <QFontInfo>
 #include <QStandardPaths>
+#include <QWidget>
 
 #include <cstdlib>
 #include <dlfcn.h>
@@ -284,6 +285,25 @@ void IApplication::DisplayHelp(const std::string& text)
         return;
     m_pHelpDialog->SetText(QString::fromStdString(text));
     m_pHelpDialog->show();
+}
+
+void IApplication::DisplayHelpFor(const QWidget* focused)
+{
+    if (!focused)
+        return;
+    // Focus may rest on a part of a field (a text box's viewport, a combo's
+    // line): the field that holds it is the one to explain.
+    while (focused->accessibleName().isEmpty() && focused->accessibleDescription().isEmpty() && focused->parentWidget())
+        focused = focused->parentWidget();
+    const QString name = focused->accessibleName();
+    const QString help = focused->accessibleDescription();
+    const QString type = focused->toolTip();
+    QString text = name.isEmpty() ? QStringLiteral("No help for this element.") : name;
+    if (!type.isEmpty())
+        text += QStringLiteral(" (") + type + QLatin1Char(')');
+    // The configured help, then what the dictionary says the element takes.
+    text += QStringLiteral("\n\n") + (help.isEmpty() ? QStringLiteral("No help text is configured for it.") : help);
+    DisplayHelp(text.toStdString());
 }
 
 void IApplication::InsertMessageConsole(KEL_T_Severity severity, const std::string& text)

@@ -14,6 +14,8 @@
 
 class IConfiguration;
 class IHelpDialog;
+class QWidget;
+class QWidget;
 class KELCallPump;
 class KELConfigContext;
 class KELWorkspaceQuery;
@@ -103,6 +105,9 @@ public:
     /// Shows the text in the help window (made when first needed if no GUI
     /// application ran when this object was made; dropped without one).
     void DisplayHelp(const std::string& text);
+    /// F1's help: of the element that holds the focus (or of the field the
+    /// focused part belongs to), its name, what it takes and its help text.
+    void DisplayHelpFor(const QWidget* focused);
     IHelpDialog* GetHelpDialog() const { return m_pHelpDialog.get(); }
     /// What carries the access library's calls in Qt's event loop; null when
     /// no Qt application ran when this object was made.

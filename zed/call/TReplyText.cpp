@@ -6,6 +6,7 @@
 #include "zed/value/TEventReport.h"
 
 #include <ostream>
+#include <sstream>
 #include <string>
 #include <vector>
 
@@ -112,4 +113,24 @@ void ZEDWriteEvents(std::ostream& out, const TDictionary& dictionary, const TCal
                        "    ");
         }
     }
+}
+
+std::string ZEDFirstException(const TDictionary& dictionary, TCall& call)
+{
+    std::string exception;
+    for (std::size_t i = 0; call.SelectReply(i) && exception.empty(); ++i) {
+        if (call.GetStatus() == ZED_STATUS_RESPONSE)
+            continue;
+        std::ostringstream text;
+        ZEDWriteReply(text, dictionary, call, call.GetDirective());
+        std::istringstream lines(text.str());
+        std::string line;
+        std::getline(lines, line);  // the entity and time
+        while (std::getline(lines, line)) {
+            const std::string trimmed = line.substr(std::min(line.size(), line.find_first_not_of(' ')));
+            exception += (exception.empty() ? "" : exception.back() == ':' ? " " : "; ") + trimmed;
+        }
+    }
+    call.SelectReply(0);
+    return exception;
 }

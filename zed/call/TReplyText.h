@@ -12,6 +12,7 @@
 #include "zed/dict/TDictionary.h"
 
 #include <iosfwd>
+#include <string>
 
 /// The call's current reply.
 ZED_EXPORT void ZEDWriteReply(std::ostream& out, const TDictionary& dictionary, const TCall& call,
@@ -21,5 +22,9 @@ ZED_EXPORT void ZEDWriteReply(std::ostream& out, const TDictionary& dictionary, 
 /// class's attributes when the directive takes attributes).
 ZED_EXPORT void ZEDWriteRequest(std::ostream& out, const TDictionary& dictionary, const TEntitySpec& entity,
                                 unsigned int directiveId, const TRequest& request);
+/// The first reply that is no response, on one line as a console shows it:
+/// its kind and text, then its values ("...: Reason = ..."); empty when every
+/// reply was a response. Leaves the call on its first reply.
+ZED_EXPORT std::string ZEDFirstException(const TDictionary& dictionary, TCall& call);
 /// The event reports a result carries ("event <name> from <entity>" and their arguments).
 ZED_EXPORT void ZEDWriteEvents(std::ostream& out, const TDictionary& dictionary, const TCallResult& result);
