@@ -76,8 +76,7 @@ bool KELDocumentArea::OpenInputForm(const std::string& entityText, const std::st
     const TDictDirective* directive = cls ? cls->FindDirective(directiveName) : nullptr;
     if (!directive)
         return false;
-    auto document =
-        MakeDocument(KELHostDocument::kInputForm, {entity->ToString(&m_dictionary), directive->GetName()});
+    auto document = MakeDocument(KELHostDocument::kInputForm, {entity->ToString(&m_dictionary), directive->GetName()});
     if (BringForward(*document))
         return true;
     auto* form = new IInputForm(m_context);
@@ -120,8 +119,10 @@ bool KELDocumentArea::OpenFile(const std::string& kind, const std::string& path)
             m_console->SetMessage(KEL_SEVERITY_PROBLEM, error);
         return false;
     }
-    const bool opened = kind == KELHostDocument::kAttributes ? OpenAttributes(contents->entity)
-                        : kind == KELHostDocument::kInputForm && OpenInputForm(contents->entity, contents->directive);
+    const bool opened =
+        kind == KELHostDocument::kAttributes
+            ? OpenAttributes(contents->entity)
+            : kind == KELHostDocument::kInputForm && OpenInputForm(contents->entity, contents->directive);
     // The document keeps its file: the next save writes the same one.
     if (KELHostDocument* document = opened ? Shown() : nullptr)
         document->SetPathName(path);
@@ -132,8 +133,8 @@ bool KELDocumentArea::BringForward(const KELHostDocument& wanted)
 {
     for (int i = 0; i < count(); ++i)
         if (const auto page = m_pages.find(widget(i)); page != m_pages.end()
-                                                         && page->second->GetKind() == wanted.GetKind()
-                                                         && page->second->GetTitle() == wanted.GetTitle()) {
+                                                       && page->second->GetKind() == wanted.GetKind()
+                                                       && page->second->GetTitle() == wanted.GetTitle()) {
             setCurrentIndex(i);
             widget(i)->setFocus(Qt::OtherFocusReason);
             return true;
@@ -184,10 +185,7 @@ IPresentationForm* KELDocumentArea::ShownForm() const { return dynamic_cast<IPre
 
 IInputForm* KELDocumentArea::ShownInputForm() const { return dynamic_cast<IInputForm*>(currentWidget()); }
 
-IInputOutputForm* KELDocumentArea::ShownAttributes() const
-{
-    return dynamic_cast<IInputOutputForm*>(currentWidget());
-}
+IInputOutputForm* KELDocumentArea::ShownAttributes() const { return dynamic_cast<IInputOutputForm*>(currentWidget()); }
 
 bool KELDocumentArea::Send()
 {

@@ -16,8 +16,7 @@ constexpr int kEntityChars = 36;
 constexpr int kDirectiveChars = 12;
 }  // namespace
 
-KELEntityPicks::KELEntityPicks(const TDictionary& dictionary, Lister lister, IMessageConsole* console,
-                               QWidget* parent)
+KELEntityPicks::KELEntityPicks(const TDictionary& dictionary, Lister lister, IMessageConsole* console, QWidget* parent)
     : QWidget(parent), m_dictionary(dictionary), m_lister(std::move(lister)), m_console(console),
       m_entities(new QComboBox(this)), m_directives(new QComboBox(this))
 {

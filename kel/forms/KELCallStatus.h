@@ -26,7 +26,7 @@ signals:
     void CancelClicked();
 
 private:
-    QLabel* m_waiting;     // a child
-    QProgressBar* m_busy;  // a child
-    QPushButton* m_cancel; // a child
+    QLabel* m_waiting;      // a child
+    QProgressBar* m_busy;   // a child
+    QPushButton* m_cancel;  // a child
 };

@@ -136,9 +136,9 @@ void KELOutputPanel::SetText(const std::string& text)
 void KELOutputPanel::TitleText()
 {
     if (const int at = indexOf(m_text); at >= 0)
-        setTabText(at, m_textDropped ? QStringLiteral("Text (%1 older lines dropped)")
-                                           .arg(QLocale().toString(m_textDropped))
-                                     : kText);
+        setTabText(at, m_textDropped
+                           ? QStringLiteral("Text (%1 older lines dropped)").arg(QLocale().toString(m_textDropped))
+                           : kText);
 }
 
 IOutputForm* KELOutputPanel::GetOutputForm() const { return m_form; }
@@ -150,7 +150,8 @@ std::string KELOutputPanel::GetText() const { return m_text->toPlainText().toStd
 void KELOutputPanel::WatchSummary(std::function<std::string()> summary)
 {
     auto* timer = new QTimer(this);
-    connect(timer, &QTimer::timeout, this, [this, summary] { m_events->SetSummary(QString::fromStdString(summary())); });
+    connect(timer, &QTimer::timeout, this,
+            [this, summary] { m_events->SetSummary(QString::fromStdString(summary())); });
     timer->start(kSummaryInterval);
     m_events->SetSummary(QString::fromStdString(summary()));
 }

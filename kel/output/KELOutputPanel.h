@@ -60,7 +60,7 @@ private:
     KELConfigContext* m_context;
     QPointer<IOutputForm> m_form;
     QPointer<IOutputList> m_list;
-    QPlainTextEdit* m_text;    // a page
-    KELEventLists* m_events;   // a page
-    int m_textDropped = 0;     // lines the Text's bound has dropped
+    QPlainTextEdit* m_text;   // a page
+    KELEventLists* m_events;  // a page
+    int m_textDropped = 0;    // lines the Text's bound has dropped
 };
