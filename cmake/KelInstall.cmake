@@ -18,7 +18,6 @@ set(KEL_PRIVATE_HEADERS
   kel/config/KELFileWriter.h
   kel/config/KELNameIndex.h
   kel/config/KELSectionMerge.h
-  kel/config/KELTextReader.h
   kel/config/KELTextTrim.h
   kel/frame/KELModule.h
   kel/forms/KELIdlePass.h

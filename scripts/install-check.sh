@@ -2,8 +2,9 @@
 # SPDX-License-Identifier: BSD-3-Clause
 # Installs the default build into a temporary prefix and consumes it as a
 # host outside this tree would: every installed header compiles on its own,
-# the example finds the package with CMake and builds with pkg-config, and
-# both builds run offscreen; the installed kelconf looks for system files in
+# the examples find the package with CMake (the mini console is the host
+# kit's) and build with pkg-config, and run offscreen; the launch plugin
+# builds from its sources against the installed headers and loads; the installed kelconf looks for system files in
 # the layout's configuration folder; the Debian packages are built, checked
 # (multiarch libraries without debug information, a copyright file each, the
 # symbols apart), unpacked and their tools run, and apt (as root) says it
@@ -22,10 +23,10 @@ export LD_LIBRARY_PATH=$libdir
 export QT_QPA_PLATFORM=offscreen
 
 echo "== installed headers, each on its own"
-private=$(find "$prefix/include" -name 'ZedJsonReader.h' -o -name 'KELTextReader.h' -o -name 'KELIdlePass.h' | head -n 1)
+private=$(find "$prefix/include" -name 'ZedJsonReader.h' -o -name 'KELIdlePass.h' | head -n 1)
 if [ -n "$private" ]; then echo "a private header was installed: $private" >&2; exit 1; fi
 count=0
-for header in $(cd "$prefix/include" && find kel zed -name '*.h' | sort); do
+for header in $(cd "$prefix/include" && find kel zed launch -name '*.h' | sort); do
   echo "#include <$header>" > "$work/one.cpp"
   # shellcheck disable=SC2046
   c++ -fsyntax-only "$work/one.cpp" $(pkg-config --cflags kel) -fPIC || { echo "does not compile alone: $header" >&2; exit 1; }
@@ -38,11 +39,32 @@ cmake -S examples/hello-host -B "$work/cmake" -DCMAKE_PREFIX_PATH="$prefix" >/de
 cmake --build "$work/cmake" >/dev/null
 "$work/cmake/hello-host"
 
+echo "== the mini console: the host kit, found with CMake"
+cmake -S examples/mini-console -B "$work/console" -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$work/console" >/dev/null
+"$work/console/mini-console" --send | grep -F "Test" || { echo "the mini console showed no reply" >&2; exit 1; }
+
 echo "== pkg-config kel"
 # shellcheck disable=SC2046
 c++ -o "$work/hello-pkg" examples/hello-host/main.cpp -fPIC \
   -DKEL_NETWORK_DIR="\"$(pkg-config --variable=datadir kel)/network\"" $(pkg-config --cflags --libs kel)
 "$work/hello-pkg"
+
+echo "== the launch plugin, built as a site builds its own: the installed headers only"
+mkdir -p "$work/plugin/launch"
+cp launch/OrvexLaunch.cpp launch/GaLaunchRegistry.cpp launch/GaLaunchRegistry.h "$work/plugin/launch/"
+# shellcheck disable=SC2046
+c++ -std=c++20 -shared -fPIC -Wl,--no-undefined -o "$work/plugin/libOrvexLaunch.so" \
+  "$work/plugin/launch/OrvexLaunch.cpp" "$work/plugin/launch/GaLaunchRegistry.cpp" -I"$work/plugin" \
+  $(pkg-config --cflags --libs kel)
+python3 - "$work/plugin/libOrvexLaunch.so" <<'PLUGIN'
+import ctypes, sys
+plugin = ctypes.CDLL(sys.argv[1])
+plugin.GaLAUNCHGetAPIInterface.restype = ctypes.POINTER(ctypes.c_uint)
+interface = plugin.GaLAUNCHGetAPIInterface()
+assert interface and interface[0] == 1, "the plugin gives no interface of version 1"
+print("libOrvexLaunch.so: interface version", interface[0])
+PLUGIN
 
 echo "== installed kelconf: the layout's configuration folder"
 looked=$(env -u ORVEX_SYSTEM_PATH ORVEX_USER_PATH="$work" "$prefix/bin/kelconf" get console Console Font 2>&1 >/dev/null || true)

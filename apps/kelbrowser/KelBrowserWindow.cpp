@@ -10,7 +10,6 @@
 #include "kel/fields/KELEnumerationCodes.h"
 #include "kel/forms/IInputForm.h"
 #include "kel/forms/KELCallStatus.h"
-#include "kel/forms/KELIdlePass.h"
 #include "kel/frame/IApplication.h"
 #include "kel/frame/KELPrompt.h"
 #include "kel/frame/KELResources.h"
@@ -350,10 +349,9 @@ void KelBrowserWindow::BuildEditMenu()
         action->setShortcutContext(Qt::WidgetShortcut);
     }
     connect(edit, &QMenu::aboutToShow, this, [this, undo, redo] {
-        KELIdlePass::RunNow();  // what was just typed is a step to undo
-        IPresentationForm* form = m_documents->ShownForm();
-        undo->setEnabled(form && form->GetUndoStack()->canUndo());
-        redo->setEnabled(form && form->GetUndoStack()->canRedo());
+        const IPresentationForm* form = m_documents->ShownForm();
+        undo->setEnabled(form && form->CanUndo());
+        redo->setEnabled(form && form->CanRedo());
     });
 }
 

@@ -13,6 +13,7 @@
 #include "zed/TApplication.h"
 
 #include <QPalette>
+#include <QUndoStack>
 #include <QResizeEvent>
 
 IPresentationForm::IPresentationForm(KELConfigContext* context, QWidget* parent)
@@ -98,6 +99,18 @@ void IPresentationForm::PostCreate()
 void IPresentationForm::PostProcessReply() { UndoBoundary(); }
 
 QUndoStack* IPresentationForm::GetUndoStack() const { return m_pUndo->Stack(); }
+
+bool IPresentationForm::CanUndo() const
+{
+    KELIdlePass::RunNow();
+    return GetUndoStack()->canUndo();
+}
+
+bool IPresentationForm::CanRedo() const
+{
+    KELIdlePass::RunNow();
+    return GetUndoStack()->canRedo();
+}
 
 void IPresentationForm::UndoBoundary() { m_pUndo->Boundary(); }
 

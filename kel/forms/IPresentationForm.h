@@ -56,6 +56,10 @@ public:
     /// Ctrl+Shift+Z): a line's typing, a choice, a set element added or
     /// removed, a revert or a default is each one step.
     QUndoStack* GetUndoStack() const;
+    /// Whether a step can be undone or redone now, what was just typed
+    /// counting as one (a menu asks before it shows).
+    bool CanUndo() const;
+    bool CanRedo() const;
     /// A refresh or a send: nothing undone before it can be redone, and what
     /// the form shows now is what the next step starts from. A reply that
     /// refreshes the form is one already.

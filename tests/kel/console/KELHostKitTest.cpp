@@ -111,7 +111,8 @@ TEST_F(HostKitTest, TheOutputPanelShowsAWildcardsRepliesAsAListAndTheTextOfAll)
 
 TEST_F(HostKitTest, PicksOfferTheListersEntitiesAndAskForTheFormOfADirective)
 {
-    KELEntityPicks picks(Dictionary(), [] { return std::vector<std::string>{kInterface}; }, &console);
+    KELEntityPicks picks(
+        Dictionary(), [] { return std::vector<std::string>{kInterface}; }, &console);
     QSignalSpy picked(&picks, &KELEntityPicks::Picked);
     picks.ChooseEntity();
     ASSERT_EQ(picked.count(), 1);
