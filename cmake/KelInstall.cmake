@@ -15,6 +15,9 @@ set(KEL_PRIVATE_HEADERS
   zed/value/ZedValueJson.h
   zed/snmp/ZedSnmpLibrary.h
   zed/snmp/ZedSnmpPdu.h
+  zed/snmp/TSnmpAnswers.h
+  zed/snmp/TSnmpCallBook.h
+  zed/snmp/TSnmpJobs.h
   kel/config/KELFileWriter.h
   kel/config/KELNameIndex.h
   kel/config/KELSectionMerge.h

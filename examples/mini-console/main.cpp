@@ -49,7 +49,8 @@ public:
         addDockWidget(Qt::BottomDockWidgetArea, console);
         GetKELapp()->SetConsole(console);
 
-        picks = new KELEntityPicks(dictionary, [&dictionary] { return ZedListInstances(dictionary); }, console);
+        picks = new KELEntityPicks(
+            dictionary, [&dictionary] { return ZedListInstances(dictionary); }, console);
         auto* send = new QPushButton(QStringLiteral("&Send"));
         QToolBar* bar = addToolBar(QStringLiteral("Entity"));
         bar->addWidget(picks);
@@ -79,9 +80,8 @@ public:
             else
                 outputs->Clear();
         });
-        connect(documents, &KELDocumentArea::BusyChanged, this, [this, status] {
-            status->Show(documents->Shown() ? &documents->Shown()->Calls() : nullptr);
-        });
+        connect(documents, &KELDocumentArea::BusyChanged, this,
+                [this, status] { status->Show(documents->Shown() ? &documents->Shown()->Calls() : nullptr); });
         connect(status, &KELCallStatus::CancelClicked, documents, &KELDocumentArea::Cancel);
         connect(new QShortcut(Qt::Key_Escape, this), &QShortcut::activated, documents, &KELDocumentArea::Cancel);
         picks->ChooseEntity();
@@ -100,8 +100,8 @@ public:
 // What the console shows once the Test of an interface has been sent and answered.
 int SendOnce(Console& console)
 {
-    if (!console.documents->OpenInputForm("Network core Router r1 Interface eth0", "Test")
-        || !console.documents->Send() || !ZEDGetCallLoop().RunUntilIdle(std::chrono::seconds(10)))
+    if (!console.documents->OpenInputForm("Network core Router r1 Interface eth0", "Test") || !console.documents->Send()
+        || !ZEDGetCallLoop().RunUntilIdle(std::chrono::seconds(10)))
         return 1;
     QApplication::processEvents();
     std::cout << console.outputs->GetText();
