@@ -3,7 +3,9 @@
 #include "kel/frame/KELString.h"
 
 #include <QFontMetrics>
+#include <QLineEdit>
 
+#include "kel/controls/IControlBase.h"
 #include "kel/fields/IContainer.h"
 #include "kel/fields/IFieldContainer.h"
 #include "kel/fields/KELSetOfOwner.h"
@@ -130,10 +132,16 @@ void IField::MoveAndResize(const QPoint& position, const QSize& size)
         return;
     m_coordinates = position;
     m_size = size;
+    PlaceWindow("IField::MoveAndResize, m_pWnd must be valid !");
+}
+
+// Move, Resize and MoveAndResize deliberately trace without the "KEL : " prefix.
+void IField::PlaceWindow(const char* problem)
+{
     if (m_pWnd)
         m_pWnd->setGeometry(QRect(m_coordinates, m_size));
     else
-        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "IField::MoveAndResize, m_pWnd must be valid !";
+        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << problem;
 }
 
 QSize IField::GetSize() { return m_size; }
@@ -145,10 +153,7 @@ QPoint IField::Move(const QPoint& position)
     if (position == m_coordinates)
         return m_coordinates;
     m_coordinates = position;
-    if (m_pWnd)
-        m_pWnd->setGeometry(QRect(m_coordinates, m_size));
-    else
-        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "IField::Move, m_pWnd must be valid !";
+    PlaceWindow("IField::Move, m_pWnd must be valid !");
     return m_coordinates;
 }
 
@@ -157,10 +162,7 @@ QSize IField::Resize(const QSize& size)
     if (size == m_size)
         return m_size;
     m_size = size;
-    if (m_pWnd)
-        m_pWnd->setGeometry(QRect(m_coordinates, m_size));
-    else
-        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "IField::Resize, m_pWnd must be valid !";
+    PlaceWindow("IField::Resize, m_pWnd must be valid !");
     return m_size;
 }
 
@@ -246,6 +248,19 @@ void IField::AdoptControl(QWidget* control, unsigned int& id, const IElementInfo
         QString::fromStdString(m_help.empty() || details.empty() ? m_help + details : m_help + "\n\n" + details));
     if (m_pContainer && info.HasDictType() && info.GetDictType())
         m_pContainer->AddToolTip(control, QString::fromStdString(info.GetDictType()->GetName()));
+}
+
+void IField::AdoptControl(QWidget* window, IControlBase& control, unsigned int& id, const IElementInfo& info)
+{
+    AdoptControl(window, id, info);
+    if (!IsReadOnly())
+        return;
+    // A line edit is made read-only and loses its frame; other controls only look so.
+    if (auto* line = qobject_cast<QLineEdit*>(window))
+        IControlBase::ShowAsReadOnly(line);
+    else
+        IControlBase::ShowAsReadOnly(window);
+    control.SetFlag(1);
 }
 
 int IField::TextLineHeight(const QFont& font)

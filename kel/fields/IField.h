@@ -15,6 +15,7 @@
 #include <string>
 
 class IContainer;
+class IControlBase;
 class IElementInfo;
 class IPresentationForm;
 class KELConfigContext;
@@ -115,6 +116,9 @@ protected:
     /// takes: KELElementHelp) for assistive technology and F1, and the type's
     /// name as tooltip.
     void AdoptControl(QWidget* control, unsigned int& id, const IElementInfo& info);
+    /// The same for a control of the field's value, which a read-only field
+    /// shows as read-only and marks so.
+    void AdoptControl(QWidget* window, IControlBase& control, unsigned int& id, const IElementInfo& info);
     /// The height of a one-line control in the font: the bounding box of
     /// "Text" plus 3 pixels. Measured once per font, not once per field.
     static int TextLineHeight(const QFont& font);
@@ -132,6 +136,8 @@ protected:
     void SaveConfigText(const std::string& key, const std::string& text, const char* kind) const;
 
 private:
+    // Puts the window at the stored place and size; without one the problem is traced.
+    void PlaceWindow(const char* problem);
     bool m_initialValueSet = false;
     std::unique_ptr<TValue> m_pInitialValue;
     int m_readOnly = 0;

@@ -58,11 +58,8 @@ void IFieldAttribute::Create(unsigned int& id, IElementInfo& info)
 
 void IFieldAttribute::CreateFields(IElementInfo& info)
 {
-    if (!GetFieldContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttribute::CreateFields, m_pFieldContainer must be valid !";
+    if (!KEL_NEEDS(GetFieldContainer(), "KELFieldAttribute", "IFieldAttribute::CreateFields", "m_pFieldContainer"))
         return;
-    }
     IElementInfo idInfo;
     idInfo.SetID(1);
     idInfo.SetPresentationName("");
@@ -151,11 +148,8 @@ void IFieldAttribute::IdentifierChosen()
 
 void IFieldAttribute::SetValue(const TValue& value)
 {
-    if (!m_pFieldAttributeID) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttribute::SetValue, m_pFieldAttributeID must be valid !";
+    if (!KEL_NEEDS(m_pFieldAttributeID, "KELFieldAttribute", "IFieldAttribute::SetValue", "m_pFieldAttributeID"))
         return;
-    }
     if (value.GetDatatype() != ZED_DT_ATTRIBUTE) {
         KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this)
             << "KEL Exception catched : IFieldAttribute::SetValue failed : a value of data type " << value.GetDatatype()
@@ -197,11 +191,8 @@ std::unique_ptr<TValue> IFieldAttribute::GetTValue(bool partial)
 
 void IFieldAttribute::GetValue(std::string& text) const
 {
-    if (!m_pFieldAttributeID) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttribute::GetValue, m_pFieldAttributeID must be valid !";
+    if (!KEL_NEEDS(m_pFieldAttributeID, "KELFieldAttribute", "IFieldAttribute::GetValue", "m_pFieldAttributeID"))
         return;
-    }
     std::string id, value;
     m_pFieldAttributeID->GetValue(id);
     if (m_pValueField)
@@ -213,11 +204,9 @@ void IFieldAttribute::GetPartialRequest(std::string& request) { GetValue(request
 
 void IFieldAttribute::SetToNotReturned()
 {
-    if (!m_pFieldAttributeID) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttribute::SetToNotReturned, m_pFieldAttributeID must be valid !";
+    if (!KEL_NEEDS(m_pFieldAttributeID, "KELFieldAttribute", "IFieldAttribute::SetToNotReturned",
+                   "m_pFieldAttributeID"))
         return;
-    }
     m_pFieldAttributeID->SetToNotReturned();
 }
 
@@ -258,11 +247,8 @@ bool IFieldAttrList::InitElementInfo()
 
 IField* IFieldAttrList::CreateNewField()
 {
-    if (!GetFieldContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttrList::CreateNewField, m_pFieldContainer must be valid !";
+    if (!KEL_NEEDS(GetFieldContainer(), "KELFieldAttribute", "IFieldAttrList::CreateNewField", "m_pFieldContainer"))
         return nullptr;
-    }
     InitElementInfo();
     m_elementInfo.SetID(static_cast<int>(m_nextElementId++));
     auto field = std::make_unique<IFieldAttribute>(m_elementInfo, GetFieldContainer());
@@ -274,11 +260,8 @@ IField* IFieldAttrList::CreateNewField()
 
 void IFieldAttrList::SetValue(const TValue& value)
 {
-    if (!GetFieldContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldAttribute", this)
-            << "KEL : IFieldAttrList::SetValue, m_pFieldContainer must be valid !";
+    if (!KEL_NEEDS(GetFieldContainer(), "KELFieldAttribute", "IFieldAttrList::SetValue", "m_pFieldContainer"))
         return;
-    }
     if (value.GetDatatype() != ZED_DT_ATTRIBUTELIST) {
         KEL_TRACE(KEL_TRACE_EXCP, "KELFieldAttribute", this)
             << "KEL Exception catched : IFieldAttrList::SetValue failed : a value of data type " << value.GetDatatype()

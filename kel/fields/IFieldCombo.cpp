@@ -34,18 +34,14 @@ void IFieldCombo::SetDictType(const TDictType& type)
 
 void IFieldCombo::Create(unsigned int& id, IElementInfo& info)
 {
-    if (!GetContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "KEL : IFieldCombo::Create, m_pParentWnd must be valid !";
-    }
+    KEL_NEEDS(GetContainer(), "KELField", "IFieldCombo::Create", "m_pParentWnd");
     if (!m_pEnumeration) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "KEL : IFieldCombo::Create, the Enumeration has no dict type !";
     }
     QWidget* window;
     if (IsReadOnly()) {
         auto* edit = new KELControl<QLineEdit>(this, GetContainer());
-        AdoptControl(edit, id, info);
-        IControlBase::ShowAsReadOnly(edit);
-        edit->SetFlag(1);
+        AdoptControl(edit, *edit, id, info);
         m_pEdit = edit;
         window = edit;
     } else {
@@ -81,7 +77,7 @@ const TDictTypeEnumeration::Item* IFieldCombo::Find(const std::string& text) con
 
 void IFieldCombo::Choose(const TDictTypeEnumeration::Item* item)
 {
-    m_serverDefault = false;
+    ForgetServerDefault();
     if (m_pCombo)
         m_pCombo->setCurrentIndex(m_pCombo->findData(item->code));
     // Shown read-only, with its number where the operator asked; its value stays the name.
@@ -92,7 +88,7 @@ void IFieldCombo::Choose(const TDictTypeEnumeration::Item* item)
 
 void IFieldCombo::ShowNothing(const std::string& text)
 {
-    m_serverDefault = false;
+    ForgetServerDefault();
     if (m_pCombo) {
         m_pCombo->setCurrentIndex(-1);
         m_pCombo->setPlaceholderText(QString::fromStdString(text));
@@ -137,7 +133,7 @@ void IFieldCombo::GetValue(std::string& text) const
 {
     // The server's default holds only while nothing is chosen: a pick by the
     // operator (mouse or keyboard) replaces it.
-    if (m_serverDefault && (!m_pCombo || m_pCombo->currentIndex() < 0))
+    if (ServerDefaultHolds() && (!m_pCombo || m_pCombo->currentIndex() < 0))
         text = GetDefault();
     else if (m_pCombo)
         text = m_pCombo->currentIndex() < 0 ? std::string() : m_pCombo->currentText().toStdString();
@@ -155,12 +151,7 @@ bool IFieldCombo::SetToNullValue()
     return true;
 }
 
-bool IFieldCombo::SetToServerDefault()
-{
-    ShowNothing(KELResources::String(KELString::kServerDefault));
-    m_serverDefault = true;
-    return true;
-}
+bool IFieldCombo::SetToServerDefault() { return ShowServerDefault(); }
 
 std::unique_ptr<TValue> IFieldCombo::GetTValue(bool always)
 {

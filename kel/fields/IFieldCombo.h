@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include "kel/fields/KELPlaceholderDefault.h"
 #include "kel/fields/KELTextField.h"
 #include "zed/dict/TDictType.h"
 
@@ -13,7 +14,7 @@ class QLineEdit;
 /// keeping its code; a read-only element shows its item's text instead. With
 /// nothing chosen the list shows what stands for it (nothing, string 4025 for
 /// not returned, string 4044 for the server's default).
-class KEL_EXPORT IFieldCombo : public KELTextField {
+class KEL_EXPORT IFieldCombo : public KELTextField, public KELPlaceholderDefault {
 public:
     IFieldCombo(IElementInfo& info, IContainer* container);
     ~IFieldCombo() override;
@@ -44,11 +45,10 @@ private:
     /// The item of a text or code, or null.
     const TDictTypeEnumeration::Item* Find(const std::string& text) const;
     void Choose(const TDictTypeEnumeration::Item* item);
-    void ShowNothing(const std::string& text);
+    void ShowNothing(const std::string& text) override;
 
     QComboBox* m_pCombo = nullptr;  // the window when editable
     QLineEdit* m_pEdit = nullptr;   // the window when read-only
     std::string m_shownText;        // what the read-only box holds, by its name
     std::shared_ptr<const TDictTypeEnumeration> m_pEnumeration;
-    bool m_serverDefault = false;
 };

@@ -37,13 +37,9 @@ IFieldDateTime::~IFieldDateTime() = default;
 void IFieldDateTime::Create(unsigned int& id, IElementInfo& info)
 {
     auto* edit = new IControlDateTime(this, GetContainer(), QtDisplayFormat(kDisplayFormat));
-    AdoptControl(edit, id, info);
-    if (IsReadOnly()) {
-        IControlBase::ShowAsReadOnly(edit);
-        edit->SetFlag(1);
-    }
+    AdoptControl(edit, *edit, id, info);
     // Typing or a pick from the calendar replaces the server's default.
-    QObject::connect(edit, &QLineEdit::textEdited, edit, [this] { m_serverDefault = false; });
+    QObject::connect(edit, &QLineEdit::textEdited, edit, [this] { ForgetServerDefault(); });
     m_pEdit = edit;
     SetWindow(edit);
     // Room for a whole time, the calendar button and the frame.
@@ -55,7 +51,7 @@ void IFieldDateTime::Create(unsigned int& id, IElementInfo& info)
 
 void IFieldDateTime::ShowNothing(const std::string& text)
 {
-    m_serverDefault = false;
+    ForgetServerDefault();
     if (m_pEdit) {
         m_pEdit->ShowNothing(QString::fromStdString(text));
         m_pEdit->MarkInvalid(QString());
@@ -68,7 +64,7 @@ void IFieldDateTime::GetValue(std::string& text) const
     if (!m_pEdit)
         return;
     if (m_pEdit->IsBlank()) {
-        if (m_serverDefault)
+        if (ServerDefaultHolds())
             text = GetDefault();
         return;
     }
@@ -89,7 +85,7 @@ void IFieldDateTime::SetValue(const std::string& text)
         KEL_TRACE(KEL_TRACE_PBLM, "KELField", this) << "KEL : IFieldDateTime::SetValue, not a time : " << text;
         return;
     }
-    m_serverDefault = false;
+    ForgetServerDefault();
     if (m_pEdit) {
         m_pEdit->ShowTime(QDateTime::fromMSecsSinceEpoch(*milliseconds, Qt::UTC));
         m_pEdit->MarkInvalid(QString());
@@ -134,12 +130,7 @@ bool IFieldDateTime::SetToNullValue()
     return true;
 }
 
-bool IFieldDateTime::SetToServerDefault()
-{
-    ShowNothing(KELResources::String(KELString::kServerDefault));
-    m_serverDefault = true;
-    return true;
-}
+bool IFieldDateTime::SetToServerDefault() { return ShowServerDefault(); }
 
 std::unique_ptr<TValue> IFieldDateTime::GetTValue(bool always)
 {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "kel/fields/KELCheckedField.h"
+#include "kel/fields/KELPlaceholderDefault.h"
 #include "kel/fields/KELTextField.h"
 
 class IControlDateTime;
@@ -14,7 +15,7 @@ class QString;
 /// reads back as the default's text, so that its value goes marked default.
 /// A text that is no time is marked where it stands, as a bad number is, and
 /// stops the request with the reason.
-class KEL_EXPORT IFieldDateTime : public KELTextField, public KELCheckedField {
+class KEL_EXPORT IFieldDateTime : public KELTextField, public KELCheckedField, public KELPlaceholderDefault {
 public:
     /// The format as operators know it, where "yyy" is the full year; Qt
     /// spells that "yyyy" (its "yyy" would show two digits and a letter y).
@@ -46,9 +47,8 @@ protected:
     const char* DumpName() const override { return "DateTime"; }
 
 private:
-    void ShowNothing(const std::string& text);
+    void ShowNothing(const std::string& text) override;
 
     IControlDateTime* m_pEdit = nullptr;  // the window; a child of the container
     /// Left to the server: shown as such, and read back as the default's text.
-    bool m_serverDefault = false;
 };

@@ -56,15 +56,8 @@ IFieldEdit::~IFieldEdit() = default;
 void IFieldEdit::Create(unsigned int& id, IElementInfo& info)
 {
     auto* edit = new KELControl<QLineEdit>(this, GetContainer());
-    AdoptControl(edit, id, info);
-    if (IsReadOnly()) {
-        IControlBase::ShowAsReadOnly(edit);
-        edit->SetFlag(1);
-    }
-    m_pLimit = KELTypingLimit::Apply(edit, static_cast<int>(std::min(info.GetMaxSize(), 32768u)));
+    m_pLimit = SetUpLine(edit, id, info);
     m_pEdit = edit;
-    SetWindow(edit);
-    Resize(QSize(kWidth, TextLineHeight(edit->font())));
 }
 
 void IFieldEdit::GetValue(std::string& text) const

@@ -11,7 +11,7 @@ class QLineEdit;
 /// read-only times. Values it cannot convert it shows but does not return.
 class KEL_EXPORT IFieldEdit : public KELTextField {
 public:
-    static constexpr int kWidth = 350;
+    static constexpr int kWidth = kLineWidth;
 
     IFieldEdit(IElementInfo& info, IContainer* container);
     ~IFieldEdit() override;

@@ -19,7 +19,9 @@ IFieldEditNum::~IFieldEditNum() = default;
 void IFieldEditNum::Create(unsigned int& id, IElementInfo& info)
 {
     auto* edit = new IControlEditNum(this, GetContainer());
-    AdoptControl(edit, id, info);
+    // Made as the text field is.
+    m_pLimit = SetUpLine(edit, id, info);
+    m_pEdit = edit;
     // A number's tip is its type's presentation name, where a text's is the type's name.
     try {
         if (GetContainer() && info.HasDictType() && info.GetDictType())
@@ -33,15 +35,6 @@ void IFieldEditNum::Create(unsigned int& id, IElementInfo& info)
         KEL_TRACE(KEL_TRACE_EXCP, "KELField", this)
             << "KEL Exception catched : IFieldEditNum::Create Get Type Presentation Name : Unknown exception ";
     }
-    if (IsReadOnly()) {
-        IControlBase::ShowAsReadOnly(edit);
-        edit->SetFlag(1);
-    }
-    m_pLimit = KELTypingLimit::Apply(edit, static_cast<int>(std::min(info.GetMaxSize(), 32768u)));
-    m_pEdit = edit;
-    SetWindow(edit);
-    // Made as the text field is, of its width.
-    Resize(QSize(IFieldEdit::kWidth, TextLineHeight(edit->font())));
 }
 
 void IFieldEditNum::GetValue(std::string& text) const

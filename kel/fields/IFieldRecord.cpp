@@ -49,11 +49,8 @@ void IFieldRecord::Create(unsigned int& id, IElementInfo& info)
 
 void IFieldRecord::CreateFields()
 {
-    if (!GetFieldContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldRecord", this)
-            << "KEL : IFieldRecord::CreateFields, m_pFieldContainer must be valid !";
+    if (!KEL_NEEDS(GetFieldContainer(), "KELFieldRecord", "IFieldRecord::CreateFields", "m_pFieldContainer"))
         return;
-    }
     unsigned int own = 1;
     unsigned int& counter = m_pCounter ? *m_pCounter : own;
     if (m_pRecordType)

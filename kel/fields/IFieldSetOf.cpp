@@ -48,11 +48,8 @@ bool IFieldSetOf::InitElementInfo()
 
 IField* IFieldSetOf::CreateNewField()
 {
-    if (!GetFieldContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this)
-            << "KEL : IFieldSetOf::CreateNewField, m_pFieldContainer must be valid !";
+    if (!KEL_NEEDS(GetFieldContainer(), "KELFieldSetOf", "IFieldSetOf::CreateNewField", "m_pFieldContainer"))
         return nullptr;
-    }
     if (!InitElementInfo())
         return nullptr;
     m_elementInfo.SetID(static_cast<int>(m_nextElementId++));
@@ -63,11 +60,8 @@ IField* IFieldSetOf::CreateNewField()
 
 void IFieldSetOf::SetValue(const TValue& value)
 {
-    if (!GetFieldContainer()) {
-        KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this)
-            << "KEL : IFieldSetOf::SetValue, m_pFieldContainer must be valid !";
+    if (!KEL_NEEDS(GetFieldContainer(), "KELFieldSetOf", "IFieldSetOf::SetValue", "m_pFieldContainer"))
         return;
-    }
     if (value.GetDatatype() != ZED_DT_SETOF && value.GetDatatype() != ZED_DT_SEQUENCEOF) {
         KEL_TRACE(KEL_TRACE_PBLM, "KELFieldSetOf", this)
             << "KEL IFieldSetOf::SetValue unknown data type: " << value.GetDatatype();

@@ -1,6 +1,13 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "kel/fields/KELTextField.h"
 
+#include "kel/controls/KELTypingLimit.h"
+#include "kel/model/IElementInfo.h"
+
+#include <QLineEdit>
+
+#include <algorithm>
+
 #include "kel/frame/KELTrace.h"
 
 KELTextField::KELTextField(IElementInfo& info, IContainer* container) : IField(info, container) {}
@@ -49,4 +56,14 @@ bool KELTextField::SetToServerDefault()
 {
     SetValue(GetDefault());
     return true;
+}
+
+KELTypingLimit* KELTextField::SetUpLineWindow(QLineEdit* editor, const IElementInfo& info)
+{
+    // The most a line takes, whatever the dictionary allows.
+    constexpr unsigned int kMostTyped = 32768;
+    KELTypingLimit* limit = KELTypingLimit::Apply(editor, static_cast<int>(std::min(info.GetMaxSize(), kMostTyped)));
+    SetWindow(editor);
+    Resize(QSize(kLineWidth, TextLineHeight(editor->font())));
+    return limit;
 }

@@ -3,6 +3,9 @@
 
 #include "kel/fields/IField.h"
 
+class KELTypingLimit;
+class QLineEdit;
+
 /// What the kinds whose value is one text share: their saved contents are that
 /// text (under the form's key and the field's complete id), their trace line
 /// is "KEL : <kind> Value : <text>", and a change is a text other than the one
@@ -22,7 +25,19 @@ public:
     /// The text shown is also what a change is measured against.
     void SetInitialValue(std::unique_ptr<TValue> value) override;
 
+    /// The width of a one-line editor (IFieldEdit's, and the kinds made as it is).
+    static constexpr int kLineWidth = 350;
+
 protected:
+    /// A one-line editor of the field's value: adopted (read-only when the
+    /// field is), typed up to the element's most characters, the field's
+    /// window, of a line's size. Its typing limit is the editor's child.
+    template <class Editor>
+    KELTypingLimit* SetUpLine(Editor* editor, unsigned int& id, IElementInfo& info)
+    {
+        AdoptControl(editor, *editor, id, info);
+        return SetUpLineWindow(editor, info);
+    }
     std::string CurrentText() const;
     /// The text a value put in showed: what a change is measured against.
     void RememberPutIn(const std::string& text) { m_putIn = text; }
@@ -37,5 +52,7 @@ protected:
     virtual std::string FromSetting(const std::string& text) const { return text; }
 
 private:
+    KELTypingLimit* SetUpLineWindow(QLineEdit* editor, const IElementInfo& info);
+
     std::string m_putIn;
 };

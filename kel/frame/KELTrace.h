@@ -40,3 +40,16 @@ private:
     if (!KELTraceSite::Enabled(kind)) {                                                                                \
     } else                                                                                                             \
         KELTraceSite((kind), (source), __LINE__, (object)).Stream()
+
+/// Whether a part an operation needs is there. When it is not, the problem
+/// line "KEL : <where>, <part> must be valid !" is traced, as written at the
+/// caller's line. where and part are string literals.
+#define KEL_NEEDS(present, source, where, part)                                                                        \
+    KELTraceNeeds((present) != nullptr, (source), __LINE__, this, "KEL : " where ", " part " must be valid !")
+
+inline bool KELTraceNeeds(bool present, const char* source, int line, const void* object, const char* problem)
+{
+    if (!present && KELTraceSite::Enabled(KEL_TRACE_PBLM))
+        KELTraceSite(KEL_TRACE_PBLM, source, line, object).Stream() << problem;
+    return present;
+}

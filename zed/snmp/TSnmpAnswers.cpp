@@ -122,8 +122,7 @@ TCallResult TSnmpAnswers::Attributes(const TSnmpTarget& target, std::unique_ptr<
 }
 
 std::optional<TCallResult> TSnmpAnswers::Refusal(const TSnmpTarget& target, const TSnmpAnswer& answer,
-                                                 const char* operation,
-                                                 const std::vector<const TDictAttribute*>& named,
+                                                 const char* operation, const std::vector<const TDictAttribute*>& named,
                                                  const std::vector<TSnmpVarbind>& sent)
 {
     switch (answer.outcome) {
@@ -131,8 +130,7 @@ std::optional<TCallResult> TSnmpAnswers::Refusal(const TSnmpTarget& target, cons
     case TSnmpAnswer::Outcome::Unauthorized:
         return ZedAnswer::Common(target.entity, ZED_COMMON_NOT_AUTHORIZED,
                                  target.Who() + " refused us: " + answer.reason);
-    case TSnmpAnswer::Outcome::Failed:
-        return ZedAnswer::Common(target.entity, ZED_COMMON_AGENT_ERROR, answer.reason);
+    case TSnmpAnswer::Outcome::Failed: return ZedAnswer::Common(target.entity, ZED_COMMON_AGENT_ERROR, answer.reason);
     case TSnmpAnswer::Outcome::Response: break;
     }
     if (answer.errorStatus == 0)
@@ -140,12 +138,13 @@ std::optional<TCallResult> TSnmpAnswers::Refusal(const TSnmpTarget& target, cons
     std::string object;
     if (answer.errorIndex >= 1 && static_cast<std::size_t>(answer.errorIndex) <= sent.size()) {
         const std::size_t at = static_cast<std::size_t>(answer.errorIndex) - 1;
-        object = (at < named.size() ? named[at]->GetName() + " " : std::string()) + "(" + ZedOidText(sent[at].oid) + ")";
+        object =
+            (at < named.size() ? named[at]->GetName() + " " : std::string()) + "(" + ZedOidText(sent[at].oid) + ")";
     }
     const bool refusedWho = answer.errorStatus == kNoAccess || answer.errorStatus == kAuthorizationError;
     return ZedAnswer::Common(target.entity, refusedWho ? ZED_COMMON_NOT_AUTHORIZED : ZED_COMMON_AGENT_ERROR,
-                             target.Who() + " refused the " + operation + (object.empty() ? "" : " of " + object)
-                                 + ": " + ZedSnmpErrorStatusName(answer.errorStatus));
+                             target.Who() + " refused the " + operation + (object.empty() ? "" : " of " + object) + ": "
+                                 + ZedSnmpErrorStatusName(answer.errorStatus));
 }
 
 TCallResult TSnmpAnswers::Incomplete(const TSnmpTarget& target, std::size_t rows, const std::string& bound,

@@ -31,10 +31,10 @@ void ZedSnmpGet(const TSnmpJob& job)
             const bool none = std::all_of(answer.varbinds.begin(), answer.varbinds.end(),
                                           [](const TSnmpVarbind& v) { return v.datum.IsException(); });
             if (row && none) {
-                book->Finish(ticket, part,
-                             {ZedAnswer::Common(target.entity, ZED_COMMON_NO_SUCH_ENTITY,
-                                                target.Who() + " has no " + target.cls->GetName() + " "
-                                                    + target.instance)});
+                book->Finish(
+                    ticket, part,
+                    {ZedAnswer::Common(target.entity, ZED_COMMON_NO_SUCH_ENTITY,
+                                       target.Who() + " has no " + target.cls->GetName() + " " + target.instance)});
                 return;
             }
             auto list = std::make_unique<TAttributeList>();

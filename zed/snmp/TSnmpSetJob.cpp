@@ -19,7 +19,8 @@ std::optional<std::string> Objects(const TSnmpTarget& target, const TRequest& re
         const TValue& value = request.At(i);
         const TDictAttribute* attribute = cls.FindAttribute(value.GetID());
         // A row's index columns are set by its name.
-        if (!attribute || (cls.GetSnmp()->kind == TDictSnmpClass::Kind::Table && TSnmpAnswers::IsIndex(cls, *attribute)))
+        if (!attribute
+            || (cls.GetSnmp()->kind == TDictSnmpClass::Kind::Table && TSnmpAnswers::IsIndex(cls, *attribute)))
             continue;
         if (!attribute->GetSnmp())
             return "the attribute " + attribute->GetName() + " has no SNMP object";
@@ -68,7 +69,8 @@ void ZedSnmpWrite(const TSnmpJob& job, std::optional<long> rowStatus)
         TSnmpSession::Operation::Set, written.varbinds,
         [book = &job.book, ticket = job.ticket, answers = &job.answers, part, target, written,
          rowStatus](TSnmpAnswer answer) {
-            if (auto refused = TSnmpAnswers::Refusal(target, answer, ZedDirective::kSet, written.named, written.varbinds))
+            if (auto refused =
+                    TSnmpAnswers::Refusal(target, answer, ZedDirective::kSet, written.named, written.varbinds))
                 return book->Finish(ticket, part, {std::move(*refused)});
             if (rowStatus)
                 return book->Finish(ticket, part, {ZedAnswer::Response(target.entity, *target.directive, {})});

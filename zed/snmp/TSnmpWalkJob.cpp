@@ -50,9 +50,9 @@ struct RowReader {
             answers.AddIndex(*list, *target.cls, *parts);
             if (!asked.empty())
                 for (std::size_t c = 0; c < walked.size(); ++c)
-                    list->Add(TAttribute(TAttributeID(walked[c]->GetID(), walked[c]->GetName()),
-                                         answers.ValueOf(*walked[c], cells[c].value_or(NoSuchInstance()),
-                                                         target.Who())));
+                    list->Add(
+                        TAttribute(TAttributeID(walked[c]->GetID(), walked[c]->GetName()),
+                                   answers.ValueOf(*walked[c], cells[c].value_or(NoSuchInstance()), target.Who())));
             results.push_back(TSnmpAnswers::Attributes(row, std::move(list)));
         }
         return results;
