@@ -5,17 +5,6 @@
 
 #include <algorithm>
 
-namespace {
-
-template <typename Container, typename Match>
-auto FindIn(const Container& items, Match match) -> decltype(&*items.begin())
-{
-    const auto found = std::find_if(items.begin(), items.end(), match);
-    return found == items.end() ? nullptr : &*found;
-}
-
-}  // namespace
-
 TDictValue::~TDictValue() = default;
 
 TDictArgument::~TDictArgument() = default;
@@ -26,7 +15,7 @@ std::unique_ptr<TDictValue> TDictAttribute::Clone() const { return std::make_uni
 
 const TDictArgument* TDictReply::FindArgument(unsigned int id) const
 {
-    return FindIn(m_arguments, [&](const TDictArgument& a) { return a.GetID() == id; });
+    return ZedFindIf(m_arguments, [&](const TDictArgument& a) { return a.GetID() == id; });
 }
 
 const TDictReply* TDictDirective::FindReply(ZED_T_DICT_OBJECT_TYPE kind, unsigned int code) const
@@ -34,12 +23,12 @@ const TDictReply* TDictDirective::FindReply(ZED_T_DICT_OBJECT_TYPE kind, unsigne
     const auto& replies = kind == ZED_DICT_EXCEPTION ? m_exceptions : m_responses;
     if (kind != ZED_DICT_EXCEPTION && kind != ZED_DICT_RESPONSE)
         return nullptr;
-    return FindIn(replies, [&](const TDictReply& r) { return r.GetReplyCode() == code; });
+    return ZedFindIf(replies, [&](const TDictReply& r) { return r.GetReplyCode() == code; });
 }
 
 const TDictArgument* TDictDirective::FindRequestArgument(unsigned int id) const
 {
-    return FindIn(m_request, [&](const TDictArgument& a) { return a.GetID() == id; });
+    return ZedFindIf(m_request, [&](const TDictArgument& a) { return a.GetID() == id; });
 }
 
 const TDictArgument* TDictDirective::FindRequestArgument(const std::string& name) const
@@ -52,23 +41,14 @@ TDictClass::~TDictClass() = default;
 
 const TDictClass* TDictClass::FindChild(unsigned int code) const
 {
-    for (const auto& child : m_children)
-        if (child->GetCode() == code)
-            return child.get();
-    return nullptr;
+    return ZedFindIf(m_children, [&](const TDictClass& child) { return child.GetCode() == code; });
 }
 
-const TDictClass* TDictClass::FindChild(const std::string& name) const
-{
-    for (const auto& child : m_children)
-        if (ZedSameIgnoringCase(child->GetName(), name))
-            return child.get();
-    return nullptr;
-}
+const TDictClass* TDictClass::FindChild(const std::string& name) const { return ZedFindNamed(m_children, name); }
 
 const TDictAttribute* TDictClass::FindAttribute(unsigned int id) const
 {
-    return FindIn(m_attributes, [&](const TDictAttribute& a) { return a.GetID() == id; });
+    return ZedFindIf(m_attributes, [&](const TDictAttribute& a) { return a.GetID() == id; });
 }
 
 const TDictAttribute* TDictClass::FindAttribute(const std::string& name) const
@@ -78,7 +58,7 @@ const TDictAttribute* TDictClass::FindAttribute(const std::string& name) const
 
 const TDictDirective* TDictClass::FindDirective(unsigned int id) const
 {
-    return FindIn(m_directives, [&](const TDictDirective& d) { return d.GetID() == id; });
+    return ZedFindIf(m_directives, [&](const TDictDirective& d) { return d.GetID() == id; });
 }
 
 const TDictDirective* TDictClass::FindDirective(const std::string& name) const
@@ -88,5 +68,5 @@ const TDictDirective* TDictClass::FindDirective(const std::string& name) const
 
 const TDictEvent* TDictClass::FindEvent(unsigned int id) const
 {
-    return FindIn(m_events, [&](const TDictEvent& e) { return e.GetID() == id; });
+    return ZedFindIf(m_events, [&](const TDictEvent& e) { return e.GetID() == id; });
 }

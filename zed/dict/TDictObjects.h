@@ -10,6 +10,7 @@
 #include "zed/ZedText.h"
 #include "zed/dict/TDictSnmp.h"
 #include "zed/dict/TDictType.h"
+#include "zed/dict/ZedFind.h"
 
 #include <memory>
 #include <optional>
@@ -213,14 +214,3 @@ private:
     std::vector<TDictDirective> m_directives;
     std::vector<TDictEvent> m_events;
 };
-
-/// The first of the dictionary objects with that name, or null. Names
-/// compare without regard to letter case, as every lookup by name does.
-template <class Named>
-const Named* ZedFindNamed(const std::vector<Named>& objects, const std::string& name)
-{
-    for (const Named& object : objects)
-        if (ZedSameIgnoringCase(object.GetName(), name))
-            return &object;
-    return nullptr;
-}

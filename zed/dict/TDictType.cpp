@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/dict/TDictType.h"
+#include "zed/dict/ZedFind.h"
 
 #include "zed/ZedText.h"
 
@@ -45,10 +46,7 @@ std::string TDictTypeRecord::ToString() const
 
 const TDictTypeRecord::Member* TDictTypeRecord::FindMember(unsigned int memberId) const
 {
-    for (const Member& member : m_members)
-        if (member.id == memberId)
-            return &member;
-    return nullptr;
+    return ZedFindIf(m_members, [&](const Member& member) { return member.id == memberId; });
 }
 
 TDictTypeConstructorOf::TDictTypeConstructorOf(unsigned int id, std::string name, std::string presentationName,
@@ -90,17 +88,12 @@ std::string TDictTypeEnumeration::ToString() const
 
 const TDictTypeEnumeration::Item* TDictTypeEnumeration::FindCode(int code) const
 {
-    for (const Item& item : m_items)
-        if (item.code == code)
-            return &item;
-    return nullptr;
+    return ZedFindIf(m_items, [&](const Item& item) { return item.code == code; });
 }
 
 const TDictTypeEnumeration::Item* TDictTypeEnumeration::FindText(const std::string& text) const
 {
-    const auto found = std::find_if(m_items.begin(), m_items.end(),
-                                    [&](const Item& item) { return ZedSameIgnoringCase(item.text, text); });
-    return found == m_items.end() ? nullptr : &*found;
+    return ZedFindIf(m_items, [&](const Item& item) { return ZedSameIgnoringCase(item.text, text); });
 }
 
 TDictTypeUserDefined::TDictTypeUserDefined(unsigned int id, std::string name, std::string presentationName,

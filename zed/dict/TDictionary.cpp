@@ -28,19 +28,10 @@ std::shared_ptr<const TDictionary> TDictionary::Check(std::string_view json, con
 
 const TDictClass* TDictionary::FindRootClass(unsigned int code) const
 {
-    for (const auto& root : m_roots)
-        if (root->GetCode() == code)
-            return root.get();
-    return nullptr;
+    return ZedFindIf(m_roots, [&](const TDictClass& root) { return root.GetCode() == code; });
 }
 
-const TDictClass* TDictionary::FindRootClass(const std::string& name) const
-{
-    for (const auto& root : m_roots)
-        if (ZedSameIgnoringCase(root->GetName(), name))
-            return root.get();
-    return nullptr;
-}
+const TDictClass* TDictionary::FindRootClass(const std::string& name) const { return ZedFindNamed(m_roots, name); }
 
 const TDictClass* TDictionary::FindClass(const TEntityClass& entityClass) const
 {
@@ -69,8 +60,6 @@ TDictTypePtr TDictionary::FindType(const std::string& name) const
 
 const std::string* TDictionary::FindPartitionName(unsigned int code) const
 {
-    for (const Partition& partition : m_partitions)
-        if (partition.code == code)
-            return &partition.name;
-    return nullptr;
+    const Partition* partition = ZedFindIf(m_partitions, [&](const Partition& p) { return p.code == code; });
+    return partition ? &partition->name : nullptr;
 }
