@@ -23,6 +23,7 @@ set(KEL_PRIVATE_HEADERS
   kel/config/KELSectionMerge.h
   kel/config/KELTextTrim.h
   kel/frame/KELModule.h
+  kel/frame/KELRankedTable.h
   kel/forms/KELIdlePass.h
   kel/forms/KELUndoRecorder.h
 )

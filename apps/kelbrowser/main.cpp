@@ -60,15 +60,6 @@ const char* kUsage = "usage: kelbrowser [--dictionary FILE] [--instances FILE] [
                      "       kelbrowser [--dictionary FILE] [--instances FILE] --startup-time\n"
                      "       kelbrowser --help | --version\n";
 
-std::string Option(const std::string& given, const char* variable, const char* file)
-{
-    if (!given.empty())
-        return given;
-    if (const char* value = std::getenv(variable); value && *value)
-        return value;
-    return ShippedNetworkFile(file);
-}
-
 // A request to stop (the session ending, kill, Ctrl+C) keeps what closing
 // the window keeps; the handler only wakes the event loop.
 int g_stopPipe[2] = {-1, -1};
@@ -193,8 +184,8 @@ int main(int argc, char** argv)
             }
             network = snmp;
         } else {
-            network = TSimulatedNetwork::Install(Option(dictionary, "ZED_DICTIONARY", "dictionary.json"),
-                                                 Option(instances, "ZED_INSTANCES", "instances.json"));
+            network = TSimulatedNetwork::Install(NetworkFileOption(dictionary, "ZED_DICTIONARY", "dictionary.json"),
+                                                 NetworkFileOption(instances, "ZED_INSTANCES", "instances.json"));
         }
     } catch (const TException& e) {
         std::cerr << "kelbrowser: " << e.what() << "\n";

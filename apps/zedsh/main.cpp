@@ -68,15 +68,6 @@ const char* kUsage = "usage: zedsh [--dictionary FILE] [--instances FILE | --age
                      "                                       checked against a dictionary among the FILEs, else\n"
                      "                                       the --dictionary one\n";
 
-std::string Path(const std::string& option, const char* variable, const char* shipped)
-{
-    if (!option.empty())
-        return option;
-    if (const char* value = std::getenv(variable); value && *value)
-        return value;
-    return ShippedNetworkFile(shipped);
-}
-
 const char* AccessText(ZED_T_DICT_ACCESS access)
 {
     switch (access) {
@@ -218,7 +209,7 @@ int main(int argc, char** argv)
             return kExitUsage;
         }
         return ZedshValidate(std::vector<std::string>(words.begin() + 1, words.end()),
-                             Path(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"));
+                             NetworkFileOption(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"));
     }
     std::shared_ptr<TManagementModule> network;
     try {
@@ -228,8 +219,9 @@ int main(int argc, char** argv)
                                                                     : dictionaryOption,
                                            agentsOption, false);
         else
-            network = TSimulatedNetwork::Install(Path(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"),
-                                                 Path(instancesOption, "ZED_INSTANCES", "instances.json"));
+            network =
+                TSimulatedNetwork::Install(NetworkFileOption(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"),
+                                           NetworkFileOption(instancesOption, "ZED_INSTANCES", "instances.json"));
     } catch (const TException& e) {
         std::cerr << "zedsh: " << e.what() << "\n";
         return kExitLoad;

@@ -10,6 +10,7 @@
 #include "kel/fields/IFieldRecord.h"
 #include "kel/fields/IFieldSetOf.h"
 #include "kel/fields/IFieldToggle.h"
+#include "kel/frame/KELRankedTable.h"
 #include "kel/model/IElementInfo.h"
 #include "zed/dict/TDictType.h"
 #include "zed/value/ZedDatatypes.h"
@@ -20,12 +21,10 @@
 
 namespace {
 
-struct Entry {
-    std::uint64_t id;
+// What a kind is for: a data-type code, or a dictionary type by its name.
+struct Key {
     unsigned int dt;       // when typeName is empty
     std::string typeName;  // a dictionary type's name, or empty
-    int rank;
-    KELFieldKinds::Factory make;
 };
 
 template <class Kind>
@@ -42,45 +41,12 @@ std::unique_ptr<IField> MakeTime(IElementInfo& info, IContainer* container)
     return Make<IFieldDateTime>(info, container);
 }
 
-class Table {
-public:
-    static Table& Get()
-    {
-        static Table table;
-        return table;
-    }
+using Table = KELRankedTable<Key, KELFieldKinds::Factory>;
 
-    std::uint64_t Add(unsigned int dt, std::string typeName, int rank, KELFieldKinds::Factory make)
-    {
-        m_entries.push_back(Entry{++m_lastId, dt, std::move(typeName), rank, std::move(make)});
-        return m_lastId;
-    }
-
-    void Remove(std::uint64_t id)
-    {
-        std::erase_if(m_entries, [id](const Entry& entry) { return entry.id == id; });
-    }
-
-    const KELFieldKinds::Factory* Find(const IElementInfo& info) const
-    {
-        const std::string* typeName =
-            info.HasDictType() && info.GetDictType() ? &info.GetDictType()->GetName() : nullptr;
-        const Entry* best = nullptr;
-        for (const Entry& entry : m_entries) {
-            const bool byName = !entry.typeName.empty();
-            if (byName ? !typeName || entry.typeName != *typeName : entry.dt != info.GetDT())
-                continue;
-            // Later entries come after: >= lets the later of equal standing win.
-            if (!best || entry.rank > best->rank || (entry.rank == best->rank && (byName || best->typeName.empty())))
-                best = &entry;
-        }
-        return best ? &best->make : nullptr;
-    }
-
-private:
-    // KEL's own kinds, data-type code to kind; codes not listed get the placeholder.
-    Table()
-    {
+// KEL's own kinds, data-type code to kind; codes not listed get the placeholder.
+Table& Kinds()
+{
+    static Table table = [] {
         const std::pair<unsigned int, KELFieldKinds::Factory> builtIn[] = {
             {ZED_DT_BOOLEAN, &Make<IFieldToggle>},
             {ZED_DT_LATIN1STRING, &Make<IFieldEditMulti>},
@@ -107,35 +73,40 @@ private:
             {ZED_DT_FLOAT, &Make<IFieldFloat>},
             {ZED_DT_REAL, &Make<IFieldReal>},
         };
+        Table made;
         for (const auto& [dt, make] : builtIn)
-            Add(dt, "", KELFieldKinds::kBuiltIn, make);
-    }
-
-    std::vector<Entry> m_entries;
-    std::uint64_t m_lastId = 0;
-};
-
-}  // namespace
-
-namespace {
-
-KELRegistration Registered(std::uint64_t id)
-{
-    return KELRegistration([id] { Table::Get().Remove(id); });
+            made.Add(Key{dt, ""}, KELFieldKinds::kBuiltIn, make);
+        return made;
+    }();
+    return table;
 }
 
 }  // namespace
 
 KELFieldKinds::Registration KELFieldKinds::ForDatatype(unsigned int dt, int rank, Factory make)
 {
-    return Registered(Table::Get().Add(dt, "", rank, std::move(make)));
+    return Kinds().Register(Key{dt, ""}, rank, std::move(make));
 }
 
 KELFieldKinds::Registration KELFieldKinds::ForTypeName(std::string typeName, int rank, Factory make)
 {
     if (typeName.empty())
         return Registration();  // no type is nameless
-    return Registered(Table::Get().Add(0, std::move(typeName), rank, std::move(make)));
+    return Kinds().Register(Key{0, std::move(typeName)}, rank, std::move(make));
 }
 
-const KELFieldKinds::Factory* KELFieldKinds::Find(const IElementInfo& info) { return Table::Get().Find(info); }
+// Of the kinds that apply the highest rank wins; of equal rank one for the
+// element's dictionary type beats one for its data type, and the later the earlier.
+const KELFieldKinds::Factory* KELFieldKinds::Find(const IElementInfo& info)
+{
+    const std::string* typeName = info.HasDictType() && info.GetDictType() ? &info.GetDictType()->GetName() : nullptr;
+    const Table::Entry* best = nullptr;
+    for (const Table::Entry& entry : Kinds().Entries()) {
+        const bool byName = !entry.key.typeName.empty();
+        if (byName ? !typeName || entry.key.typeName != *typeName : entry.key.dt != info.GetDT())
+            continue;
+        if (!best || entry.rank > best->rank || (entry.rank == best->rank && (byName || best->key.typeName.empty())))
+            best = &entry;
+    }
+    return best ? &best->make : nullptr;
+}

@@ -6,14 +6,11 @@
 #include "kel/output/IOutputList.h"
 #include "kel/output/KELCallReply.h"
 #include "kel/output/KELListModel.h"
+#include "kel/frame/KELRankedTable.h"
 #include "zed/TApplication.h"
 #include "zed/call/TCall.h"
 #include "zed/dict/TDictionary.h"
 #include "zed/value/TEnumeration.h"
-
-#include <algorithm>
-#include <cstdint>
-#include <vector>
 
 namespace {
 
@@ -56,65 +53,24 @@ std::unique_ptr<QWidget> RepliesList(const KELOutputRequest& request)
     return list;
 }
 
-struct Entry {
-    std::uint64_t id;
-    KELOutputRequest::Shows shows;
-    int rank;
-    KELOutputKinds::Factory make;
-};
+using Table = KELRankedTable<KELOutputRequest::Shows, KELOutputKinds::Factory>;
 
-class Table {
-public:
-    static Table& Get()
-    {
-        static Table table;
-        return table;
-    }
-
-    std::uint64_t Add(KELOutputRequest::Shows shows, int rank, KELOutputKinds::Factory make)
-    {
-        m_entries.push_back(Entry{++m_lastId, shows, rank, std::move(make)});
-        return m_lastId;
-    }
-
-    void Remove(std::uint64_t id)
-    {
-        std::erase_if(m_entries, [id](const Entry& entry) { return entry.id == id; });
-    }
-
-    // Highest rank first, of equal rank the later registration.
-    std::vector<KELOutputKinds::Factory> Candidates(KELOutputRequest::Shows shows) const
-    {
-        std::vector<const Entry*> matching;
-        for (const Entry& entry : m_entries)
-            if (entry.shows == shows)
-                matching.push_back(&entry);
-        std::stable_sort(matching.begin(), matching.end(), [](const Entry* a, const Entry* b) {
-            return a->rank != b->rank ? a->rank > b->rank : a->id > b->id;
-        });
-        std::vector<KELOutputKinds::Factory> factories;
-        for (const Entry* entry : matching)
-            factories.push_back(entry->make);
-        return factories;
-    }
-
-private:
-    Table()
-    {
-        Add(KELOutputRequest::Reply, KELOutputKinds::kBuiltIn, &ReplyForm);
-        Add(KELOutputRequest::Replies, KELOutputKinds::kBuiltIn, &RepliesList);
-    }
-
-    std::vector<Entry> m_entries;
-    std::uint64_t m_lastId = 0;
-};
+Table& Kinds()
+{
+    static Table table = [] {
+        Table made;
+        made.Add(KELOutputRequest::Reply, KELOutputKinds::kBuiltIn, &ReplyForm);
+        made.Add(KELOutputRequest::Replies, KELOutputKinds::kBuiltIn, &RepliesList);
+        return made;
+    }();
+    return table;
+}
 
 }  // namespace
 
 KELRegistration KELOutputKinds::Register(KELOutputRequest::Shows shows, int rank, Factory make)
 {
-    const std::uint64_t id = Table::Get().Add(shows, rank, std::move(make));
-    return KELRegistration([id] { Table::Get().Remove(id); });
+    return Kinds().Register(shows, rank, std::move(make));
 }
 
 std::unique_ptr<QWidget> KELOutputKinds::Make(const KELOutputRequest& request)
@@ -122,7 +78,7 @@ std::unique_ptr<QWidget> KELOutputKinds::Make(const KELOutputRequest& request)
     if (!request.call)
         return nullptr;
     // Copies: a kind may register or unregister others while it makes its output.
-    for (const Factory& make : Table::Get().Candidates(request.shows))
+    for (const Factory& make : Kinds().Ranked([&](KELOutputRequest::Shows shows) { return shows == request.shows; }))
         if (std::unique_ptr<QWidget> output = make(request))
             return output;
     return nullptr;

@@ -11,9 +11,21 @@
 #include <type_traits>
 
 namespace zed_find_detail {
-template <class T> const T& Object(const T& item) { return item; }
-template <class T> const T& Object(const std::unique_ptr<T>& item) { return *item; }
-template <class T> const T& Object(const std::shared_ptr<T>& item) { return *item; }
+template <class T>
+const T& Object(const T& item)
+{
+    return item;
+}
+template <class T>
+const T& Object(const std::unique_ptr<T>& item)
+{
+    return *item;
+}
+template <class T>
+const T& Object(const std::shared_ptr<T>& item)
+{
+    return *item;
+}
 template <class Container>
 using Found = std::remove_cvref_t<decltype(Object(*std::declval<const Container&>().begin()))>;
 }  // namespace zed_find_detail
