@@ -28,15 +28,15 @@ public:
     KELRegistration Register(Key key, int rank, Factory make)
     {
         const std::uint64_t id = AddEntry(std::move(key), rank, std::move(make));
-        return KELRegistration([this, id] {
-            std::erase_if(m_entries, [id](const Entry& entry) { return entry.id == id; });
-        });
+        return KELRegistration(
+            [this, id] { std::erase_if(m_entries, [id](const Entry& entry) { return entry.id == id; }); });
     }
     const std::vector<Entry>& Entries() const { return m_entries; }
 
     // The factories of the entries that apply, highest rank first, of equal
     // rank the later; copies, so that a factory may register others.
-    template <class Applies> std::vector<Factory> Ranked(Applies applies) const
+    template <class Applies>
+    std::vector<Factory> Ranked(Applies applies) const
     {
         std::vector<const Entry*> matching;
         for (const Entry& entry : m_entries)

@@ -8,39 +8,39 @@
 
 namespace {
 
+// What a value of each kind is, in words, and a number's range.
 struct Kind {
     ZED_T_DATATYPE dt;
-    const char* name;
     const char* what;
     const char* range;  // null: not a number
 };
 
 constexpr Kind kKinds[] = {
-    {ZED_DT_BOOLEAN, "Boolean", "true or false", nullptr},
-    {ZED_DT_LATIN1STRING, "Latin1String", "text", nullptr},
-    {ZED_DT_SIMPLENAME, "SimpleName", "a name", nullptr},
-    {ZED_DT_FULLNAME, "FullName", "a full name", nullptr},
-    {ZED_DT_ENUMERATION, "Enumeration", "one of a list", nullptr},
-    {ZED_DT_RECORD, "Record", "several values together", nullptr},
-    {ZED_DT_INTEGER16, "Integer16", "a whole number", "-32768 to 32767"},
-    {ZED_DT_INTEGER32, "Integer32", "a whole number", "-2147483648 to 2147483647"},
-    {ZED_DT_UNSIGNED16, "Unsigned16", "a whole number", "0 to 65535"},
-    {ZED_DT_UNSIGNED32, "Unsigned32", "a whole number", "0 to 4294967295"},
-    {ZED_DT_COUNTER16, "Counter16", "a count", "0 to 65535"},
-    {ZED_DT_COUNTER32, "Counter32", "a count", "0 to 4294967295"},
-    {ZED_DT_OCTETSTRING, "OctetString", "octets", nullptr},
-    {ZED_DT_ABSTIME, "AbsTime", "a date and time", nullptr},
-    {ZED_DT_RELTIME, "RelTime", "a duration", nullptr},
-    {ZED_DT_SETOF, "SetOf", "a set of values", nullptr},
-    {ZED_DT_SEQUENCEOF, "SequenceOf", "a sequence of values", nullptr},
-    {ZED_DT_ENTITYSPEC, "EntitySpec", "an entity", nullptr},
-    {ZED_DT_ENTITYCLASS, "EntityClass", "an entity class", nullptr},
-    {ZED_DT_FLOAT, "Float", "a number", nullptr},
-    {ZED_DT_ATTRIBUTELIST, "AttributeList", "attributes and their values", nullptr},
-    {ZED_DT_REAL, "Real", "a number", nullptr},
-    {ZED_DT_EVENTREPORT, "EventReport", "an event report", nullptr},
-    {ZED_DT_ATTRIBUTE, "Attribute", "an attribute and its value", nullptr},
-    {ZED_DT_ATTRIBUTEID, "AttributeID", "an attribute's name", nullptr},
+    {ZED_DT_BOOLEAN, "true or false", nullptr},
+    {ZED_DT_LATIN1STRING, "text", nullptr},
+    {ZED_DT_SIMPLENAME, "a name", nullptr},
+    {ZED_DT_FULLNAME, "a full name", nullptr},
+    {ZED_DT_ENUMERATION, "one of a list", nullptr},
+    {ZED_DT_RECORD, "several values together", nullptr},
+    {ZED_DT_INTEGER16, "a whole number", "-32768 to 32767"},
+    {ZED_DT_INTEGER32, "a whole number", "-2147483648 to 2147483647"},
+    {ZED_DT_UNSIGNED16, "a whole number", "0 to 65535"},
+    {ZED_DT_UNSIGNED32, "a whole number", "0 to 4294967295"},
+    {ZED_DT_COUNTER16, "a count", "0 to 65535"},
+    {ZED_DT_COUNTER32, "a count", "0 to 4294967295"},
+    {ZED_DT_OCTETSTRING, "octets", nullptr},
+    {ZED_DT_ABSTIME, "a date and time", nullptr},
+    {ZED_DT_RELTIME, "a duration", nullptr},
+    {ZED_DT_SETOF, "a set of values", nullptr},
+    {ZED_DT_SEQUENCEOF, "a sequence of values", nullptr},
+    {ZED_DT_ENTITYSPEC, "an entity", nullptr},
+    {ZED_DT_ENTITYCLASS, "an entity class", nullptr},
+    {ZED_DT_FLOAT, "a number", nullptr},
+    {ZED_DT_ATTRIBUTELIST, "attributes and their values", nullptr},
+    {ZED_DT_REAL, "a number", nullptr},
+    {ZED_DT_EVENTREPORT, "an event report", nullptr},
+    {ZED_DT_ATTRIBUTE, "an attribute and its value", nullptr},
+    {ZED_DT_ATTRIBUTEID, "an attribute's name", nullptr},
 };
 
 const Kind* KindOf(ZED_T_DATATYPE dt)
@@ -81,7 +81,8 @@ std::string KELElementHelp::Describe(const IElementInfo& info)
     const IElementInfo& element = info;
     const Kind* kind = KindOf(element.GetDT());
     const TDictType* type = element.HasDictType() ? element.GetDictType() : nullptr;
-    std::string typeText = type ? type->GetPresentationName() : std::string(kind ? kind->name : "");
+    std::string typeText =
+        type ? type->GetPresentationName() : std::string(kind ? ZedNameOfDatatype(element.GetDT()) : "");
     if (kind && !typeText.empty())
         typeText += std::string(" (") + kind->what + ")";
     line("Type", typeText);

@@ -15,44 +15,15 @@ constexpr const char* kFormat = "zed-dictionary 1";
 constexpr int kMaxTypeDepth = ZED_MAX_TYPE_DEPTH;
 constexpr int kMaxClassDepth = ZED_MAX_CLASS_DEPTH;
 
-struct Builtin {
-    const char* name;
-    ZED_T_DATATYPE datatype;
-};
-
-constexpr Builtin kBuiltins[] = {
-    {"Boolean", ZED_DT_BOOLEAN},
-    {"Latin1String", ZED_DT_LATIN1STRING},
-    {"SimpleName", ZED_DT_SIMPLENAME},
-    {"FullName", ZED_DT_FULLNAME},
-    {"Reserved14", ZED_DT_RESERVED14},
-    {"Reserved15", ZED_DT_RESERVED15},
-    {"Reserved16", ZED_DT_RESERVED16},
-    {"Integer16", ZED_DT_INTEGER16},
-    {"Integer32", ZED_DT_INTEGER32},
-    {"Unsigned16", ZED_DT_UNSIGNED16},
-    {"Unsigned32", ZED_DT_UNSIGNED32},
-    {"Counter16", ZED_DT_COUNTER16},
-    {"Counter32", ZED_DT_COUNTER32},
-    {"OctetString", ZED_DT_OCTETSTRING},
-    {"AbsTime", ZED_DT_ABSTIME},
-    {"RelTime", ZED_DT_RELTIME},
-    {"EntitySpec", ZED_DT_ENTITYSPEC},
-    {"EntityClass", ZED_DT_ENTITYCLASS},
-    {"Float", ZED_DT_FLOAT},
-    {"AttributeList", ZED_DT_ATTRIBUTELIST},
-    {"Real", ZED_DT_REAL},
-    {"EventReport", ZED_DT_EVENTREPORT},
-    {"Attribute", ZED_DT_ATTRIBUTE},
-    {"AttributeID", ZED_DT_ATTRIBUTEID},
-};
-
 const std::map<std::string, TDictTypePtr>& Builtins()
 {
     static const std::map<std::string, TDictTypePtr> builtins = [] {
         std::map<std::string, TDictTypePtr> map;
-        for (const Builtin& b : kBuiltins)
-            map.emplace(b.name, std::make_shared<const TDictType>(b.datatype, b.name, b.name, b.datatype));
+        // A file names the simple types as they are; the others it defines.
+        for (const auto& [dt, name] : kZedDatatypeNames)
+            if (!ZedHasDictType(dt) && dt != ZED_DT_USERDEFINED)
+                map.emplace(std::string(name),
+                            std::make_shared<const TDictType>(dt, std::string(name), std::string(name), dt));
         return map;
     }();
     return builtins;

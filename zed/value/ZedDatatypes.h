@@ -1,6 +1,9 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #pragma once
 
+#include <array>
+#include <string_view>
+
 /// Data-type codes of values and dictionary elements. KEL chooses field kinds
 /// by these numbers, so they are fixed.
 using ZED_T_DATATYPE = unsigned int;
@@ -43,4 +46,51 @@ inline constexpr ZED_T_DATATYPE ZED_DT_MARKER = 999;
 inline constexpr bool ZedHasDictType(ZED_T_DATATYPE dt)
 {
     return dt == ZED_DT_ENUMERATION || dt == ZED_DT_RECORD || dt == ZED_DT_SETOF || dt == ZED_DT_SEQUENCEOF;
+}
+
+/// A data type's name, as dictionary files write the built-in types
+/// ("Integer32") and help texts name a kind of value.
+struct ZedDatatypeName {
+    ZED_T_DATATYPE dt;
+    std::string_view name;
+};
+inline constexpr std::array<ZedDatatypeName, 29> kZedDatatypeNames = {{
+    {ZED_DT_BOOLEAN, "Boolean"},
+    {ZED_DT_LATIN1STRING, "Latin1String"},
+    {ZED_DT_SIMPLENAME, "SimpleName"},
+    {ZED_DT_FULLNAME, "FullName"},
+    {ZED_DT_ENUMERATION, "Enumeration"},
+    {ZED_DT_RECORD, "Record"},
+    {ZED_DT_RESERVED14, "Reserved14"},
+    {ZED_DT_RESERVED15, "Reserved15"},
+    {ZED_DT_RESERVED16, "Reserved16"},
+    {ZED_DT_INTEGER16, "Integer16"},
+    {ZED_DT_INTEGER32, "Integer32"},
+    {ZED_DT_UNSIGNED16, "Unsigned16"},
+    {ZED_DT_UNSIGNED32, "Unsigned32"},
+    {ZED_DT_COUNTER16, "Counter16"},
+    {ZED_DT_COUNTER32, "Counter32"},
+    {ZED_DT_OCTETSTRING, "OctetString"},
+    {ZED_DT_ABSTIME, "AbsTime"},
+    {ZED_DT_RELTIME, "RelTime"},
+    {ZED_DT_SETOF, "SetOf"},
+    {ZED_DT_SEQUENCEOF, "SequenceOf"},
+    {ZED_DT_ENTITYSPEC, "EntitySpec"},
+    {ZED_DT_ENTITYCLASS, "EntityClass"},
+    {ZED_DT_FLOAT, "Float"},
+    {ZED_DT_ATTRIBUTELIST, "AttributeList"},
+    {ZED_DT_REAL, "Real"},
+    {ZED_DT_USERDEFINED, "UserDefined"},
+    {ZED_DT_EVENTREPORT, "EventReport"},
+    {ZED_DT_ATTRIBUTE, "Attribute"},
+    {ZED_DT_ATTRIBUTEID, "AttributeID"},
+}};
+
+/// The data type's name; empty for a code that is none.
+inline constexpr std::string_view ZedNameOfDatatype(ZED_T_DATATYPE dt)
+{
+    for (const ZedDatatypeName& entry : kZedDatatypeNames)
+        if (entry.dt == dt)
+            return entry.name;
+    return {};
 }
