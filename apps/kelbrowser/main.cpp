@@ -122,71 +122,154 @@ bool HasDisplay()
     return !qEnvironmentVariableIsEmpty("DISPLAY") || !qEnvironmentVariableIsEmpty("WAYLAND_DISPLAY");
 }
 
+// What the command line asks for.
+struct Options {
+    std::string dictionary, instances, agents, tour;
+    bool wantTour = false;
+    bool startupTime = false;
+};
+
+std::optional<Options> ReadOptions(std::vector<std::string> words)
+{
+    Options options;
+    const auto startupFlag = std::find(words.begin(), words.end(), "--startup-time");
+    options.startupTime = startupFlag != words.end();
+    if (options.startupTime)
+        words.erase(startupFlag);
+    if (!TakeValueOptions(
+            words,
+            {{"--dictionary", &options.dictionary}, {"--instances", &options.instances}, {"--agents", &options.agents}},
+            false))
+        return std::nullopt;
+    if (!words.empty() && words[0] == "--tour") {
+        options.wantTour = true;
+        options.tour = words.size() > 1 ? words[1] : "kelbrowser-tour";
+        words.erase(words.begin(),
+                    words.begin() + std::min<std::ptrdiff_t>(2, static_cast<std::ptrdiff_t>(words.size())));
+    }
+    const bool snmp = !options.agents.empty();
+    if (!words.empty() || (snmp && (options.wantTour || !options.instances.empty()))
+        || (options.startupTime && (options.wantTour || snmp)))
+        return std::nullopt;
+    return options;
+}
+
+// Where the window shows and what the settings are written to; false when
+// there is no display to show it on.
+bool PrepareEnvironment(const Options& options, std::optional<QTemporaryDir>& startupSettings)
+{
+    if (options.startupTime) {
+        if (!HasDisplay())
+            qputenv("QT_QPA_PLATFORM", "offscreen");
+        startupSettings.emplace();
+        setenv("ORVEX_USER_PATH", startupSettings->path().toLocal8Bit().constData(), 1);
+    } else if (options.wantTour) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+        // What the tour sends and saves stays in its folder.
+        QDir().mkpath(QString::fromStdString(options.tour));
+        const std::string folder = QDir(QString::fromStdString(options.tour)).absolutePath().toStdString();
+        setenv("ORVEX_USER_PATH", folder.c_str(), 1);
+    } else if (!HasDisplay()) {
+        std::cerr << "kelbrowser: no display (neither DISPLAY nor WAYLAND_DISPLAY is set): run it on a desktop,"
+                     " or give --tour DIR to tour it without one\n";
+        return false;
+    }
+    return true;
+}
+
+// The network the window manages: the agents of an agents file, or the simulated one.
+struct Network {
+    std::shared_ptr<TManagementModule> module;
+    std::shared_ptr<TSnmpModule> snmp;
+    std::string notReceiving;  // why notifications are not received, if they are not
+};
+
+Network InstallNetwork(const Options& options)
+{
+    Network network;
+    if (options.agents.empty()) {
+        network.module =
+            TSimulatedNetwork::Install(NetworkFileOption(options.dictionary, "ZED_DICTIONARY", "dictionary.json"),
+                                       NetworkFileOption(options.instances, "ZED_INSTANCES", "instances.json"));
+        return network;
+    }
+    const std::string dictionary =
+        options.dictionary.empty() ? ShippedNetworkFile("../snmp/dictionary.json") : options.dictionary;
+    try {
+        network.snmp = TSnmpModule::Install(dictionary, options.agents);
+    } catch (const TException& e) {
+        // The agents are still reached; their notifications are not.
+        network.snmp = TSnmpModule::Install(dictionary, options.agents, false);
+        network.notReceiving = e.what();
+    }
+    network.module = network.snmp;
+    return network;
+}
+
+// The agents' own names, their tables found by the tree: an agent's tables
+// may be long or slow to walk.
+KelBrowserWindow::EntityLister ListerFor(const Network& network)
+{
+    if (!network.snmp)
+        return {};
+    std::vector<std::string> names;
+    for (const TSnmpAgent& agent : network.snmp->GetAgents().agents)
+        names.push_back(agent.name);
+    return [names] { return KelBrowserWindow::ListByClass(*ZEDGetApplication()->GetDictionary(), names); };
+}
+
+void SayNotifications(KelBrowserWindow& window, const Network& network)
+{
+    if (!network.notReceiving.empty()) {
+        window.SetMessage(KEL_SEVERITY_PROBLEM, "Notifications are not received: " + network.notReceiving);
+    } else if (const std::shared_ptr<TSnmpModule> snmp = network.snmp) {
+        window.SetMessage(KEL_SEVERITY_INFORMATION, "Notifications are received on " + snmp->GetReceiverAddress());
+        window.WatchNotifications([snmp] { return snmp->GetNotificationCounts().Summary(); });
+    }
+}
+
+int RunWindow(IApplication& kel, KELConfigContext* context, const Options& options, const Network& network,
+              const QElapsedTimer& sinceMain)
+{
+    KelBrowserWindow window(*ZEDGetApplication()->GetDictionary(), context, ListerFor(network));
+    kel.SetConsole(window.GetConsole());
+    SayNotifications(window, network);
+    int status = 0;
+    if (options.wantTour) {
+        status = RunTour(window, options.tour);
+    } else {
+        window.resize(1000, 760);
+        FirstPaintReport firstPaint(window, sinceMain);
+        if (options.startupTime)
+            QApplication::instance()->installEventFilter(&firstPaint);
+        window.show();
+        StopGracefullyOnSignals(window);
+        status = QApplication::exec();
+    }
+    kel.SetConsole(nullptr);
+    return status;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
 {
     QElapsedTimer sinceMain;
     sinceMain.start();
-    std::vector<std::string> words(argv + 1, argv + argc);
+    const std::vector<std::string> words(argv + 1, argv + argc);
     if (const std::optional<int> answered = AnswerHelpOrVersion(words, "kelbrowser", kUsage))
         return *answered;
-    const auto startupFlag = std::find(words.begin(), words.end(), "--startup-time");
-    const bool startupTime = startupFlag != words.end();
-    if (startupTime)
-        words.erase(startupFlag);
-    std::string dictionary, instances, agents, tour;
-    if (!TakeValueOptions(words, {{"--dictionary", &dictionary}, {"--instances", &instances}, {"--agents", &agents}},
-                          false))
-        return UsageError(kUsage);
-    bool wantTour = false;
-    if (!words.empty() && words[0] == "--tour") {
-        wantTour = true;
-        tour = words.size() > 1 ? words[1] : "kelbrowser-tour";
-        words.erase(words.begin(),
-                    words.begin() + std::min<std::ptrdiff_t>(2, static_cast<std::ptrdiff_t>(words.size())));
-    }
-    if (!words.empty() || (!agents.empty() && (wantTour || !instances.empty()))
-        || (startupTime && (wantTour || !agents.empty())))
+    const std::optional<Options> options = ReadOptions(words);
+    if (!options)
         return UsageError(kUsage);
     std::optional<QTemporaryDir> startupSettings;
-    if (startupTime) {
-        if (!HasDisplay())
-            qputenv("QT_QPA_PLATFORM", "offscreen");
-        startupSettings.emplace();
-        setenv("ORVEX_USER_PATH", startupSettings->path().toLocal8Bit().constData(), 1);
-    } else if (wantTour) {
-        qputenv("QT_QPA_PLATFORM", "offscreen");
-        // What the tour sends and saves stays in its folder.
-        QDir().mkpath(QString::fromStdString(tour));
-        const std::string folder = QDir(QString::fromStdString(tour)).absolutePath().toStdString();
-        setenv("ORVEX_USER_PATH", folder.c_str(), 1);
-    } else if (!HasDisplay()) {
-        std::cerr << "kelbrowser: no display (neither DISPLAY nor WAYLAND_DISPLAY is set): run it on a desktop,"
-                     " or give --tour DIR to tour it without one\n";
+    if (!PrepareEnvironment(*options, startupSettings))
         return kToolExitUsage;
-    }
 
     QApplication application(argc, argv);
-    std::shared_ptr<TManagementModule> network;
-    std::shared_ptr<TSnmpModule> snmp;
-    std::string notReceiving;
+    Network network;
     try {
-        if (!agents.empty()) {
-            const std::string snmpDictionary =
-                dictionary.empty() ? ShippedNetworkFile("../snmp/dictionary.json") : dictionary;
-            try {
-                snmp = TSnmpModule::Install(snmpDictionary, agents);
-            } catch (const TException& e) {
-                // The agents are still reached; their notifications are not.
-                snmp = TSnmpModule::Install(snmpDictionary, agents, false);
-                notReceiving = e.what();
-            }
-            network = snmp;
-        } else {
-            network = TSimulatedNetwork::Install(NetworkFileOption(dictionary, "ZED_DICTIONARY", "dictionary.json"),
-                                                 NetworkFileOption(instances, "ZED_INSTANCES", "instances.json"));
-        }
+        network = InstallNetwork(*options);
     } catch (const TException& e) {
         std::cerr << "kelbrowser: " << e.what() << "\n";
         return 3;
@@ -194,41 +277,12 @@ int main(int argc, char** argv)
     IApplication* kel = InitializeKEL("kelbrowser");
     if (!kel)
         return 3;
-    KELConfigContext* context = kel->DefineNewContext(snmp ? kSnmpContext : "kelbrowser");
+    KELConfigContext* context = kel->DefineNewContext(network.snmp ? kSnmpContext : "kelbrowser");
     // What was sent last time from each form; a first run has no files yet.
     std::string missing;
     context->LoadSystemAndUserConfig(missing);
-    int status = 0;
-    {
-        KelBrowserWindow::EntityLister lister;
-        if (snmp) {
-            std::vector<std::string> names;
-            for (const TSnmpAgent& agent : snmp->GetAgents().agents)
-                names.push_back(agent.name);
-            lister = [names] { return KelBrowserWindow::ListByClass(*ZEDGetApplication()->GetDictionary(), names); };
-        }
-        KelBrowserWindow window(*ZEDGetApplication()->GetDictionary(), context, lister);
-        kel->SetConsole(window.GetConsole());
-        if (!notReceiving.empty())
-            window.SetMessage(KEL_SEVERITY_PROBLEM, "Notifications are not received: " + notReceiving);
-        else if (snmp)
-            window.SetMessage(KEL_SEVERITY_INFORMATION, "Notifications are received on " + snmp->GetReceiverAddress());
-        if (snmp && notReceiving.empty())
-            window.WatchNotifications([snmp] { return snmp->GetNotificationCounts().Summary(); });
-        if (wantTour) {
-            status = RunTour(window, tour);
-        } else {
-            window.resize(1000, 760);
-            FirstPaintReport firstPaint(window, sinceMain);
-            if (startupTime)
-                application.installEventFilter(&firstPaint);
-            window.show();
-            StopGracefullyOnSignals(window);
-            status = QApplication::exec();
-        }
-        kel->SetConsole(nullptr);
-    }
-    if (wantTour && RunSnmpTour(tour) != 0)
+    int status = RunWindow(*kel, context, *options, network, sinceMain);
+    if (options->wantTour && RunSnmpTour(options->tour) != 0)
         status = 1;
     DestroyKEL();
     return status;

@@ -36,6 +36,7 @@
 #include "zed/value/TValueParser.h"
 
 #include <cstdlib>
+#include <cstdint>
 #include <iostream>
 #include <string>
 #include <vector>
@@ -121,57 +122,75 @@ std::string Shown(const std::string& text)
     return "\"" + text.substr(0, kShown) + "...\" (" + std::to_string(text.size()) + " characters)";
 }
 
-int Call(const TDictionary& dictionary, const std::vector<std::string>& words)
+// The request's value of one ATTRIBUTE=VALUE or ARGUMENT=VALUE word; none
+// (said on standard error) when it is not one.
+TValuePtr RequestValue(const TDictionary& dictionary, const TDictClass& cls, const TDictDirective& directive,
+                       const std::string& word)
+{
+    // A directive that takes attributes names them; any other its arguments.
+    const bool attributes = directive.TakesAttributes();
+    const auto equals = word.find('=');
+    const std::string name = equals == std::string::npos ? std::string() : word.substr(0, equals);
+    const TDictValue* element = nullptr;
+    if (equals != std::string::npos)
+        element =
+            attributes ? static_cast<const TDictValue*>(cls.FindAttribute(name)) : directive.FindRequestArgument(name);
+    if (!element) {
+        std::cerr << "zedsh: " << Shown(word) << " is not " << (attributes ? "ATTRIBUTE" : "ARGUMENT") << "=VALUE for "
+                  << (attributes ? "an attribute of " + cls.GetName() : "an argument of " + directive.GetName())
+                  << "\n";
+        return nullptr;
+    }
+    const std::string text = word.substr(equals + 1);
+    std::string error;
+    TValuePtr value;
+    if (text == "@default") {
+        if ((value = ZEDMakeValue(element->GetType(), element->GetID())))
+            value->SetDefault();
+    } else {
+        value = ZEDParseValue(element->GetType(), text, element->GetID(), {&dictionary, &cls}, &error);
+    }
+    if (!value)
+        std::cerr << "zedsh: " << element->GetName() << ": " << Shown(text) << ": " << error << "\n";
+    return value;
+}
+
+// The directive of words[1] on the entity of words[0]; none (said) when either is not the dictionary's.
+const TDictDirective* DirectiveOf(const TDictionary& dictionary, const std::vector<std::string>& words,
+                                  std::optional<TEntitySpec>& entity)
 {
     std::string error;
-    auto entity = TEntitySpec::Parse(words[0], &dictionary, &error);
+    entity = TEntitySpec::Parse(words[0], &dictionary, &error);
     if (entity && entity->GetDepth() == 0) {
         entity.reset();
         error = "names no class";
     }
     if (!entity) {
         std::cerr << "zedsh: bad entity " << Shown(words[0]) << ": " << error << "\n";
-        return kExitUsage;
+        return nullptr;
     }
     const TDictClass* cls = dictionary.FindClass(entity->GetEntityClass());
     const TDictDirective* directive = cls ? cls->FindDirective(words[1]) : nullptr;
-    if (!directive) {
+    if (!directive)
         std::cerr << "zedsh: "
                   << (cls ? cls->GetName() + " has no directive " + Shown(words[1])
                           : "no class of the dictionary for " + Shown(words[0]))
                   << "\n";
+    return directive;
+}
+
+int Call(const TDictionary& dictionary, const std::vector<std::string>& words)
+{
+    std::optional<TEntitySpec> entity;
+    const TDictDirective* directive = DirectiveOf(dictionary, words, entity);
+    if (!directive)
         return kExitUsage;
-    }
-    // A directive that takes attributes names them; any other its arguments.
-    const bool attributes = directive->TakesAttributes();
+    const TDictClass& cls = *dictionary.FindClass(entity->GetEntityClass());
     TSyncCall call(*entity, directive->GetID());
     for (std::size_t i = 2; i < words.size(); ++i) {
-        const auto equals = words[i].find('=');
-        const std::string name = equals == std::string::npos ? std::string() : words[i].substr(0, equals);
-        const TDictValue* element = nullptr;
-        if (equals != std::string::npos)
-            element = attributes ? static_cast<const TDictValue*>(cls->FindAttribute(name))
-                                 : directive->FindRequestArgument(name);
-        if (!element) {
-            std::cerr << "zedsh: " << Shown(words[i]) << " is not " << (attributes ? "ATTRIBUTE" : "ARGUMENT")
-                      << "=VALUE for "
-                      << (attributes ? "an attribute of " + cls->GetName() : "an argument of " + directive->GetName())
-                      << "\n";
+        TValuePtr value = RequestValue(dictionary, cls, *directive, words[i]);
+        if (!value)
             return kExitUsage;
-        }
-        const std::string text = words[i].substr(equals + 1);
-        TValuePtr value;
-        if (text == "@default") {
-            value = ZEDMakeValue(element->GetType(), element->GetID());
-            if (value)
-                value->SetDefault();
-        } else {
-            value = ZEDParseValue(element->GetType(), text, element->GetID(), {&dictionary, cls}, &error);
-        }
-        if (!value) {
-            std::cerr << "zedsh: " << element->GetName() << ": " << Shown(text) << ": " << error << "\n";
-            return kExitUsage;
-        }
         call.GetRequest().Add(std::move(value));
     }
     call.Execute();
@@ -185,6 +204,93 @@ int Call(const TDictionary& dictionary, const std::vector<std::string>& words)
     return exception ? kExitException : 0;
 }
 
+int ListClasses(const TDictionary& dictionary, const std::vector<std::string>&)
+{
+    for (std::size_t i = 0; i < dictionary.GetRootClassCount(); ++i)
+        PrintClasses(dictionary.GetRootClass(i), 0);
+    return 0;
+}
+
+int ListTypes(const TDictionary& dictionary, const std::vector<std::string>&)
+{
+    for (const TDictTypePtr& type : dictionary.GetTypes())
+        std::cout << type->GetName() << " (" << type->GetID() << "): " << type->ToString() << "\n";
+    return 0;
+}
+
+int ListAttributes(const TDictionary& dictionary, const std::vector<std::string>& words)
+{
+    const TDictClass* cls = ClassOf(dictionary, words[0]);
+    if (!cls)
+        return kExitUsage;
+    for (const TDictAttribute& a : cls->GetAttributes()) {
+        const std::string* partition = dictionary.FindPartitionName(a.GetPartition());
+        std::cout << a.GetName() << " (" << a.GetID() << ") : " << a.GetType().GetName() << ", "
+                  << (partition ? *partition : "?") << ", " << AccessText(a.GetAccess())
+                  << (a.GetUnits().empty() ? "" : ", in " + a.GetUnits()) << DefaultText(a)
+                  << (a.IsDisplayed() ? "" : ", not displayed") << "\n";
+    }
+    return 0;
+}
+
+int ListDirectives(const TDictionary& dictionary, const std::vector<std::string>& words)
+{
+    const TDictClass* cls = ClassOf(dictionary, words[0]);
+    if (!cls)
+        return kExitUsage;
+    for (const TDictDirective& d : cls->GetDirectives()) {
+        std::cout << d.GetName() << " (" << d.GetID() << ")" << (d.TakesAttributes() ? ": takes attribute values" : "")
+                  << "\n";
+        PrintArguments(d.GetRequestArguments(), "    ");
+        for (const auto* replies : {&d.GetResponses(), &d.GetExceptions()})
+            for (const TDictReply& r : *replies) {
+                std::cout << "  " << (r.GetDictObjectType() == ZED_DICT_RESPONSE ? "response " : "exception ")
+                          << r.GetName() << " (" << r.GetReplyCode() << "): " << r.GetReplyText() << "\n";
+                PrintArguments(r.GetArguments(), "      ");
+            }
+    }
+    return 0;
+}
+
+// The commands that read the network's dictionary, with how many words follow each.
+struct Command {
+    std::string_view name;
+    std::size_t least, most;
+    int (*run)(const TDictionary&, const std::vector<std::string>&);
+};
+constexpr Command kCommands[] = {
+    {"classes", 0, 0, ListClasses},       {"types", 0, 0, ListTypes},  {"attributes", 1, 1, ListAttributes},
+    {"directives", 1, 1, ListDirectives}, {"call", 2, SIZE_MAX, Call},
+};
+
+// A call waits for its answers and ends: nothing to receive notifications for.
+std::shared_ptr<TManagementModule> InstallNetwork(const std::string& dictionary, const std::string& instances,
+                                                  const std::string& agents)
+{
+    if (!agents.empty())
+        return TSnmpModule::Install(dictionary.empty() ? ShippedNetworkFile("../snmp/dictionary.json") : dictionary,
+                                    agents, false);
+    return TSimulatedNetwork::Install(NetworkFileOption(dictionary, "ZED_DICTIONARY", "dictionary.json"),
+                                      NetworkFileOption(instances, "ZED_INSTANCES", "instances.json"));
+}
+
+int RunCommand(const std::vector<std::string>& words)
+{
+    const TDictionary& dictionary = *ZEDGetApplication()->GetDictionary();
+    const std::vector<std::string> rest(words.begin() + 1, words.end());
+    for (const Command& command : kCommands)
+        if (command.name == words[0] && rest.size() >= command.least && rest.size() <= command.most) {
+            try {
+                return command.run(dictionary, rest);
+            } catch (const TException& e) {
+                std::cerr << "zedsh: " << e.what() << "\n";
+                return kExitUsage;
+            }
+        }
+    std::cerr << kUsage;
+    return kExitUsage;
+}
+
 }  // namespace
 
 int main(int argc, char** argv)
@@ -192,11 +298,10 @@ int main(int argc, char** argv)
     std::vector<std::string> words(argv + 1, argv + argc);
     if (const std::optional<int> answered = AnswerHelpOrVersion(words, "zedsh", kUsage))
         return *answered;
-    std::string dictionaryOption, instancesOption, agentsOption;
-    if (!TakeValueOptions(
-            words,
-            {{"--dictionary", &dictionaryOption}, {"--instances", &instancesOption}, {"--agents", &agentsOption}}, true)
-        || words.empty() || (!agentsOption.empty() && !instancesOption.empty()))
+    std::string dictionary, instances, agents;
+    if (!TakeValueOptions(words, {{"--dictionary", &dictionary}, {"--instances", &instances}, {"--agents", &agents}},
+                          true)
+        || words.empty() || (!agents.empty() && !instances.empty()))
         return UsageError(kUsage);
     if (words[0] == "help") {
         std::cout << kUsage;
@@ -209,72 +314,14 @@ int main(int argc, char** argv)
             return kExitUsage;
         }
         return ZedshValidate(std::vector<std::string>(words.begin() + 1, words.end()),
-                             NetworkFileOption(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"));
+                             NetworkFileOption(dictionary, "ZED_DICTIONARY", "dictionary.json"));
     }
     std::shared_ptr<TManagementModule> network;
     try {
-        if (!agentsOption.empty())
-            // A call waits for its answers and ends: nothing to receive notifications for.
-            network = TSnmpModule::Install(dictionaryOption.empty() ? ShippedNetworkFile("../snmp/dictionary.json")
-                                                                    : dictionaryOption,
-                                           agentsOption, false);
-        else
-            network =
-                TSimulatedNetwork::Install(NetworkFileOption(dictionaryOption, "ZED_DICTIONARY", "dictionary.json"),
-                                           NetworkFileOption(instancesOption, "ZED_INSTANCES", "instances.json"));
+        network = InstallNetwork(dictionary, instances, agents);
     } catch (const TException& e) {
         std::cerr << "zedsh: " << e.what() << "\n";
         return kExitLoad;
     }
-    const TDictionary& dictionary = *ZEDGetApplication()->GetDictionary();
-    const std::string& command = words[0];
-    try {
-        if (command == "classes" && words.size() == 1) {
-            for (std::size_t i = 0; i < dictionary.GetRootClassCount(); ++i)
-                PrintClasses(dictionary.GetRootClass(i), 0);
-            return 0;
-        }
-        if (command == "types" && words.size() == 1) {
-            for (const TDictTypePtr& type : dictionary.GetTypes())
-                std::cout << type->GetName() << " (" << type->GetID() << "): " << type->ToString() << "\n";
-            return 0;
-        }
-        if (command == "attributes" && words.size() == 2) {
-            const TDictClass* cls = ClassOf(dictionary, words[1]);
-            if (!cls)
-                return kExitUsage;
-            for (const TDictAttribute& a : cls->GetAttributes()) {
-                const std::string* partition = dictionary.FindPartitionName(a.GetPartition());
-                std::cout << a.GetName() << " (" << a.GetID() << ") : " << a.GetType().GetName() << ", "
-                          << (partition ? *partition : "?") << ", " << AccessText(a.GetAccess())
-                          << (a.GetUnits().empty() ? "" : ", in " + a.GetUnits()) << DefaultText(a)
-                          << (a.IsDisplayed() ? "" : ", not displayed") << "\n";
-            }
-            return 0;
-        }
-        if (command == "directives" && words.size() == 2) {
-            const TDictClass* cls = ClassOf(dictionary, words[1]);
-            if (!cls)
-                return kExitUsage;
-            for (const TDictDirective& d : cls->GetDirectives()) {
-                std::cout << d.GetName() << " (" << d.GetID() << ")"
-                          << (d.TakesAttributes() ? ": takes attribute values" : "") << "\n";
-                PrintArguments(d.GetRequestArguments(), "    ");
-                for (const auto* replies : {&d.GetResponses(), &d.GetExceptions()})
-                    for (const TDictReply& r : *replies) {
-                        std::cout << "  " << (r.GetDictObjectType() == ZED_DICT_RESPONSE ? "response " : "exception ")
-                                  << r.GetName() << " (" << r.GetReplyCode() << "): " << r.GetReplyText() << "\n";
-                        PrintArguments(r.GetArguments(), "      ");
-                    }
-            }
-            return 0;
-        }
-        if (command == "call" && words.size() >= 3)
-            return Call(dictionary, std::vector<std::string>(words.begin() + 1, words.end()));
-    } catch (const TException& e) {
-        std::cerr << "zedsh: " << e.what() << "\n";
-        return kExitUsage;
-    }
-    std::cerr << kUsage;
-    return kExitUsage;
+    return RunCommand(words);
 }
