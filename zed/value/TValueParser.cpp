@@ -89,6 +89,34 @@ std::uint32_t ParseAttributeCode(std::string_view text, const ZEDValueContext& c
     Fault("unknown attribute \"" + std::string(text) + "\"");
 }
 
+TValuePtr ParseEnumeration(const TDictType& type, std::string_view text, unsigned int id)
+{
+    if (type.GetDictObjectType() != ZED_DICT_TYPE_ENUMERATION)
+        Fault("enumeration without items");
+    auto definition = type.ShareAs<TDictTypeEnumeration>();
+    if (const auto* item = definition->FindText(std::string(text)))
+        return std::make_unique<TEnumeration>(definition, item->code, id);
+    try {
+        const int code = ParseInteger<int>(text);
+        if (definition->FindCode(code))
+            return std::make_unique<TEnumeration>(definition, code, id);
+    } catch (const ParseFault&) {
+    }
+    Fault("not an item of " + type.GetName());
+}
+
+// An entity or an entity class, named by the dictionary's names.
+template <class Named>
+TValuePtr ParseNamed(std::string_view text, const TDictionary* dictionary, unsigned int id)
+{
+    std::string error;
+    auto named = Named::Parse(text, dictionary, &error);
+    if (!named)
+        Fault(error);
+    named->SetID(id);
+    return std::make_unique<Named>(std::move(*named));
+}
+
 TValuePtr ParseScalar(const TDictType& type, std::string_view text, unsigned int id, const ZEDValueContext& context)
 {
     const TDictionary* dictionary =
@@ -118,36 +146,9 @@ TValuePtr ParseScalar(const TDictType& type, std::string_view text, unsigned int
         if (auto ms = TRelTime::Parse(text))
             return std::make_unique<TRelTime>(*ms, id);
         Fault("expected a duration like 1-02:03:04.500");
-    case ZED_DT_ENTITYSPEC: {
-        std::string error;
-        auto spec = TEntitySpec::Parse(text, dictionary, &error);
-        if (!spec)
-            Fault(error);
-        spec->SetID(id);
-        return std::make_unique<TEntitySpec>(std::move(*spec));
-    }
-    case ZED_DT_ENTITYCLASS: {
-        std::string error;
-        auto cls = TEntityClass::Parse(text, dictionary, &error);
-        if (!cls)
-            Fault(error);
-        cls->SetID(id);
-        return std::make_unique<TEntityClass>(std::move(*cls));
-    }
-    case ZED_DT_ENUMERATION: {
-        if (type.GetDictObjectType() != ZED_DICT_TYPE_ENUMERATION)
-            Fault("enumeration without items");
-        auto definition = type.ShareAs<TDictTypeEnumeration>();
-        if (const auto* item = definition->FindText(std::string(text)))
-            return std::make_unique<TEnumeration>(definition, item->code, id);
-        try {
-            const int code = ParseInteger<int>(text);
-            if (definition->FindCode(code))
-                return std::make_unique<TEnumeration>(definition, code, id);
-        } catch (const ParseFault&) {
-        }
-        Fault("not an item of " + type.GetName());
-    }
+    case ZED_DT_ENTITYSPEC: return ParseNamed<TEntitySpec>(text, dictionary, id);
+    case ZED_DT_ENTITYCLASS: return ParseNamed<TEntityClass>(text, dictionary, id);
+    case ZED_DT_ENUMERATION: return ParseEnumeration(type, text, id);
     case ZED_DT_ATTRIBUTEID: {
         std::string name;
         const std::uint32_t code = ParseAttributeCode(text, context, &name);
@@ -255,92 +256,90 @@ TValuePtr ZEDParseValue(const TDictType& type, std::string_view text, unsigned i
     return nullptr;
 }
 
-TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsigned int id,
-                           const ZEDValueContext& context)
+namespace {
+
+TValuePtr RecordFromJson(const TDictType& type, const ZedJsonNode& node, unsigned int id,
+                         const ZEDValueContext& context)
 {
-    // Attributes can hold attributes of their own class without end: bounded here.
-    if (node.Depth() > ZED_MAX_VALUE_DEPTH)
-        node.Fail("values nest deeper than " + std::to_string(ZED_MAX_VALUE_DEPTH) + " levels");
+    if (type.GetDictObjectType() != ZED_DICT_TYPE_RECORD)
+        node.Fail("record without members");
+    auto definition = type.ShareAs<TDictTypeRecord>();
     const nlohmann::json& json = node.Json();
-    switch (type.GetDatatype()) {
-    case ZED_DT_RECORD: {
-        if (type.GetDictObjectType() != ZED_DICT_TYPE_RECORD)
-            node.Fail("record without members");
-        auto definition = type.ShareAs<TDictTypeRecord>();
-        if (!json.is_object())
-            node.Fail("expected an object of member names");
-        auto record = std::make_unique<TRecord>(definition, id);
+    if (!json.is_object())
+        node.Fail("expected an object of member names");
+    auto record = std::make_unique<TRecord>(definition, id);
+    for (const auto& item : json.items())
+        if (!std::any_of(definition->GetMembers().begin(), definition->GetMembers().end(),
+                         [&](const TDictTypeRecord::Member& m) { return m.name == item.key(); }))
+            node.Key(item.key()).Fail("not a member of " + type.GetName());
+    // Members in the definition's order, whatever order the object has.
+    for (const TDictTypeRecord::Member& member : definition->GetMembers())
+        if (json.contains(member.name))
+            record->Add(ZedValueFromJson(*member.type, node.Key(member.name), member.id, context));
+    return record;
+}
+
+TValuePtr SetFromJson(const TDictType& type, const ZedJsonNode& node, unsigned int id, const ZEDValueContext& context)
+{
+    if (type.GetDictObjectType() != ZED_DICT_TYPE_CONSTRUCTOR)
+        node.Fail("set without element type");
+    auto definition = type.ShareAs<TDictTypeConstructorOf>();
+    auto set = std::make_unique<TSetOf>(definition, id, definition->IsSequence());
+    for (std::size_t i = 0, n = node.ArraySize(true); i < n; ++i)
+        set->Add(ZedValueFromJson(*definition->GetElementType(), node.At(i), 0, context));
+    return set;
+}
+
+TValuePtr AttributeListFromJson(const ZedJsonNode& node, unsigned int id, const ZEDValueContext& context)
+{
+    const nlohmann::json& json = node.Json();
+    if (!json.is_object())
+        node.Fail("expected an object of attribute names");
+    if (!context.entityClass)
+        node.Fail("attribute names need an entity class");
+    auto list = std::make_unique<TAttributeList>(id);
+    for (const auto& item : json.items())
+        if (!context.entityClass->FindAttribute(item.key()))
+            node.Key(item.key()).Fail("not an attribute of " + context.entityClass->GetName());
+    // Attributes in the class's order; names match ignoring case, as everywhere.
+    for (const TDictAttribute& attribute : context.entityClass->GetAttributes())
         for (const auto& item : json.items())
-            if (!std::any_of(definition->GetMembers().begin(), definition->GetMembers().end(),
-                             [&](const TDictTypeRecord::Member& m) { return m.name == item.key(); }))
-                node.Key(item.key()).Fail("not a member of " + type.GetName());
-        // Members in the definition's order, whatever order the object has.
-        for (const TDictTypeRecord::Member& member : definition->GetMembers())
-            if (json.contains(member.name))
-                record->Add(ZedValueFromJson(*member.type, node.Key(member.name), member.id, context));
-        return record;
+            if (context.entityClass->FindAttribute(item.key()) == &attribute)
+                list->Add(std::make_unique<TAttribute>(
+                    TAttributeID(attribute.GetID(), attribute.GetName()),
+                    ZedValueFromJson(attribute.GetType(), node.Key(item.key()), attribute.GetID(), context)));
+    return list;
+}
+
+TValuePtr AttributeFromJson(const ZedJsonNode& node, unsigned int id, const ZEDValueContext& context)
+{
+    node.ExpectObject({"attribute", "value"});
+    std::string name;
+    std::uint32_t code = 0;
+    try {
+        code = ParseAttributeCode(node.Key("attribute").String(), context, &name);
+    } catch (const ParseFault& fault) {
+        node.Key("attribute").Fail(fault.reason);
     }
-    case ZED_DT_SETOF:
-    case ZED_DT_SEQUENCEOF: {
-        if (type.GetDictObjectType() != ZED_DICT_TYPE_CONSTRUCTOR)
-            node.Fail("set without element type");
-        auto definition = type.ShareAs<TDictTypeConstructorOf>();
-        TValuePtr result = std::make_unique<TSetOf>(definition, id, definition->IsSequence());
-        auto* set = static_cast<TConstructedOf*>(result.get());
-        for (std::size_t i = 0, n = node.ArraySize(true); i < n; ++i)
-            set->Add(ZedValueFromJson(*definition->GetElementType(), node.At(i), 0, context));
-        return result;
+    auto attribute = std::make_unique<TAttribute>(TAttributeID(code, name), id);
+    if (node.Has("value")) {
+        const TDictAttribute* definition = context.entityClass ? context.entityClass->FindAttribute(code) : nullptr;
+        if (!definition)
+            node.Key("value").Fail("the attribute's type is unknown without its class");
+        attribute->SetValue(ZedValueFromJson(definition->GetType(), node.Key("value"), code, context));
     }
-    case ZED_DT_ATTRIBUTELIST: {
-        if (!json.is_object())
-            node.Fail("expected an object of attribute names");
-        if (!context.entityClass)
-            node.Fail("attribute names need an entity class");
-        auto list = std::make_unique<TAttributeList>(id);
-        for (const auto& item : json.items())
-            if (!context.entityClass->FindAttribute(item.key()))
-                node.Key(item.key()).Fail("not an attribute of " + context.entityClass->GetName());
-        // Attributes in the class's order; names match ignoring case, as everywhere.
-        for (const TDictAttribute& attribute : context.entityClass->GetAttributes())
-            for (const auto& item : json.items())
-                if (context.entityClass->FindAttribute(item.key()) == &attribute)
-                    list->Add(std::make_unique<TAttribute>(
-                        TAttributeID(attribute.GetID(), attribute.GetName()),
-                        ZedValueFromJson(attribute.GetType(), node.Key(item.key()), attribute.GetID(), context)));
-        return list;
-    }
-    case ZED_DT_ATTRIBUTE: {
-        node.ExpectObject({"attribute", "value"});
-        std::string name;
-        std::uint32_t code = 0;
-        try {
-            code = ParseAttributeCode(node.Key("attribute").String(), context, &name);
-        } catch (const ParseFault& fault) {
-            node.Key("attribute").Fail(fault.reason);
-        }
-        auto attribute = std::make_unique<TAttribute>(TAttributeID(code, name), id);
-        if (node.Has("value")) {
-            const TDictAttribute* definition = context.entityClass ? context.entityClass->FindAttribute(code) : nullptr;
-            if (!definition)
-                node.Key("value").Fail("the attribute's type is unknown without its class");
-            attribute->SetValue(ZedValueFromJson(definition->GetType(), node.Key("value"), code, context));
-        }
-        return attribute;
-    }
-    case ZED_DT_USERDEFINED: {
-        if (type.GetDictObjectType() != ZED_DICT_TYPE_USERDEFINED)
-            node.Fail("user type without base");
-        const auto& base = static_cast<const TDictTypeUserDefined&>(type).GetBase();
-        return std::make_unique<TUserDefined>(base, ZedValueFromJson(*base, node, id, context), id);
-    }
-    case ZED_DT_EVENTREPORT: node.Fail("event reports are made by servers, not entered");
-    default: break;
-    }
-    // Scalars: JSON strings hold the text form; numbers stand for numeric kinds
-    // and true/false for booleans only, so a number where a name belongs is a fault.
-    std::string text;
+    return attribute;
+}
+
+// Scalars: JSON strings hold the text form; numbers stand for numeric kinds
+// and true/false for booleans only, so a number where a name belongs is a fault.
+TValuePtr ScalarFromJson(const TDictType& type, const ZedJsonNode& node, unsigned int id,
+                         const ZEDValueContext& context)
+{
+    const nlohmann::json& json = node.Json();
     const ZED_T_DATATYPE dt = type.GetDatatype();
-    const bool numeric = (dt >= ZED_DT_INTEGER16 && dt <= ZED_DT_COUNTER32) || dt == ZED_DT_FLOAT || dt == ZED_DT_REAL;
+    const bool numeric = ZedIsNumber(dt);
+    std::string text;
     if (json.is_string())
         text = json.get<std::string>();
     else if (json.is_boolean() && dt == ZED_DT_BOOLEAN)
@@ -357,4 +356,29 @@ TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsig
         node.Fail(fault.reason);
     }
     node.Fail("no value of type " + type.GetName() + " can be written here");
+}
+
+}  // namespace
+
+TValuePtr ZedValueFromJson(const TDictType& type, const ZedJsonNode& node, unsigned int id,
+                           const ZEDValueContext& context)
+{
+    // Attributes can hold attributes of their own class without end: bounded here.
+    if (node.Depth() > ZED_MAX_VALUE_DEPTH)
+        node.Fail("values nest deeper than " + std::to_string(ZED_MAX_VALUE_DEPTH) + " levels");
+    switch (type.GetDatatype()) {
+    case ZED_DT_RECORD: return RecordFromJson(type, node, id, context);
+    case ZED_DT_SETOF:
+    case ZED_DT_SEQUENCEOF: return SetFromJson(type, node, id, context);
+    case ZED_DT_ATTRIBUTELIST: return AttributeListFromJson(node, id, context);
+    case ZED_DT_ATTRIBUTE: return AttributeFromJson(node, id, context);
+    case ZED_DT_USERDEFINED: {
+        if (type.GetDictObjectType() != ZED_DICT_TYPE_USERDEFINED)
+            node.Fail("user type without base");
+        const auto& base = static_cast<const TDictTypeUserDefined&>(type).GetBase();
+        return std::make_unique<TUserDefined>(base, ZedValueFromJson(*base, node, id, context), id);
+    }
+    case ZED_DT_EVENTREPORT: node.Fail("event reports are made by servers, not entered");
+    default: return ScalarFromJson(type, node, id, context);
+    }
 }

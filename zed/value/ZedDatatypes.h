@@ -48,6 +48,22 @@ inline constexpr bool ZedHasDictType(ZED_T_DATATYPE dt)
     return dt == ZED_DT_ENUMERATION || dt == ZED_DT_RECORD || dt == ZED_DT_SETOF || dt == ZED_DT_SEQUENCEOF;
 }
 
+/// Whether values of the data type are numbers (integers, counters, floating point).
+inline constexpr bool ZedIsNumber(ZED_T_DATATYPE dt)
+{
+    switch (dt) {
+    case ZED_DT_INTEGER16:
+    case ZED_DT_INTEGER32:
+    case ZED_DT_UNSIGNED16:
+    case ZED_DT_UNSIGNED32:
+    case ZED_DT_COUNTER16:
+    case ZED_DT_COUNTER32:
+    case ZED_DT_FLOAT:
+    case ZED_DT_REAL: return true;
+    default: return false;
+    }
+}
+
 /// A data type's name, as dictionary files write the built-in types
 /// ("Integer32") and help texts name a kind of value.
 struct ZedDatatypeName {
