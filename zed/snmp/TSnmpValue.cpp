@@ -240,87 +240,111 @@ TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmp
     return value;
 }
 
+namespace {
+
+using DatumKind = TSnmpDatum::Kind;
+
+// A datum of a syntax from the text a value writes; what it is not, when none.
+struct DatumReading {
+    std::optional<TSnmpDatum> datum;
+    const char* expected = nullptr;
+};
+
+DatumReading Reading(TSnmpDatum datum) { return {std::move(datum), nullptr}; }
+DatumReading Misfit(const char* expected) { return {std::nullopt, expected}; }
+
+template <class Number>
+DatumReading NumberDatum(const std::string& text, DatumKind kind, const char* expected)
+{
+    const auto number = ParseNumber<Number>(text);
+    if (!number)
+        return Misfit(expected);
+    TSnmpDatum datum;
+    datum.kind = kind;
+    if constexpr (std::is_signed_v<Number>)
+        datum.integer = *number;
+    else
+        datum.number = *number;
+    return Reading(std::move(datum));
+}
+
+// The name a reply gave it, "1.3.6.1 (name)", goes back as its numbers.
+DatumReading OidDatum(const std::string& text)
+{
+    const std::size_t named = text.find(" (");
+    const auto oid =
+        ZedParseOid(named != std::string::npos && !text.empty() && text.back() == ')' ? text.substr(0, named) : text);
+    if (!oid)
+        return Misfit("an OBJECT IDENTIFIER such as 1.3.6.1");
+    TSnmpDatum datum;
+    datum.kind = DatumKind::ObjectId;
+    datum.oid = *oid;
+    return Reading(std::move(datum));
+}
+
+DatumReading AddressDatum(const std::string& text)
+{
+    const auto address = DottedAddress(text);
+    if (!address)
+        return Misfit("an IpAddress such as 10.0.0.1");
+    TSnmpDatum datum;
+    datum.kind = DatumKind::IpAddress;
+    for (std::uint32_t part : *address)
+        datum.octets += static_cast<char>(part);
+    return Reading(std::move(datum));
+}
+
+DatumReading OctetsDatum(const std::string& text, ZedSnmpSyntax syntax)
+{
+    auto octets = ZedSnmpTextOctets(text, syntax);
+    if (!octets)
+        return Misfit(syntax == ZedSnmpSyntax::Bits ? "BITS: bit numbers such as \"0 3\""
+                                                    : "octets in hexadecimal such as \"00:1a:2b\"");
+    TSnmpDatum datum;
+    datum.kind = DatumKind::Octets;
+    datum.octets = std::move(*octets);
+    return Reading(std::move(datum));
+}
+
+DatumReading DatumOf(const std::string& text, ZedSnmpSyntax syntax)
+{
+    switch (syntax) {
+    case ZedSnmpSyntax::Integer:
+    case ZedSnmpSyntax::RowStatus: return NumberDatum<std::int32_t>(text, DatumKind::Integer, "an INTEGER (Integer32)");
+    case ZedSnmpSyntax::Unsigned:
+        return NumberDatum<std::uint32_t>(text, DatumKind::Unsigned, "a 32-bit unsigned number");
+    case ZedSnmpSyntax::Counter32:
+        return NumberDatum<std::uint32_t>(text, DatumKind::Counter32, "a 32-bit unsigned number");
+    case ZedSnmpSyntax::TimeTicks:
+        return NumberDatum<std::uint32_t>(text, DatumKind::TimeTicks, "a 32-bit unsigned number");
+    case ZedSnmpSyntax::Counter64: return NumberDatum<std::uint64_t>(text, DatumKind::Counter64, "a Counter64");
+    case ZedSnmpSyntax::ObjectId: return OidDatum(text);
+    case ZedSnmpSyntax::IpAddress: return AddressDatum(text);
+    case ZedSnmpSyntax::OctetString:
+    case ZedSnmpSyntax::HexOctets:
+    case ZedSnmpSyntax::DisplayString:
+    case ZedSnmpSyntax::Bits: return OctetsDatum(text, syntax);
+    }
+    return Misfit("of a known syntax");
+}
+
+}  // namespace
+
 std::optional<TSnmpDatum> ZedSnmpFromValue(const TValue& given, ZedSnmpSyntax syntax, std::string* error)
 {
-    using Kind = TSnmpDatum::Kind;
     const TValue& value = Unwrapped(given);
     if (!value.IsPresent() || value.HasReason()) {
         Fail(error, "no value to send");
         return std::nullopt;
     }
-    TSnmpDatum datum;
+    // An enumeration goes as its number, a duration as hundredths of a second.
     const std::string text = value.GetDatatype() == ZED_DT_ENUMERATION
                                  ? std::to_string(static_cast<const TEnumeration&>(value).GetCode())
                              : value.GetDatatype() == ZED_DT_RELTIME
                                  ? std::to_string(static_cast<const TRelTime&>(value).GetMilliseconds() / 10)
                                  : value.ToString();
-    const auto misfit = [&](const char* what) -> std::optional<TSnmpDatum> {
-        Fail(error, "\"" + text + "\" is not " + what);
-        return std::nullopt;
-    };
-    switch (syntax) {
-    case ZedSnmpSyntax::Integer:
-    case ZedSnmpSyntax::RowStatus: {
-        const auto number = ParseNumber<std::int32_t>(text);
-        if (!number)
-            return misfit("an INTEGER (Integer32)");
-        datum.kind = Kind::Integer;
-        datum.integer = *number;
-        return datum;
-    }
-    case ZedSnmpSyntax::Unsigned:
-    case ZedSnmpSyntax::Counter32:
-    case ZedSnmpSyntax::TimeTicks: {
-        const auto number = ParseNumber<std::uint32_t>(text);
-        if (!number)
-            return misfit("a 32-bit unsigned number");
-        datum.kind = syntax == ZedSnmpSyntax::Unsigned    ? Kind::Unsigned
-                     : syntax == ZedSnmpSyntax::Counter32 ? Kind::Counter32
-                                                          : Kind::TimeTicks;
-        datum.number = *number;
-        return datum;
-    }
-    case ZedSnmpSyntax::Counter64: {
-        const auto number = ParseNumber<std::uint64_t>(text);
-        if (!number)
-            return misfit("a Counter64");
-        datum.kind = Kind::Counter64;
-        datum.number = *number;
-        return datum;
-    }
-    case ZedSnmpSyntax::ObjectId: {
-        // The name a reply gave it, "1.3.6.1 (name)", goes back as its numbers.
-        const std::size_t named = text.find(" (");
-        const auto oid = ZedParseOid(named != std::string::npos && !text.empty() && text.back() == ')'
-                                         ? std::string(text.substr(0, named))
-                                         : std::string(text));
-        if (!oid)
-            return misfit("an OBJECT IDENTIFIER such as 1.3.6.1");
-        datum.kind = Kind::ObjectId;
-        datum.oid = *oid;
-        return datum;
-    }
-    case ZedSnmpSyntax::IpAddress: {
-        const auto address = DottedAddress(text);
-        if (!address)
-            return misfit("an IpAddress such as 10.0.0.1");
-        datum.kind = Kind::IpAddress;
-        for (std::uint32_t part : *address)
-            datum.octets += static_cast<char>(part);
-        return datum;
-    }
-    case ZedSnmpSyntax::OctetString:
-    case ZedSnmpSyntax::HexOctets:
-    case ZedSnmpSyntax::DisplayString:
-    case ZedSnmpSyntax::Bits: {
-        auto octets = ZedSnmpTextOctets(text, syntax);
-        if (!octets)
-            return misfit(syntax == ZedSnmpSyntax::Bits ? "BITS: bit numbers such as \"0 3\""
-                                                        : "octets in hexadecimal such as \"00:1a:2b\"");
-        datum.kind = Kind::Octets;
-        datum.octets = std::move(*octets);
-        return datum;
-    }
-    }
-    return misfit("of a known syntax");
+    DatumReading reading = DatumOf(text, syntax);
+    if (!reading.datum)
+        Fail(error, "\"" + text + "\" is not " + reading.expected);
+    return std::move(reading.datum);
 }
