@@ -160,6 +160,42 @@ private:
         return BuildType(node, depth, height);
     }
 
+    std::vector<TDictTypeEnumeration::Item> ReadItems(const ZedJsonNode& list)
+    {
+        std::vector<TDictTypeEnumeration::Item> items;
+        UniqueCheck unique("item");
+        m_faults.ForEach(list, true, [&](const ZedJsonNode& member) {
+            const ZedJsonNode item = member.ExpectObject({"code", "text"});
+            TDictTypeEnumeration::Item read{item.Key("code").Integer(), item.Key("text").NonEmptyString()};
+            unique.Code(item.Key("code"), static_cast<unsigned int>(read.code));
+            unique.Name(item.Key("text"), read.text);
+            items.push_back(std::move(read));
+        });
+        if (list.ArraySize(true) == 0)
+            list.Fail("an enumeration needs at least one item");
+        return items;
+    }
+
+    // refer resolves a member's type by its name.
+    template <class Refer>
+    std::vector<TDictTypeRecord::Member> ReadMembers(const ZedJsonNode& list, Refer& refer)
+    {
+        std::vector<TDictTypeRecord::Member> members;
+        UniqueCheck unique("member");
+        m_faults.ForEach(list, true, [&](const ZedJsonNode& item) {
+            const ZedJsonNode member = item.ExpectObject({"id", "name", "presentation", "type"});
+            TDictTypeRecord::Member m;
+            m.id = member.Key("id").Unsigned();
+            m.name = member.Key("name").NonEmptyString();
+            m.presentationName = member.StringOr("presentation", m.name);
+            m.type = refer(member.Key("type").NonEmptyString(), member.Key("type"));
+            unique.Code(member.Key("id"), m.id);
+            unique.Name(member.Key("name"), m.name);
+            members.push_back(std::move(m));
+        });
+        return members;
+    }
+
     TDictTypePtr BuildType(const ZedJsonNode& node, int depth, int& height)
     {
         height = 1;
@@ -180,36 +216,12 @@ private:
         };
         if (kind == "enumeration") {
             refuse({"members", "element", "base"});
-            std::vector<TDictTypeEnumeration::Item> items;
-            UniqueCheck unique("item");
-            const ZedJsonNode list = node.Key("items");
-            m_faults.ForEach(list, true, [&](const ZedJsonNode& member) {
-                const ZedJsonNode item = member.ExpectObject({"code", "text"});
-                TDictTypeEnumeration::Item read{item.Key("code").Integer(), item.Key("text").NonEmptyString()};
-                unique.Code(item.Key("code"), static_cast<unsigned int>(read.code));
-                unique.Name(item.Key("text"), read.text);
-                items.push_back(std::move(read));
-            });
-            if (list.ArraySize(true) == 0)
-                list.Fail("an enumeration needs at least one item");
-            return std::make_shared<const TDictTypeEnumeration>(id, name, presentation, std::move(items));
+            return std::make_shared<const TDictTypeEnumeration>(id, name, presentation, ReadItems(node.Key("items")));
         }
         if (kind == "record") {
             refuse({"items", "element", "base"});
-            std::vector<TDictTypeRecord::Member> members;
-            UniqueCheck unique("member");
-            m_faults.ForEach(node.Key("members"), true, [&](const ZedJsonNode& item) {
-                const ZedJsonNode member = item.ExpectObject({"id", "name", "presentation", "type"});
-                TDictTypeRecord::Member m;
-                m.id = member.Key("id").Unsigned();
-                m.name = member.Key("name").NonEmptyString();
-                m.presentationName = member.StringOr("presentation", m.name);
-                m.type = refer(member.Key("type").NonEmptyString(), member.Key("type"));
-                unique.Code(member.Key("id"), m.id);
-                unique.Name(member.Key("name"), m.name);
-                members.push_back(std::move(m));
-            });
-            return std::make_shared<const TDictTypeRecord>(id, name, presentation, std::move(members));
+            return std::make_shared<const TDictTypeRecord>(id, name, presentation,
+                                                           ReadMembers(node.Key("members"), refer));
         }
         if (kind == "set" || kind == "sequence") {
             refuse({"items", "members", "base"});
@@ -267,40 +279,50 @@ private:
         m_faults.ForEach(node.Key("directives"), false, [&](const ZedJsonNode& item) {
             cls->m_directives.push_back(ReadDirective(item, uniqueDirective));
         });
-        TDictDirective common;
-        common.m_id = ZED_COMMON_EXCEPTION_DIRECTIVE;
-        common.m_name = common.m_presentationName = "Common Exceptions";
-        common.m_exceptions = m_commonExceptions;
-        cls->m_directives.push_back(std::move(common));
+        cls->m_directives.push_back(CommonExceptions());
 
         UniqueCheck uniqueEvent("event");
-        m_faults.ForEach(node.Key("events"), false, [&](const ZedJsonNode& item) {
-            const ZedJsonNode e = item.ExpectObject({"id", "name", "presentation", "arguments", "snmp"});
-            TDictEvent event;
-            event.m_id = e.Key("id").Unsigned();
-            event.m_name = e.Key("name").NonEmptyString();
-            event.m_presentationName = e.StringOr("presentation", event.m_name);
-            uniqueEvent.Code(e.Key("id"), event.m_id);
-            uniqueEvent.Name(e.Key("name"), event.m_name);
-            event.m_arguments = ReadArguments(e.Key("arguments"));
-            if (e.Has("snmp")) {
-                const ZedJsonNode snmp = e.Key("snmp").ExpectObject({"trap", "unbound"});
-                if (snmp.Has("unbound") == snmp.Has("trap"))
-                    snmp.Fail("expected either \"trap\" (a notification's OID) or \"unbound\": true");
-                if (snmp.Has("unbound") && !snmp.Key("unbound").Bool())
-                    snmp.Key("unbound").Fail("expected true: leave \"unbound\" out otherwise");
-                event.m_snmpUnbound = snmp.Has("unbound");
-                if (snmp.Has("trap"))
-                    event.m_snmpTrap = ReadOid(snmp.Key("trap"));
-            }
-            cls->m_events.push_back(std::move(event));
-        });
+        m_faults.ForEach(node.Key("events"), false,
+                         [&](const ZedJsonNode& item) { cls->m_events.push_back(ReadEvent(item, uniqueEvent)); });
 
         UniqueCheck uniqueChild("class");
         m_faults.ForEach(node.Key("children"), false, [&](const ZedJsonNode& item) {
             cls->m_children.push_back(ReadClass(item, cls.get(), uniqueChild, depth + 1));
         });
         return cls;
+    }
+
+    // Every class has the common exceptions as a directive of its own.
+    TDictDirective CommonExceptions() const
+    {
+        TDictDirective common;
+        common.m_id = ZED_COMMON_EXCEPTION_DIRECTIVE;
+        common.m_name = common.m_presentationName = "Common Exceptions";
+        common.m_exceptions = m_commonExceptions;
+        return common;
+    }
+
+    TDictEvent ReadEvent(const ZedJsonNode& item, UniqueCheck& unique)
+    {
+        const ZedJsonNode e = item.ExpectObject({"id", "name", "presentation", "arguments", "snmp"});
+        TDictEvent event;
+        event.m_id = e.Key("id").Unsigned();
+        event.m_name = e.Key("name").NonEmptyString();
+        event.m_presentationName = e.StringOr("presentation", event.m_name);
+        unique.Code(e.Key("id"), event.m_id);
+        unique.Name(e.Key("name"), event.m_name);
+        event.m_arguments = ReadArguments(e.Key("arguments"));
+        if (!e.Has("snmp"))
+            return event;
+        const ZedJsonNode snmp = e.Key("snmp").ExpectObject({"trap", "unbound"});
+        if (snmp.Has("unbound") == snmp.Has("trap"))
+            snmp.Fail("expected either \"trap\" (a notification's OID) or \"unbound\": true");
+        if (snmp.Has("unbound") && !snmp.Key("unbound").Bool())
+            snmp.Key("unbound").Fail("expected true: leave \"unbound\" out otherwise");
+        event.m_snmpUnbound = snmp.Has("unbound");
+        if (snmp.Has("trap"))
+            event.m_snmpTrap = ReadOid(snmp.Key("trap"));
+        return event;
     }
 
     TDictDirective ReadDirective(const ZedJsonNode& node, UniqueCheck& unique)

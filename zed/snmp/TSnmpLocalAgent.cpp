@@ -100,6 +100,57 @@ TSnmpLocalAgent::TSnmpLocalAgent(Options options)
     throw TException("snmpd did not start: " + (log.empty() ? std::string("no log") : log));
 }
 
+namespace {
+
+void WriteConfiguration(const fs::path& file, const TSnmpLocalAgent::Options& options)
+{
+    std::ofstream conf(file);
+    // Writes reach the system group and the notification tables only: an
+    // agent run by root must never take a real interface down.
+    conf << "view kelall included .1\n"
+         << "view kelwrite included .1.3.6.1.2.1.1\n"
+         << "view kelwrite included .1.3.6.1.6.3.13\n"
+         << "rocommunity " << TSnmpLocalAgent::kReadCommunity << " 127.0.0.1\n"
+         << "rwcommunity " << TSnmpLocalAgent::kWriteCommunity << " 127.0.0.1 -V kelwrite\n"
+         << "createUser " << TSnmpLocalAgent::kUser << " SHA-256 \"" << TSnmpLocalAgent::kAuthKey << "\" AES \""
+         << TSnmpLocalAgent::kPrivKey << "\"\n"
+         << "group kelusers usm " << TSnmpLocalAgent::kUser << "\n"
+         << "access kelusers \"\" usm priv exact kelall kelwrite none\n";
+    if (!options.trapSink.empty())
+        conf << "trap2sink " << options.trapSink << " " << TSnmpLocalAgent::kReadCommunity << "\n";
+    for (const std::string& line : options.configuration)
+        conf << line << "\n";
+}
+
+std::vector<char*> Pointers(std::vector<std::string>& texts)
+{
+    std::vector<char*> pointers;
+    for (std::string& text : texts)
+        pointers.push_back(text.data());
+    pointers.push_back(nullptr);
+    return pointers;
+}
+
+// Its streams go nowhere: a pipe it held open would keep whoever reads the
+// caller's output waiting for as long as it runs.
+pid_t SpawnQuiet(std::vector<std::string> args, std::vector<std::string> env)
+{
+    std::vector<char*> argv = Pointers(args);
+    std::vector<char*> envp = Pointers(env);
+    posix_spawn_file_actions_t streams;
+    posix_spawn_file_actions_init(&streams);
+    for (int stream : {0, 1, 2})
+        posix_spawn_file_actions_addopen(&streams, stream, "/dev/null", stream ? O_WRONLY : O_RDONLY, 0);
+    pid_t pid = -1;
+    const int spawned = posix_spawn(&pid, args[0].c_str(), &streams, nullptr, argv.data(), envp.data());
+    posix_spawn_file_actions_destroy(&streams);
+    if (spawned != 0)
+        throw TException("snmpd could not be started");
+    return pid;
+}
+
+}  // namespace
+
 bool TSnmpLocalAgent::TryStart(const Options& options)
 {
     m_ports.clear();
@@ -110,51 +161,17 @@ bool TSnmpLocalAgent::TryStart(const Options& options)
     }
     const fs::path folder(m_folder);
     fs::create_directories(folder / "persistent");
-    {
-        std::ofstream conf(folder / "snmpd.conf");
-        // Writes reach the system group and the notification tables only: an
-        // agent run by root must never take a real interface down.
-        conf << "view kelall included .1\n"
-             << "view kelwrite included .1.3.6.1.2.1.1\n"
-             << "view kelwrite included .1.3.6.1.6.3.13\n"
-             << "rocommunity " << kReadCommunity << " 127.0.0.1\n"
-             << "rwcommunity " << kWriteCommunity << " 127.0.0.1 -V kelwrite\n"
-             << "createUser " << kUser << " SHA-256 \"" << kAuthKey << "\" AES \"" << kPrivKey << "\"\n"
-             << "group kelusers usm " << kUser << "\n"
-             << "access kelusers \"\" usm priv exact kelall kelwrite none\n";
-        if (!options.trapSink.empty())
-            conf << "trap2sink " << options.trapSink << " " << kReadCommunity << "\n";
-        for (const std::string& line : options.configuration)
-            conf << line << "\n";
-    }
+    WriteConfiguration(folder / "snmpd.conf", options);
     fs::remove(folder / "snmpd.log");
-    const std::string program = Program();
-    const std::string conf = (folder / "snmpd.conf").string();
     const std::string log = (folder / "snmpd.log").string();
-    std::vector<std::string> args = {program, "-f", "-C", "-c", conf, "-Lf", log, endpoints};
-    std::vector<char*> argv;
-    for (std::string& a : args)
-        argv.push_back(a.data());
-    argv.push_back(nullptr);
-    std::vector<std::string> env = {"SNMP_PERSISTENT_DIR=" + (folder / "persistent").string(),
-                                    "MIBS=", "PATH=/usr/bin:/bin"};
-    std::vector<char*> envp;
-    for (std::string& e : env)
-        envp.push_back(e.data());
-    envp.push_back(nullptr);
-    // Its streams go nowhere: a pipe it held open would keep whoever reads
-    // the caller's output waiting for as long as it runs.
-    posix_spawn_file_actions_t streams;
-    posix_spawn_file_actions_init(&streams);
-    for (int stream : {0, 1, 2})
-        posix_spawn_file_actions_addopen(&streams, stream, "/dev/null", stream ? O_WRONLY : O_RDONLY, 0);
-    pid_t pid = -1;
-    const int spawned = posix_spawn(&pid, program.c_str(), &streams, nullptr, argv.data(), envp.data());
-    posix_spawn_file_actions_destroy(&streams);
-    if (spawned != 0)
-        throw TException("snmpd could not be started");
-    m_pid = pid;
-    // Ready once it says which version it is: it has opened its ports then.
+    m_pid = SpawnQuiet({Program(), "-f", "-C", "-c", (folder / "snmpd.conf").string(), "-Lf", log, endpoints},
+                       {"SNMP_PERSISTENT_DIR=" + (folder / "persistent").string(), "MIBS=", "PATH=/usr/bin:/bin"});
+    return WaitReady(log);
+}
+
+// Ready once it says which version it is: it has opened its ports then.
+bool TSnmpLocalAgent::WaitReady(const std::string& log)
+{
     const auto until = std::chrono::steady_clock::now() + std::chrono::seconds(15);
     while (std::chrono::steady_clock::now() < until) {
         if (Ended(m_pid)) {

@@ -67,6 +67,7 @@ public:
 
 private:
     bool TryStart(const Options& options);
+    bool WaitReady(const std::string& log);
 
     std::string m_folder;
     std::vector<int> m_ports;
