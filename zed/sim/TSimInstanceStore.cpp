@@ -41,6 +41,50 @@ bool TSimInstanceStore::Check(std::string_view json, const std::string& source, 
     return faults.size() == before;
 }
 
+// The instance above the entity's, walking down from the top: every level
+// above must be declared already. cls becomes the entity's class.
+TSimInstanceStore::Instance* TSimInstanceStore::ParentOf(const TEntitySpec& spec, Instance& top,
+                                                         const ZedJsonNode& where, const TDictClass*& cls) const
+{
+    Instance* parent = &top;
+    for (std::size_t depth = 0; depth < spec.GetDepth(); ++depth) {
+        const auto& component = spec.GetComponent(depth);
+        cls = depth == 0 ? m_dictionary->FindRootClass(component.code) : cls->FindChild(component.code);
+        if (!cls)
+            where.Fail("unknown class #" + std::to_string(component.code));
+        if (component.kind != TEntitySpec::Instance::Named)
+            where.Fail("every level needs an instance name");
+        if (depth + 1 == spec.GetDepth())
+            break;
+        auto& siblings = parent->children[component.code];
+        const auto found = siblings.find(component.name);
+        if (found == siblings.end())
+            where.Fail("the instance \"" + component.name + "\" above it is not declared (yet)");
+        parent = found->second.get();
+    }
+    return parent;
+}
+
+// An instance's attributes: each fault is collected, the others still read.
+void TSimInstanceStore::ReadAttributes(const ZedJsonNode& attributes, const TDictClass& cls, ZedJsonFaults& collect,
+                                       Instance& instance) const
+{
+    if (!attributes.Json().is_object()) {
+        if (!attributes.Absent())
+            attributes.Fail("expected an object of attribute names");
+        return;
+    }
+    for (const auto& item : attributes.Json().items())
+        collect.Guard([&] {
+            const TDictAttribute* attribute = cls.FindAttribute(item.key());
+            if (!attribute)
+                attributes.Key(item.key()).Fail("not an attribute of " + cls.GetName());
+            const ZEDValueContext context{m_dictionary.get(), &cls};
+            instance.attributes.Put(
+                ZedValueFromJson(attribute->GetType(), attributes.Key(item.key()), attribute->GetID(), context));
+        });
+}
+
 TSimInstanceStore::Instance TSimInstanceStore::Read(std::string_view json, const std::string& source,
                                                     std::vector<std::string>* faults) const
 {
@@ -62,44 +106,15 @@ TSimInstanceStore::Instance TSimInstanceStore::Read(std::string_view json, const
             node.Key("entity").Fail(error);
         if (spec->GetDepth() == 0)
             node.Key("entity").Fail("an instance needs a class and a name");
-        // Walk down to the parent: every level above must exist already.
-        Instance* parent = &fresh;
         const TDictClass* cls = nullptr;
-        for (std::size_t depth = 0; depth < spec->GetDepth(); ++depth) {
-            const auto& component = spec->GetComponent(depth);
-            cls = depth == 0 ? m_dictionary->FindRootClass(component.code) : cls->FindChild(component.code);
-            if (!cls)
-                node.Key("entity").Fail("unknown class #" + std::to_string(component.code));
-            if (component.kind != TEntitySpec::Instance::Named)
-                node.Key("entity").Fail("every level needs an instance name");
-            if (depth + 1 == spec->GetDepth())
-                break;
-            auto& siblings = parent->children[component.code];
-            const auto found = siblings.find(component.name);
-            if (found == siblings.end())
-                node.Key("entity").Fail("the instance \"" + component.name + "\" above it is not declared (yet)");
-            parent = found->second.get();
-        }
+        Instance* parent = ParentOf(*spec, fresh, node.Key("entity"), cls);
         const auto& last = spec->GetComponent(spec->GetDepth() - 1);
         auto instance = std::make_unique<Instance>();
         instance->cls = cls;
         instance->name = last.name;
         // Top-level instances point nowhere: the root moves when the load is kept.
         instance->parent = parent == &fresh ? nullptr : parent;
-        const ZedJsonNode attributes = node.Key("attributes");
-        if (attributes.Json().is_object()) {
-            for (const auto& item : attributes.Json().items())
-                collect.Guard([&] {
-                    const TDictAttribute* attribute = cls->FindAttribute(item.key());
-                    if (!attribute)
-                        attributes.Key(item.key()).Fail("not an attribute of " + cls->GetName());
-                    const ZEDValueContext context{m_dictionary.get(), cls};
-                    instance->attributes.Put(ZedValueFromJson(attribute->GetType(), attributes.Key(item.key()),
-                                                              attribute->GetID(), context));
-                });
-        } else if (!attributes.Absent()) {
-            attributes.Fail("expected an object of attribute names");
-        }
+        ReadAttributes(node.Key("attributes"), *cls, collect, *instance);
         if (!parent->children[last.code].emplace(last.name, std::move(instance)).second)
             node.Key("entity").Fail("declared twice");
     });

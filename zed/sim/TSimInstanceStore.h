@@ -11,6 +11,9 @@
 #include <string_view>
 #include <vector>
 
+class ZedJsonFaults;
+class ZedJsonNode;
+
 /// The instances of the simulated network: a tree that follows the class
 /// tree, each instance with its attribute values found by attribute code.
 /// Loaded from a JSON instance file (docs/simulated-network.md), checked
@@ -61,6 +64,9 @@ public:
 private:
     /// The tree the text describes; without faults, the first fault throws.
     Instance Read(std::string_view json, const std::string& source, std::vector<std::string>* faults) const;
+    Instance* ParentOf(const TEntitySpec& spec, Instance& top, const ZedJsonNode& where, const TDictClass*& cls) const;
+    void ReadAttributes(const ZedJsonNode& attributes, const TDictClass& cls, ZedJsonFaults& collect,
+                        Instance& instance) const;
 
     TDictionaryPtr m_dictionary;
     Instance m_root;
