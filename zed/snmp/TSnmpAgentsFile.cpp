@@ -125,25 +125,36 @@ private:
         const std::string lower = Lower(key);
         if (!m_keys.insert(lower).second)
             Fail("the key " + key + " is given twice in this section");
-        if (!m_agent && m_calls) {
-            if (lower == "mostrows")
-                m_result.callRows = Count(key, value, kMostBound);
-            else if (lower == "mostbytes")
-                m_result.callBytes = Count(key, value, kMostWalkBytes);
-            else
-                Fail("unknown key " + key + " in Calls: expected MostRows or MostBytes");
-            return;
-        }
-        if (!m_agent) {
-            if (lower == "address")
-                m_result.receiverAddress = NonEmpty(key, value);
-            else if (lower == "mostwaiting")
-                m_result.mostWaiting = Count(key, value, kMostBound);
-            else
-                Fail("unknown key " + key + " in Notifications: expected Address or MostWaiting");
-            return;
-        }
-        TSnmpAgent& a = *m_agent;
+        if (m_agent)
+            AgentKey(*m_agent, lower, key, value);
+        else if (m_calls)
+            CallsKey(lower, key, value);
+        else
+            NotificationsKey(lower, key, value);
+    }
+
+    void CallsKey(const std::string& lower, const std::string& key, const std::string& value)
+    {
+        if (lower == "mostrows")
+            m_result.callRows = Count(key, value, kMostBound);
+        else if (lower == "mostbytes")
+            m_result.callBytes = Count(key, value, kMostWalkBytes);
+        else
+            Fail("unknown key " + key + " in Calls: expected MostRows or MostBytes");
+    }
+
+    void NotificationsKey(const std::string& lower, const std::string& key, const std::string& value)
+    {
+        if (lower == "address")
+            m_result.receiverAddress = NonEmpty(key, value);
+        else if (lower == "mostwaiting")
+            m_result.mostWaiting = Count(key, value, kMostBound);
+        else
+            Fail("unknown key " + key + " in Notifications: expected Address or MostWaiting");
+    }
+
+    void AgentKey(TSnmpAgent& a, const std::string& lower, const std::string& key, const std::string& value)
+    {
         if (lower == "address")
             a.address = NonEmpty(key, value);
         else if (lower == "version")

@@ -237,49 +237,55 @@ struct TSnmpSession::Impl {
                                                        : "the SNMPv3 engine of " + Who() + " could not be found");
     }
 
+    // The localized keys a v3 session is opened with; net-snmp takes copies,
+    // these are wiped as they go out of scope.
+    struct LocalKeys {
+        std::unique_ptr<TSnmpSecret> auth, priv;
+    };
+
+    // An SNMPv3 session's user, level and keys, localized for the agent's
+    // engine; the fault when a key could not be made.
+    std::string PrepareV3(netsnmp_session& s, LocalKeys& keys)
+    {
+        s.version = SNMP_VERSION_3;
+        s.securityName = const_cast<char*>(agent.user.c_str());
+        s.securityNameLen = agent.user.size();
+        s.securityModel = SNMP_SEC_MODEL_USM;
+        s.securityEngineID = reinterpret_cast<u_char*>(engineId.data());
+        s.securityEngineIDLen = engineId.size();
+        s.flags |= SNMP_FLAGS_DONT_PROBE;
+        s.securityLevel = agent.level == TSnmpAgent::Level::AuthPriv     ? SNMP_SEC_LEVEL_AUTHPRIV
+                          : agent.level == TSnmpAgent::Level::AuthNoPriv ? SNMP_SEC_LEVEL_AUTHNOPRIV
+                                                                         : SNMP_SEC_LEVEL_NOAUTH;
+        ZedSnmpSealKeys(agent);
+        if (s.securityLevel != SNMP_SEC_LEVEL_NOAUTH) {
+            const bool sha512 = agent.authProtocol == "SHA-512";
+            s.securityAuthProto = sha512 ? usmHMAC384SHA512AuthProtocol : usmHMAC192SHA256AuthProtocol;
+            s.securityAuthProtoLen = OID_LENGTH(usmHMAC192SHA256AuthProtocol);
+            if (!agent.keys || !agent.keys->auth || !(keys.auth = ZedSnmpLocalize(agent, *agent.keys->auth, engineId)))
+                return "the authentication key could not be made";
+            s.securityAuthLocalKey = keys.auth->Data();
+            s.securityAuthLocalKeyLen = keys.auth->Size();
+        }
+        if (s.securityLevel == SNMP_SEC_LEVEL_AUTHPRIV) {
+            s.securityPrivProto = usmAESPrivProtocol;
+            s.securityPrivProtoLen = OID_LENGTH(usmAESPrivProtocol);
+            if (!agent.keys || !agent.keys->priv || !(keys.priv = ZedSnmpLocalize(agent, *agent.keys->priv, engineId)))
+                return "the privacy key could not be made";
+            s.securityPrivLocalKey = keys.priv->Data();
+            s.securityPrivLocalKeyLen = keys.priv->Size();
+        }
+        return {};
+    }
+
     void OpenSession()
     {
         netsnmp_session s;
         Prepare(s);
         std::string fault;
-        std::unique_ptr<TSnmpSecret> localAuth, localPriv;
+        LocalKeys keys;
         if (agent.version == TSnmpAgent::Version::V3) {
-            s.version = SNMP_VERSION_3;
-            s.securityName = const_cast<char*>(agent.user.c_str());
-            s.securityNameLen = agent.user.size();
-            s.securityModel = SNMP_SEC_MODEL_USM;
-            s.securityEngineID = reinterpret_cast<u_char*>(engineId.data());
-            s.securityEngineIDLen = engineId.size();
-            s.flags |= SNMP_FLAGS_DONT_PROBE;
-            s.securityLevel = agent.level == TSnmpAgent::Level::AuthPriv     ? SNMP_SEC_LEVEL_AUTHPRIV
-                              : agent.level == TSnmpAgent::Level::AuthNoPriv ? SNMP_SEC_LEVEL_AUTHNOPRIV
-                                                                             : SNMP_SEC_LEVEL_NOAUTH;
-            // The master keys localized for this engine: net-snmp takes copies
-            // of the localized keys, ours are wiped as they go out of scope.
-            ZedSnmpSealKeys(agent);
-            if (s.securityLevel != SNMP_SEC_LEVEL_NOAUTH) {
-                const bool sha512 = agent.authProtocol == "SHA-512";
-                s.securityAuthProto = sha512 ? usmHMAC384SHA512AuthProtocol : usmHMAC192SHA256AuthProtocol;
-                s.securityAuthProtoLen = OID_LENGTH(usmHMAC192SHA256AuthProtocol);
-                if (!agent.keys || !agent.keys->auth
-                    || !(localAuth = ZedSnmpLocalize(agent, *agent.keys->auth, engineId)))
-                    fault = "the authentication key could not be made";
-                else {
-                    s.securityAuthLocalKey = localAuth->Data();
-                    s.securityAuthLocalKeyLen = localAuth->Size();
-                }
-            }
-            if (s.securityLevel == SNMP_SEC_LEVEL_AUTHPRIV) {
-                s.securityPrivProto = usmAESPrivProtocol;
-                s.securityPrivProtoLen = OID_LENGTH(usmAESPrivProtocol);
-                if (!agent.keys || !agent.keys->priv
-                    || !(localPriv = ZedSnmpLocalize(agent, *agent.keys->priv, engineId)))
-                    fault = "the privacy key could not be made";
-                else {
-                    s.securityPrivLocalKey = localPriv->Data();
-                    s.securityPrivLocalKeyLen = localPriv->Size();
-                }
-            }
+            fault = PrepareV3(s, keys);
         } else {
             s.version = agent.version == TSnmpAgent::Version::V1 ? SNMP_VERSION_1 : SNMP_VERSION_2c;
             s.community = reinterpret_cast<u_char*>(agent.community.data());
