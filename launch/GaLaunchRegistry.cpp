@@ -153,12 +153,9 @@ void CloseFrom(int first, int keep)
         ::close(fd);
 }
 
-}  // namespace
-
-int GaLaunchStartDetached(const std::string& command, const std::vector<std::string>& variables)
+// The host's environment with the variables given ("NAME=value") in place of its own.
+std::vector<std::string> EnvironmentWith(const std::vector<std::string>& variables)
 {
-    // Everything the children need is made before fork: between fork and exec
-    // only async-signal-safe calls are allowed in a threaded process.
     std::vector<std::string> environment(variables);
     for (char** entry = environ; entry && *entry; ++entry) {
         const std::string_view existing(*entry);
@@ -169,6 +166,42 @@ int GaLaunchStartDetached(const std::string& command, const std::vector<std::str
         if (!replaced)
             environment.emplace_back(existing);
     }
+    return environment;
+}
+
+// In the child: the grandchild runs the command, in a session of its own, and
+// writes to the report pipe why it could not.
+[[noreturn]] void RunDetached(const char* const* argv, char* const* envp, int report)
+{
+    setsid();
+    const pid_t grandchild = fork();
+    if (grandchild == 0) {
+        const int null = open("/dev/null", O_RDONLY);
+        if (null >= 0)
+            dup2(null, STDIN_FILENO);
+        // The program gets 0, 1 and 2 only: nothing the host holds (its
+        // trace file, its display connection) leaks into it. The report
+        // pipe stays until exec closes it.
+        CloseFrom(STDERR_FILENO + 1, report);
+        execve("/bin/sh", const_cast<char* const*>(argv), envp);
+        const int error = errno;
+        (void)!write(report, &error, sizeof error);
+        _exit(127);
+    }
+    if (grandchild < 0) {
+        const int error = errno;
+        (void)!write(report, &error, sizeof error);
+    }
+    _exit(0);
+}
+
+}  // namespace
+
+int GaLaunchStartDetached(const std::string& command, const std::vector<std::string>& variables)
+{
+    // Everything the children need is made before fork: between fork and exec
+    // only async-signal-safe calls are allowed in a threaded process.
+    std::vector<std::string> environment = EnvironmentWith(variables);
     std::vector<char*> envp;
     for (std::string& entry : environment)
         envp.push_back(entry.data());
@@ -188,26 +221,7 @@ int GaLaunchStartDetached(const std::string& command, const std::vector<std::str
     }
     if (child == 0) {
         close(report[0]);
-        setsid();
-        const pid_t grandchild = fork();
-        if (grandchild == 0) {
-            const int null = open("/dev/null", O_RDONLY);
-            if (null >= 0)
-                dup2(null, STDIN_FILENO);
-            // The program gets 0, 1 and 2 only: nothing the host holds (its
-            // trace file, its display connection) leaks into it. The report
-            // pipe stays until exec closes it.
-            CloseFrom(STDERR_FILENO + 1, report[1]);
-            execve("/bin/sh", const_cast<char* const*>(argv), envp.data());
-            const int error = errno;
-            (void)!write(report[1], &error, sizeof error);
-            _exit(127);
-        }
-        if (grandchild < 0) {
-            const int error = errno;
-            (void)!write(report[1], &error, sizeof error);
-        }
-        _exit(0);
+        RunDetached(argv, envp.data(), report[1]);
     }
     close(report[1]);
     int status = 0;
