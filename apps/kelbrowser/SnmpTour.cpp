@@ -2,6 +2,7 @@
 #include "KelBrowserWindow.h"
 #include "ShippedNetwork.h"
 #include "Tour.h"
+#include "zed/dict/ZedDirectiveNames.h"
 #include "TourSupport.h"
 #include "kel/controls/KELFilterBox.h"
 #include "kel/output/KELListModel.h"
@@ -69,11 +70,11 @@ int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agen
 
     const std::string interfaces = agent + " Interface *";
     out << "\n== Show on " << interfaces << "\n";
-    bool opened = window.OpenForm(interfaces, "Show") && window.GetForm();
+    bool opened = window.OpenForm(interfaces, std::string(ZedDirective::kShow)) && window.GetForm();
     if (opened)
         window.GetForm()->GetContainer()->ForEachElement([](IPresentationElement& element) {
             auto* line = dynamic_cast<IFormLine*>(&element);
-            if (line && line->GetLabel() && line->GetLabel()->GetPresentationName() == "Partition")
+            if (line && line->GetLabel() && line->GetLabel()->GetPresentationName() == ZedDirective::kPartition)
                 line->GetField()->SetValue(std::string("All"));
         });
     if (!opened || !window.Send() || !window.WaitForCalls()) {
@@ -95,10 +96,10 @@ int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agen
                     withAddress = list->GetModel()->index(row, 0).data().toString().toStdString();
     out << "\n== Show on "
         << (withAddress.empty() ? std::string("(no interface with a hardware address)") : withAddress) << "\n";
-    if (!withAddress.empty() && window.OpenForm(withAddress, "Show") && window.GetForm()) {
+    if (!withAddress.empty() && window.OpenForm(withAddress, std::string(ZedDirective::kShow)) && window.GetForm()) {
         window.GetForm()->GetContainer()->ForEachElement([](IPresentationElement& element) {
             auto* line = dynamic_cast<IFormLine*>(&element);
-            if (line && line->GetLabel() && line->GetLabel()->GetPresentationName() == "Partition")
+            if (line && line->GetLabel() && line->GetLabel()->GetPresentationName() == ZedDirective::kPartition)
                 line->GetField()->SetValue(std::string("All"));
         });
         if (window.Send() && window.WaitForCalls()) {
