@@ -117,8 +117,7 @@ std::unique_ptr<TValue> IFieldEdit::GetTValue(bool always)
     const std::string text = CurrentText();
     if (text.empty() && !always)
         return nullptr;
-    if (GetDT() < ZED_DT_SIMPLENAME || GetDT() > ZED_DT_ATTRIBUTEID)
-        return nullptr;
+    // The kinds a text field returns are ValueOfText's; others give none.
     std::unique_ptr<TValue> value = ValueOfText(GetDT(), text);
     if (!value)
         return nullptr;
