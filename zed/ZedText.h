@@ -10,14 +10,24 @@
 #include <string>
 #include <string_view>
 
-/// Names of classes, attributes, directives and enumeration items compare
-/// without regard to letter case.
+/// Names of classes, attributes, directives, types and enumeration items
+/// compare without regard to letter case.
 inline bool ZedSameIgnoringCase(std::string_view a, std::string_view b)
 {
     return std::equal(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
         return std::tolower(static_cast<unsigned char>(x)) == std::tolower(static_cast<unsigned char>(y));
     });
 }
+
+/// The order of names that compare so, for the maps that hold them.
+struct ZedLessIgnoringCase {
+    bool operator()(std::string_view a, std::string_view b) const
+    {
+        return std::lexicographical_compare(a.begin(), a.end(), b.begin(), b.end(), [](char x, char y) {
+            return std::tolower(static_cast<unsigned char>(x)) < std::tolower(static_cast<unsigned char>(y));
+        });
+    }
+};
 
 /// Text that came from outside, fit for one line of a terminal, a trace or a
 /// field: control characters (ESC, CR, LF, NUL, DEL...) are written as

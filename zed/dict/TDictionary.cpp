@@ -4,6 +4,8 @@
 #include "zed/TException.h"
 #include "zed/ZedFile.h"
 #include "zed/ZedText.h"
+
+#include <algorithm>
 #include "zed/dict/TDictionaryLoader.h"
 #include "zed/value/TEntitySpec.h"
 
@@ -52,10 +54,10 @@ TDictTypePtr TDictionary::FindType(const std::string& name) const
 {
     if (TDictTypePtr builtin = TDictionaryLoader::BuiltinType(name))
         return builtin;
-    for (const TDictTypePtr& type : m_types)
-        if (type->GetName() == name)
-            return type;
-    return nullptr;
+    const auto found = std::find_if(m_types.begin(), m_types.end(), [&](const TDictTypePtr& type) {
+        return ZedSameIgnoringCase(type->GetName(), name);
+    });
+    return found == m_types.end() ? nullptr : *found;
 }
 
 const std::string* TDictionary::FindPartitionName(unsigned int code) const

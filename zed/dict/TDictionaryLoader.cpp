@@ -15,10 +15,12 @@ constexpr const char* kFormat = "zed-dictionary 1";
 constexpr int kMaxTypeDepth = ZED_MAX_TYPE_DEPTH;
 constexpr int kMaxClassDepth = ZED_MAX_CLASS_DEPTH;
 
-const std::map<std::string, TDictTypePtr>& Builtins()
+using TypesByName = std::map<std::string, TDictTypePtr, ZedLessIgnoringCase>;
+
+const TypesByName& Builtins()
 {
-    static const std::map<std::string, TDictTypePtr> builtins = [] {
-        std::map<std::string, TDictTypePtr> map;
+    static const TypesByName builtins = [] {
+        TypesByName map;
         // A file names the simple types as they are; the others it defines.
         for (const auto& [dt, name] : kZedDatatypeNames)
             if (!ZedHasDictType(dt) && dt != ZED_DT_USERDEFINED)
@@ -152,7 +154,7 @@ private:
     TDictTypePtr BuildResolving(const std::string& name, const ZedJsonNode& node, int depth, int& height)
     {
         struct Mark {
-            std::set<std::string>& resolving;
+            std::set<std::string, ZedLessIgnoringCase>& resolving;
             const std::string& name;
             ~Mark() { resolving.erase(name); }
         } mark{m_resolving, name};
@@ -551,11 +553,12 @@ private:
     TDictionary& m_dictionary;
     ZedJsonFaults m_faults;
     std::optional<ZedJsonNode> m_typeList;
-    std::map<std::string, std::size_t> m_pendingTypes;
+    // Types by their names, which compare as every name of the dictionary does.
+    std::map<std::string, std::size_t, ZedLessIgnoringCase> m_pendingTypes;
     std::vector<std::string> m_typeOrder;
-    std::map<std::string, TDictTypePtr> m_resolved;
-    std::map<std::string, int> m_heights;  // of the resolved types
-    std::set<std::string> m_resolving;
+    std::map<std::string, TDictTypePtr, ZedLessIgnoringCase> m_resolved;
+    std::map<std::string, int, ZedLessIgnoringCase> m_heights;  // of the resolved types
+    std::set<std::string, ZedLessIgnoringCase> m_resolving;
     std::vector<TDictReply> m_commonExceptions;
 };
 

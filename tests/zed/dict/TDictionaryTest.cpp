@@ -173,6 +173,24 @@ TEST(DictionaryLoad, NullIsNotAnAbsentList)
                 HasSubstr("$.types: expected an array"));
 }
 
+// Type names follow the one rule of the dictionary's names: letter case aside.
+TEST(DictionaryLoad, TypesAreFoundByNameWhateverTheirLetterCase)
+{
+    const TDictionaryPtr dictionary = TDictionary::Parse(
+        Minimal(R"({"id": 1, "name": "Hosts", "kind": "set", "element": "latin1string"})",
+                R"(, "attributes": [{"id": 1, "name": "Peers", "type": "HOSTS", "partition": "Status"}])"),
+        "test.json");
+    ASSERT_NE(dictionary->FindType("hosts"), nullptr);
+    EXPECT_EQ(dictionary->FindType("hosts")->GetName(), "Hosts");
+    EXPECT_EQ(dictionary->FindType("LATIN1STRING")->GetDatatype(), ZED_DT_LATIN1STRING);
+    EXPECT_THAT(LoadError(Minimal(R"({"id": 1, "name": "boolean", "kind": "set", "element": "Real"})", "")),
+                HasSubstr("is a built-in type"));
+    EXPECT_THAT(LoadError(Minimal(R"({"id": 1, "name": "A", "kind": "set", "element": "Real"},
+                                     {"id": 2, "name": "a", "kind": "set", "element": "Real"})",
+                                  "")),
+                HasSubstr("names ignore case"));
+}
+
 TEST(DictionaryLoad, RecursiveAndOverDeepTypesAreRefused)
 {
     EXPECT_THAT(
