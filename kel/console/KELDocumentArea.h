@@ -2,9 +2,11 @@
 #pragma once
 
 #include "kel/KELExport.h"
+#include "kel/console/IWorkspaceManager.h"
 #include "kel/console/KELHostDocument.h"
 #include "zed/value/TEntitySpec.h"
 
+#include <QPointer>
 #include <QTabWidget>
 
 #include <chrono>
@@ -17,7 +19,6 @@ class IInputForm;
 class IInputOutputForm;
 class IMessageConsole;
 class IPresentationForm;
-class IWorkspaceManager;
 class KELConfigContext;
 class TDictionary;
 
@@ -62,7 +63,8 @@ public:
     void Close(int index);
     void CloseAll();
 
-    /// Makes the area's documents the workspace's; the area must outlive its use of them.
+    /// Makes the area's documents the workspace's, until either goes. The
+    /// workspace's callbacks are plain functions: one area is attached at a time.
     void Attach(IWorkspaceManager& workspace);
     /// While quiet (a workspace opens or closes), changes are not told.
     void SetQuiet(bool quiet) { m_quiet = quiet; }
@@ -100,7 +102,7 @@ private:
     const TDictionary& m_dictionary;
     KELConfigContext* m_context;
     IMessageConsole* m_console;
-    IWorkspaceManager* m_workspace = nullptr;
+    QPointer<IWorkspaceManager> m_workspace;  // gone with the host's manager
     std::chrono::milliseconds m_timeout;
     // The documents by their page (a tab's widget, which the tabs own).
     std::map<QWidget*, std::unique_ptr<KELHostDocument>> m_pages;
