@@ -83,7 +83,9 @@ bool KELCallControl::Start(std::unique_ptr<TAsyncCall> call, const std::string& 
         },
         m_timeout);
     if (!going) {
-        m_finished = std::move(m_pending);
+        // Never started, so no completion of it runs; the call answered last
+        // may be running its own (an Apply's read), and stays.
+        m_pending.reset();
         Say(KEL_SEVERITY_PROBLEM, "The call could not be made: no management module answers for " + entity);
     }
     if (m_busyChanged)
