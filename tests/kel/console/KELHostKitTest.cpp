@@ -90,6 +90,13 @@ TEST_F(HostKitTest, ACallThatCannotBeMadeOrIsGivenUpIsSaid)
     EXPECT_EQ(module->cancelled.size(), 1u);
     EXPECT_THAT(console.lines.back(), HasSubstr("Cancelled: Test to"));
     ZEDGetApplication()->RegisterModule(1, nullptr);
+
+    ZEDGetApplication()->SetDefaultModule(nullptr);
+    EXPECT_FALSE(area.Send());
+    EXPECT_FALSE(area.Shown()->Calls().IsBusy());
+    EXPECT_THAT(
+        console.lines.back(),
+        HasSubstr(std::string("problem: The call could not be made: no management module answers for ") + kInterface));
 }
 
 TEST_F(HostKitTest, TheOutputPanelShowsAWildcardsRepliesAsAListAndTheTextOfAll)
