@@ -139,8 +139,10 @@ std::optional<std::string> TMibSearchPath::FindModule(std::string_view module) c
 {
     for (const std::string& folder : m_folders) {
         const std::vector<fs::path> files = FilesOf(folder);
+        // Named so and defining it: a folder may hold other files of the
+        // same name (erlang's SNMPv2-MIB.funcs beside SNMPv2-MIB.mib).
         for (const fs::path& file : files)
-            if (StemOf(file) == module)
+            if (StemOf(file) == module && DefinedModule(file) == module)
                 return file.string();
         for (const fs::path& file : files)
             if (DefinedModule(file) == module)

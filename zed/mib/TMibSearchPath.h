@@ -32,9 +32,9 @@ public:
     std::string Joined() const;
 
     /// The file of the module: in the first folder that has one, a file named
-    /// as the module (with any extension or none), else a file whose text
-    /// begins by defining it ("NAME DEFINITIONS ::= BEGIN"). None when no
-    /// folder has it.
+    /// as the module (with any extension or none) that defines it ("NAME
+    /// DEFINITIONS ::= BEGIN"), else any file that does. None when no folder
+    /// has it.
     std::optional<std::string> FindModule(std::string_view module) const;
     /// Every module the folders hold, by the name its text defines, each once
     /// (the first folder's wins), in name order.

@@ -26,8 +26,8 @@ TEST(MibSearchPath, TheDefaultIsNetSnmpsThenDebiansDownloadedFolders)
 {
     const TMibSearchPath path = TMibSearchPath::Default("/home/op");
     EXPECT_THAT(path.Folders(), ElementsAre("/home/op/.snmp/mibs", "/usr/share/snmp/mibs", "/usr/share/snmp/mibs/iana",
-                                            "/usr/share/snmp/mibs/ietf", "/usr/share/mibs/ietf",
-                                            "/usr/share/mibs/iana", "/usr/share/mibs/netsnmp"));
+                                            "/usr/share/snmp/mibs/ietf", "/usr/share/mibs/ietf", "/usr/share/mibs/iana",
+                                            "/usr/share/mibs/netsnmp"));
     EXPECT_THAT(TMibSearchPath::Default("").Folders(), Not(Contains("/.snmp/mibs"))) << "no home, no home folder";
 
     TMibSearchPath changed = path;
@@ -42,6 +42,7 @@ TEST(MibSearchPath, TheDefaultIsNetSnmpsThenDebiansDownloadedFolders)
 TEST(MibSearchPath, AModuleIsFoundByItsNameWhateverItsExtensionThenByWhatItDefines)
 {
     TempDir first, second;
+    TempDir::Write(second / "IF-MIB.funcs", "{sysDescr, {system, descr}}.\n");
     TempDir::Write(second / "IF-MIB.mib", Module("IF-MIB"));
     TempDir::Write(first / "IF-MIB.txt", Module("IF-MIB"));
     TempDir::Write(second / "SNMPv2-SMI", Module("SNMPv2-SMI"));
@@ -51,6 +52,9 @@ TEST(MibSearchPath, AModuleIsFoundByItsNameWhateverItsExtensionThenByWhatItDefin
     path.Apply(first.Path() + ":" + second.Path() + ":/no/such/folder");
 
     EXPECT_EQ(path.FindModule("IF-MIB"), first / "IF-MIB.txt") << "the first folder's";
+    path.Apply(second.Path());
+    EXPECT_EQ(path.FindModule("IF-MIB"), second / "IF-MIB.mib") << "not the file of the same name that is no module";
+    path.Apply(first.Path() + ":" + second.Path());
     EXPECT_EQ(path.FindModule("SNMPv2-SMI"), second / "SNMPv2-SMI");
     EXPECT_EQ(path.FindModule("MY-MIB"), second / "rfc9999.txt") << "by the name its text defines";
     EXPECT_EQ(path.FindModule("OTHER-MIB"), std::nullopt) << "a comment defines nothing";
