@@ -13,6 +13,7 @@
 #include <string_view>
 #include <vector>
 
+/// The folders MIB modules are looked for in, in order, and the modules they hold.
 class ZED_EXPORT TMibSearchPath {
 public:
     /// The folders net-snmp's tools search by default ($HOME/.snmp/mibs and
