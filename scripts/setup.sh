@@ -12,6 +12,8 @@ targets=("${@:2}")
 packages=(cmake ninja-build g++ qt6-base-dev libgl-dev libgtest-dev libgmock-dev libbenchmark-dev
           nlohmann-json3-dev clang-14 libclang-rt-14-dev libinih-dev pkg-config fonts-dejavu-core
           python3-jsonschema doxygen libsnmp-dev snmpd snmp clang-format universal-ctags)
+# Real MIB text for the tests only (erlang's SNMP modules); KEL never needs it.
+[[ "${KEL_WITH_TEST_DATA:-}" == 1 ]] && packages+=(erlang-snmp)
 missing=()
 for p in "${packages[@]}"; do
   dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q "install ok installed" || missing+=("$p")

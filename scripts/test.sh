@@ -6,6 +6,6 @@
 set -euo pipefail
 cd "$(dirname "$0")/.."
 preset="${1:-default}"
-bash scripts/setup.sh "$preset"
+KEL_WITH_TEST_DATA=1 bash scripts/setup.sh "$preset"
 export QT_QPA_PLATFORM=offscreen
 ctest --preset "$preset" -j "$(nproc)"

@@ -13,6 +13,7 @@
 //   zedsh validate FILE...              checks dictionary and instance files,
 //                                       printing every fault with its file
 //                                       and JSON path
+//   zedsh mib MODULE...                 compiles MIB modules into a dictionary
 //
 // Options before the command: --dictionary FILE, --instances FILE (default:
 // $ZED_DICTIONARY, $ZED_INSTANCES, else the network shipped in data/network);
@@ -24,6 +25,7 @@
 
 #include "ShippedNetwork.h"
 #include "ToolOptions.h"
+#include "Mib.h"
 #include "Validate.h"
 #include "zed/TApplication.h"
 #include "zed/TException.h"
@@ -67,7 +69,11 @@ const char* kUsage = "usage: zedsh [--dictionary FILE] [--instances FILE | --age
                      "  validate FILE...                     check dictionary and instance files, printing every\n"
                      "                                       fault as FILE: JSON path: reason; instance files are\n"
                      "                                       checked against a dictionary among the FILEs, else\n"
-                     "                                       the --dictionary one\n";
+                     "                                       the --dictionary one\n"
+                     "  mib [--mib-dirs DIRS] [--with-retired] MODULE...\n"
+                     "                                       compile MIB modules (names, or files by path) into a\n"
+                     "                                       dictionary written on standard output; faults on\n"
+                     "                                       standard error\n";
 
 const char* AccessText(ZED_T_DICT_ACCESS access)
 {
@@ -316,6 +322,8 @@ int main(int argc, char** argv)
         return ZedshValidate(std::vector<std::string>(words.begin() + 1, words.end()),
                              NetworkFileOption(dictionary, "ZED_DICTIONARY", "dictionary.json"));
     }
+    if (words[0] == "mib")
+        return ZedshMib(std::vector<std::string>(words.begin() + 1, words.end()), kUsage);
     std::shared_ptr<TManagementModule> network;
     try {
         network = InstallNetwork(dictionary, instances, agents);

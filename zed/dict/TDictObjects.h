@@ -38,6 +38,8 @@ public:
     /// The default as text; ZED_NO_DEFAULT_TEXT when the dictionary has none.
     const std::string& GetDefaultValue() const { return m_defaultText; }
     unsigned int GetValueLength() const { return m_valueLength; }
+    /// What the element is, in the words of whoever defined it (a MIB's DESCRIPTION); may be empty.
+    const std::string& GetDescription() const { return m_description; }
 
 protected:
     TDictValue() = default;
@@ -55,6 +57,7 @@ private:
     ZED_T_DICT_DEFAULT m_defaultPolicy = ZED_DEFAULT_NONE;
     std::string m_defaultText = ZED_NO_DEFAULT_TEXT;
     unsigned int m_valueLength = 0;
+    std::string m_description;
 };
 
 /// An argument of a directive's request, of a reply or of an event.
@@ -154,6 +157,8 @@ public:
     const std::string& GetName() const { return m_name; }
     const std::string& GetPresentationName() const { return m_presentationName; }
     const std::vector<TDictArgument>& GetArguments() const { return m_arguments; }
+    /// What the event means, in the words of whoever defined it; may be empty.
+    const std::string& GetDescription() const { return m_description; }
     /// The OID of the SNMP notification that reports the event, if one does.
     const std::optional<ZedOid>& GetSnmpTrap() const { return m_snmpTrap; }
     /// The event reports the notifications of an agent that no other event
@@ -168,6 +173,7 @@ private:
     std::vector<TDictArgument> m_arguments;
     std::optional<ZedOid> m_snmpTrap;
     bool m_snmpUnbound = false;
+    std::string m_description;
 };
 
 /// An entity class: attributes, directives (the common exceptions under
@@ -182,6 +188,8 @@ public:
     unsigned int GetCode() const { return m_code; }
     const std::string& GetName() const { return m_name; }
     const std::string& GetPresentationName() const { return m_presentationName; }
+    /// What the class stands for, in the words of whoever defined it; may be empty.
+    const std::string& GetDescription() const { return m_description; }
     /// Null for a class at the top.
     const TDictClass* GetParent() const { return m_pParent; }
 
@@ -208,6 +216,7 @@ private:
     unsigned int m_code = 0;
     std::string m_name;
     std::string m_presentationName;
+    std::string m_description;
     const TDictClass* m_pParent = nullptr;
     std::vector<std::unique_ptr<TDictClass>> m_children;
     std::vector<TDictAttribute> m_attributes;

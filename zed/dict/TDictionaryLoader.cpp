@@ -255,13 +255,15 @@ private:
     std::unique_ptr<TDictClass> ReadClass(const ZedJsonNode& node, const TDictClass* parent, UniqueCheck& siblings,
                                           int depth)
     {
-        node.ExpectObject({"code", "name", "presentation", "attributes", "directives", "events", "children", "snmp"});
+        node.ExpectObject(
+            {"code", "name", "presentation", "description", "attributes", "directives", "events", "children", "snmp"});
         if (depth > kMaxClassDepth)
             node.Fail("classes nest deeper than " + std::to_string(kMaxClassDepth) + " levels");
         auto cls = std::make_unique<TDictClass>();
         cls->m_code = node.Key("code").Unsigned();
         cls->m_name = node.Key("name").NonEmptyString();
         cls->m_presentationName = node.StringOr("presentation", cls->m_name);
+        cls->m_description = node.StringOr("description", "");
         cls->m_pParent = parent;
         siblings.Code(node.Key("code"), cls->m_code);
         siblings.Name(node.Key("name"), cls->m_name);
@@ -306,11 +308,12 @@ private:
 
     TDictEvent ReadEvent(const ZedJsonNode& item, UniqueCheck& unique)
     {
-        const ZedJsonNode e = item.ExpectObject({"id", "name", "presentation", "arguments", "snmp"});
+        const ZedJsonNode e = item.ExpectObject({"id", "name", "presentation", "description", "arguments", "snmp"});
         TDictEvent event;
         event.m_id = e.Key("id").Unsigned();
         event.m_name = e.Key("name").NonEmptyString();
         event.m_presentationName = e.StringOr("presentation", event.m_name);
+        event.m_description = e.StringOr("description", "");
         unique.Code(e.Key("id"), event.m_id);
         unique.Name(e.Key("name"), event.m_name);
         event.m_arguments = ReadArguments(e.Key("arguments"));
@@ -372,8 +375,8 @@ private:
         std::vector<TDictArgument> arguments;
         UniqueCheck unique("argument");
         m_faults.ForEach(list, false, [&](const ZedJsonNode& node) {
-            node.ExpectObject({"id", "name", "presentation", "type", "required", "units", "displayed", "default",
-                               "serverDefault", "length", "snmp"});
+            node.ExpectObject({"id", "name", "presentation", "description", "type", "required", "units", "displayed",
+                               "default", "serverDefault", "length", "snmp"});
             TDictArgument argument;
             ReadValueCommon(node, argument, unique);
             argument.m_required = node.BoolOr("required", false);
@@ -389,8 +392,8 @@ private:
 
     TDictAttribute ReadAttribute(const ZedJsonNode& node, UniqueCheck& unique)
     {
-        node.ExpectObject({"id", "name", "presentation", "type", "partition", "access", "units", "displayed", "default",
-                           "serverDefault", "length", "sqlColumnSize", "snmp"});
+        node.ExpectObject({"id", "name", "presentation", "description", "type", "partition", "access", "units",
+                           "displayed", "default", "serverDefault", "length", "sqlColumnSize", "snmp"});
         TDictAttribute attribute;
         ReadValueCommon(node, attribute, unique);
         const std::string partition = node.Key("partition").String();
@@ -535,6 +538,7 @@ private:
         unique.Name(node.Key("name"), value.m_name);
         value.m_type = ResolveType(node.Key("type").NonEmptyString(), node.Key("type"), 0);
         value.m_units = node.StringOr("units", "");
+        value.m_description = node.StringOr("description", "");
         value.m_displayed = node.BoolOr("displayed", true);
         value.m_valueLength = node.UnsignedOr("length", 0);
         const bool serverDefault = node.BoolOr("serverDefault", false);

@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <map>
 #include <set>
 
 namespace fs = std::filesystem;
@@ -135,30 +136,49 @@ std::string TMibSearchPath::Joined() const
     return joined;
 }
 
+std::map<std::string, std::string> TMibSearchPath::ModuleFiles() const
+{
+    std::map<std::string, std::string> found;
+    for (const std::string& folder : m_folders) {
+        std::map<std::string, std::string> here;
+        for (const fs::path& file : FilesOf(folder)) {
+            std::string module = DefinedModule(file);
+            if (module.empty())
+                continue;
+            // Named so and defining it wins: a folder may hold other files of
+            // the same name (erlang's SNMPv2-MIB.funcs beside SNMPv2-MIB.mib).
+            const auto known = here.find(module);
+            if (known == here.end())
+                here.emplace(module, file.string());
+            else if (StemOf(file) == module && StemOf(known->second) != module)
+                known->second = file.string();
+        }
+        found.merge(here);  // what an earlier folder holds stays
+    }
+    return found;
+}
+
 std::optional<std::string> TMibSearchPath::FindModule(std::string_view module) const
 {
-    for (const std::string& folder : m_folders) {
-        const std::vector<fs::path> files = FilesOf(folder);
-        // Named so and defining it: a folder may hold other files of the
-        // same name (erlang's SNMPv2-MIB.funcs beside SNMPv2-MIB.mib).
-        for (const fs::path& file : files)
-            if (StemOf(file) == module && DefinedModule(file) == module)
-                return file.string();
-        for (const fs::path& file : files)
-            if (DefinedModule(file) == module)
-                return file.string();
-    }
-    return std::nullopt;
+    const auto files = ModuleFiles();
+    const auto found = files.find(std::string(module));
+    return found == files.end() ? std::nullopt : std::optional<std::string>(found->second);
 }
 
 std::vector<std::string> TMibSearchPath::AllModules() const
 {
-    std::set<std::string> names;
-    for (const std::string& folder : m_folders)
-        for (const fs::path& file : FilesOf(folder))
-            if (std::string name = DefinedModule(file); !name.empty())
-                names.insert(std::move(name));
-    return {names.begin(), names.end()};
+    std::vector<std::string> names;
+    for (const auto& [module, file] : ModuleFiles())
+        names.push_back(module);
+    return names;
+}
+
+std::string TMibSearchPath::ModuleDefinedIn(const std::string& file)
+{
+    std::error_code error;
+    if (!fs::is_regular_file(file, error) || fs::file_size(file, error) > kMostModuleBytes)
+        return {};
+    return DefinedModule(file);
 }
 
 std::vector<std::string> ZedMibModuleList(std::string_view list, const std::vector<std::string>& defaults,

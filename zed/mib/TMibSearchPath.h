@@ -8,6 +8,7 @@
 
 #include "zed/ZedExport.h"
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -37,9 +38,14 @@ public:
     /// DEFINITIONS ::= BEGIN"), else any file that does. None when no folder
     /// has it.
     std::optional<std::string> FindModule(std::string_view module) const;
+    /// Every module the folders hold and the file that defines it, as FindModule finds it.
+    std::map<std::string, std::string> ModuleFiles() const;
     /// Every module the folders hold, by the name its text defines, each once
     /// (the first folder's wins), in name order.
     std::vector<std::string> AllModules() const;
+
+    /// The module a file's text defines, or empty when it defines none.
+    static std::string ModuleDefinedIn(const std::string& file);
 
 private:
     std::vector<std::string> m_folders;

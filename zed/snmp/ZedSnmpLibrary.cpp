@@ -8,8 +8,15 @@
 
 #include <mutex>
 #include <string>
+#include <utility>
 
 namespace {
+
+ZedSnmpLogSink& Sink()
+{
+    static ZedSnmpLogSink sink;
+    return sink;
+}
 
 int TraceLog(int, int, void* message, void*)
 {
@@ -17,7 +24,11 @@ int TraceLog(int, int, void* message, void*)
     std::string text = log && log->msg ? log->msg : "";
     while (!text.empty() && (text.back() == '\n' || text.back() == '\r'))
         text.pop_back();
-    if (!text.empty())
+    if (text.empty())
+        return 0;
+    if (Sink())
+        Sink()(log->priority, text);
+    else
         TTraceStream(ZED_TRACE_SNMP | (log->priority <= LOG_ERR ? 1u : 4u)) << "net-snmp: " << text << endl;
     return 0;
 }
@@ -42,3 +53,5 @@ void ZedSnmpInitLibrary()
         init_snmp("zed");
     });
 }
+
+ZedSnmpLogSink ZedSnmpSetLogSink(ZedSnmpLogSink sink) { return std::exchange(Sink(), std::move(sink)); }

@@ -10,5 +10,17 @@
 /// 4: progress, 8: what goes out and comes in).
 inline constexpr unsigned int ZED_TRACE_SNMP = 0x20000;
 
+#include <functional>
+#include <string>
+
 /// Readies net-snmp; later calls do nothing.
 void ZedSnmpInitLibrary();
+
+/// Who hears what net-snmp logs instead of the trace: a priority (LOG_ERR,
+/// LOG_WARNING, ...) and one message without its line end.
+using ZedSnmpLogSink = std::function<void(int priority, const std::string& message)>;
+
+/// Sends what net-snmp logs to the sink until the sink is reset (empty); the
+/// previous sink is given back. For one reader at a time, under its own lock:
+/// the MIB reader hears its parser's faults this way.
+ZedSnmpLogSink ZedSnmpSetLogSink(ZedSnmpLogSink sink);
