@@ -16,9 +16,8 @@ constexpr const char* kWithRetired = "--with-retired";
 
 }  // namespace
 
-int ZedshMib(std::vector<std::string> words, const char* usage)
+int ZedshMib(std::vector<std::string> words, std::string dirs, const char* usage)
 {
-    std::string dirs;
     if (!TakeValueOptions(words, {{"--mib-dirs", &dirs}}, false))
         return UsageError(usage);
     TMibCompileOptions options;

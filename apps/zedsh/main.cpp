@@ -18,7 +18,9 @@
 // Options before the command: --dictionary FILE, --instances FILE (default:
 // $ZED_DICTIONARY, $ZED_INSTANCES, else the network shipped in data/network);
 // --agents FILE reaches the SNMP agents of an agents file instead of the
-// simulated network (the dictionary then defaults to data/snmp's).
+// simulated network (the dictionary then defaults to data/snmp's, with the
+// MIB modules of net-snmp's default list found, or those --mibs names, and
+// those the agents name, compiled in; --mib-dirs says where they are).
 // Exit status: 0 done (responses; every file valid), 1 an exception reply
 // came back (a file is not valid), 2 bad command line or argument, 3 a file
 // could not be loaded.
@@ -31,6 +33,7 @@
 #include "zed/TException.h"
 #include "zed/call/TCall.h"
 #include "zed/call/TReplyText.h"
+#include "zed/mib/TMibLoad.h"
 #include "zed/sim/TSimulatedNetwork.h"
 #include "zed/snmp/TSnmpModule.h"
 #include "zed/value/TAttribute.h"
@@ -53,7 +56,8 @@ constexpr int kExitException = 1;
 constexpr int kExitUsage = kToolExitUsage;
 constexpr int kExitLoad = 3;
 
-const char* kUsage = "usage: zedsh [--dictionary FILE] [--instances FILE | --agents FILE] COMMAND\n"
+const char* kUsage = "usage: zedsh [--dictionary FILE] [--instances FILE | --agents FILE [--mibs MODULES]]\n"
+                     "             [--mib-dirs DIRS] COMMAND\n"
                      "commands:\n"
                      "  classes                              the class tree\n"
                      "  attributes CLASS                     attributes of a class, e.g. \"Network Router\"\n"
@@ -269,15 +273,22 @@ constexpr Command kCommands[] = {
     {"directives", 1, 1, ListDirectives}, {"call", 2, SIZE_MAX, Call},
 };
 
+struct Files {
+    std::string dictionary, instances, agents, mibs, mibDirs;
+};
+
 // A call waits for its answers and ends: nothing to receive notifications for.
-std::shared_ptr<TManagementModule> InstallNetwork(const std::string& dictionary, const std::string& instances,
-                                                  const std::string& agents)
+std::shared_ptr<TManagementModule> InstallNetwork(const Files& files)
 {
-    if (!agents.empty())
-        return TSnmpModule::Install(dictionary.empty() ? ShippedNetworkFile("../snmp/dictionary.json") : dictionary,
-                                    agents, false);
-    return TSimulatedNetwork::Install(NetworkFileOption(dictionary, "ZED_DICTIONARY", "dictionary.json"),
-                                      NetworkFileOption(instances, "ZED_INSTANCES", "instances.json"));
+    if (files.agents.empty())
+        return TSimulatedNetwork::Install(NetworkFileOption(files.dictionary, "ZED_DICTIONARY", "dictionary.json"),
+                                          NetworkFileOption(files.instances, "ZED_INSTANCES", "instances.json"));
+    const TSnmpInstall install =
+        ZedInstallSnmp(files.dictionary.empty() ? ShippedNetworkFile("../snmp/dictionary.json") : files.dictionary,
+                       files.agents, TMibChoice::FromCommandLine(files.mibDirs, files.mibs), false);
+    for (const TMibFault& fault : install.mibs.faults)
+        std::cerr << "zedsh: " << (fault.fatal ? "" : "warning: ") << fault.Said() << "\n";
+    return install.module;
 }
 
 int RunCommand(const std::vector<std::string>& words)
@@ -304,10 +315,16 @@ int main(int argc, char** argv)
     std::vector<std::string> words(argv + 1, argv + argc);
     if (const std::optional<int> answered = AnswerHelpOrVersion(words, "zedsh", kUsage))
         return *answered;
-    std::string dictionary, instances, agents;
-    if (!TakeValueOptions(words, {{"--dictionary", &dictionary}, {"--instances", &instances}, {"--agents", &agents}},
+    Files files;
+    if (!TakeValueOptions(words,
+                          {{"--dictionary", &files.dictionary},
+                           {"--instances", &files.instances},
+                           {"--agents", &files.agents},
+                           {"--mibs", &files.mibs},
+                           {"--mib-dirs", &files.mibDirs}},
                           true)
-        || words.empty() || (!agents.empty() && !instances.empty()))
+        || words.empty() || (!files.agents.empty() && !files.instances.empty())
+        || (files.agents.empty() && !(files.mibs + files.mibDirs).empty() && words[0] != "mib"))
         return UsageError(kUsage);
     if (words[0] == "help") {
         std::cout << kUsage;
@@ -320,13 +337,13 @@ int main(int argc, char** argv)
             return kExitUsage;
         }
         return ZedshValidate(std::vector<std::string>(words.begin() + 1, words.end()),
-                             NetworkFileOption(dictionary, "ZED_DICTIONARY", "dictionary.json"));
+                             NetworkFileOption(files.dictionary, "ZED_DICTIONARY", "dictionary.json"));
     }
     if (words[0] == "mib")
-        return ZedshMib(std::vector<std::string>(words.begin() + 1, words.end()), kUsage);
+        return ZedshMib(std::vector<std::string>(words.begin() + 1, words.end()), files.mibDirs, kUsage);
     std::shared_ptr<TManagementModule> network;
     try {
-        network = InstallNetwork(dictionary, instances, agents);
+        network = InstallNetwork(files);
     } catch (const TException& e) {
         std::cerr << "zedsh: " << e.what() << "\n";
         return kExitLoad;

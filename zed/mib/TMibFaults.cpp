@@ -14,7 +14,11 @@ namespace {
 const std::regex kAtLine(R"(^(.*): At line (\d+) in (.*)$)");
 const std::regex kNotFound(R"(^Cannot find module \((.*)\)$)");
 const std::regex kMissingImport(R"(^Did not find '(.*)' in module .* \((.*)\)$)");
-const std::regex kUnresolved(R"(^Cannot resolve OID in ([^:]+): (.*) at line (\d+) in (.*)$)");
+// Definitions whose parent no module read defines, said one by one.
+const std::regex kUnplaced(R"(^(?:Cannot resolve OID|Cannot adopt OID|Unlinked OID) in ([^:]+): (\S+) ::= .*$)");
+const std::regex kUndefined(R"(^Undefined identifier: (\S+) near line (\d+) of (.*)$)");
+constexpr const char* kNoFile = "(none)";
+constexpr std::size_t kNamesListed = 5;
 // The parser names the search path once before its first "not found", and
 // says of each SMI macro it passes over that it did: neither is a fault.
 constexpr const char* kSearchPathLine = "MIB search path:";
@@ -23,6 +27,18 @@ const std::regex kMacroPassed(R"(^\S+ MACRO \(lines \d+\.\.\d+ parsed and ignore
 std::string Normal(const std::string& file) { return std::filesystem::path(file).lexically_normal().string(); }
 
 int LineOf(const std::string& digits) { return digits.size() > 9 ? 0 : std::stoi(digits); }
+
+std::string Listed(const std::set<std::string>& names)
+{
+    std::string listed;
+    std::size_t shown = 0;
+    for (const std::string& name : names) {
+        if (shown++ == kNamesListed)
+            return listed + " and " + std::to_string(names.size() - kNamesListed) + " more";
+        listed += (listed.empty() ? "" : ", ") + name;
+    }
+    return listed;
+}
 
 }  // namespace
 
@@ -51,40 +67,63 @@ void TMibFaultLog::NotFound(const std::string& asked, bool isFile, const std::st
 
 void TMibFaultLog::Judge(const std::map<std::string, std::string>& files)
 {
-    std::map<std::string, std::string> owners;  // file, the module read from it
     for (const auto& [module, file] : files)
-        owners[Normal(file)] = module;
-    std::smatch parts;
-    for (const Heard& heard : m_heard) {
-        // A file of a module read for the one named: the fault is the named one's.
-        const auto owner = [&owners, &heard](const std::string& file) {
-            const auto found = owners.find(Normal(file));
-            return found == owners.end() ? heard.reading : found->second;
-        };
-        if (std::regex_match(heard.text, parts, kUnresolved)) {
-            Add({parts[1], parts[4], LineOf(parts[3]), "cannot place " + parts[2].str(), false});
-        } else if (std::regex_match(heard.text, parts, kAtLine)) {
-            const std::string reason = parts[1], file = parts[3], module = owner(file);
-            std::smatch missing;
-            if (std::regex_match(reason, missing, kNotFound)) {
-                if (file != "(none)")
-                    Add({module, file, LineOf(parts[2]),
-                         "imports from " + missing[1].str()
-                             + ", which no file of the MIB search path defines: what needs it is left out",
-                         false});
-                continue;
-            }
-            const bool fatal = heard.priority <= LOG_ERR && owners.count(Normal(file));
-            Add({module, file, LineOf(parts[2]), reason, fatal});
-            if (fatal)
-                m_failed.insert(module);
-        } else if (std::regex_match(heard.text, parts, kMissingImport)) {
-            Add({owner(parts[2]), parts[2], 0, parts[1].str() + " is imported, but no module read defines it", false});
-        } else {
-            Add({"", "", 0, heard.text, false});
-        }
-    }
+        m_owners[Normal(file)] = module;
+    for (const Heard& heard : m_heard)
+        Judge(heard);
     m_heard.clear();
+    for (const auto& [module, nodes] : m_unplaced)
+        Add({module, "", 0,
+             std::to_string(nodes.size())
+                 + " definitions cannot be placed in the OID tree, as their parents are not "
+                   "defined (a module it imports from not found?): "
+                 + Listed(nodes),
+             false});
+    m_unplaced.clear();
+}
+
+// A file of a module read for the one named: the fault is the named one's.
+std::string TMibFaultLog::OwnerOf(const std::string& file, const Heard& heard) const
+{
+    const auto found = m_owners.find(Normal(file));
+    return found == m_owners.end() ? heard.reading : found->second;
+}
+
+void TMibFaultLog::Judge(const Heard& heard)
+{
+    std::smatch parts;
+    if (std::regex_match(heard.text, parts, kUnplaced)) {
+        m_unplaced[parts[1]].insert(parts[2]);
+    } else if (std::regex_match(heard.text, parts, kUndefined)) {
+        Add({OwnerOf(parts[3], heard), parts[3], LineOf(parts[2]), "undefined identifier " + parts[1].str(), false});
+    } else if (std::regex_match(heard.text, parts, kAtLine)) {
+        JudgeAtLine(heard, parts[1], LineOf(parts[2]), parts[3]);
+    } else if (std::regex_match(heard.text, parts, kMissingImport)) {
+        Add({OwnerOf(parts[2], heard), parts[2], 0, parts[1].str() + " is imported, but no module read defines it",
+             false});
+    } else {
+        Add({heard.reading, "", 0, heard.text, false});
+    }
+}
+
+void TMibFaultLog::JudgeAtLine(const Heard& heard, const std::string& reason, int line, const std::string& file)
+{
+    const std::string module = OwnerOf(file, heard);
+    std::smatch missing;
+    if (std::regex_match(reason, missing, kNotFound)) {
+        if (file != kNoFile)
+            Add({module, file, line,
+                 "imports from " + missing[1].str()
+                     + ", which no file of the MIB search path defines: what needs it is left out",
+                 false});
+        return;
+    }
+    // An error in a module's own file fails it; one in a file it imports from
+    // only costs it what needs that file.
+    const bool fatal = heard.priority <= LOG_ERR && m_owners.count(Normal(file));
+    Add({module, file, line, reason, fatal});
+    if (fatal)
+        m_failed.insert(module);
 }
 
 void TMibFaultLog::Add(TMibFault fault)

@@ -33,10 +33,15 @@ private:
         std::string text;
         std::string reading;
     };
+    void Judge(const Heard& heard);
+    void JudgeAtLine(const Heard& heard, const std::string& reason, int line, const std::string& file);
+    std::string OwnerOf(const std::string& file, const Heard& heard) const;
     void Add(TMibFault fault);
 
     std::vector<Heard> m_heard;
     std::vector<TMibFault> m_faults;
     std::set<std::string> m_failed;
     std::string m_reading;
+    std::map<std::string, std::string> m_owners;              // file, the module named read from it
+    std::map<std::string, std::set<std::string>> m_unplaced;  // module, its definitions without a parent
 };

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/mib/TMibLoad.h"
 
+#include "zed/TApplication.h"
 #include "zed/TException.h"
 #include "zed/ZedFile.h"
+#include "zed/snmp/TSnmpModule.h"
 #include "zed/snmp/ZedSnmpLibrary.h"
 #include "zed/trace/TTraceStream.h"
 
@@ -56,8 +58,15 @@ TMibLoaded ZedLoadWithMibs(const std::string& dictionaryPath, const TMibChoice& 
     TMibCompilation compiled = TMibCompiler::Compile(modules, base, choice.options);
     std::vector<TMibFault> faults = modules.faults;
     faults.insert(faults.end(), compiled.warnings.begin(), compiled.warnings.end());
+    // A fault of a module named is said; one of a module only imported, or
+    // of none known, is said when a module was named, not only defaulted.
+    std::vector<std::string> loud;
+    for (const std::string& module : choice.modules)
+        if (!Among(choice.quiet, module))
+            loud.push_back(module);
     for (TMibFault& fault : faults) {
-        if (!fault.module.empty() && Among(choice.quiet, fault.module)) {
+        const bool said = Among(loud, fault.module) || (!loud.empty() && !Among(choice.quiet, fault.module));
+        if (!said) {
             TTraceStream(ZED_TRACE_SNMP | 4) << "MIB module of the default list: " << fault.Said() << endl;
             continue;
         }
@@ -74,4 +83,26 @@ TMibLoaded ZedLoadWithMibs(const std::string& dictionaryPath, const TMibChoice& 
         out.loaded.clear();
     }
     return out;
+}
+
+TSnmpInstall ZedInstallSnmp(const std::string& dictionaryPath, const std::string& agentsPath, TMibChoice choice,
+                            bool receive)
+{
+    TSnmpAgents agents = ZedReadAgentsFile(agentsPath);
+    for (const TSnmpAgent& agent : agents.agents)
+        if (!agent.mibs.empty())
+            choice.Add(agent.mibs);
+    TSnmpInstall install;
+    install.mibs = ZedLoadWithMibs(dictionaryPath, choice);
+    try {
+        install.module = std::make_shared<TSnmpModule>(install.mibs.dictionary, agents, receive);
+    } catch (const TException& e) {
+        if (!receive)
+            throw;
+        install.module = std::make_shared<TSnmpModule>(install.mibs.dictionary, std::move(agents), false);
+        install.notReceiving = e.what();
+    }
+    ZEDGetApplication()->SetDictionary(install.mibs.dictionary);
+    ZEDGetApplication()->SetDefaultModule(install.module);
+    return install;
 }

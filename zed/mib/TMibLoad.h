@@ -9,8 +9,11 @@
 #include "zed/dict/TDictionary.h"
 #include "zed/mib/TMibCompiler.h"
 
+#include <memory>
 #include <string>
 #include <vector>
+
+class TSnmpModule;
 
 /// Which MIB modules to load, and where they are found.
 struct ZED_EXPORT TMibChoice {
@@ -44,3 +47,19 @@ struct ZED_EXPORT TMibLoaded {
 /// class. Throws TException when the file itself cannot be loaded; faults of
 /// modules never do: they are in the answer, and the rest loads.
 ZED_EXPORT TMibLoaded ZedLoadWithMibs(const std::string& dictionaryPath, const TMibChoice& choice);
+
+/// What an SNMP console installs, and what became of it.
+struct ZED_EXPORT TSnmpInstall {
+    std::shared_ptr<TSnmpModule> module;
+    TMibLoaded mibs;
+    /// Why notifications are not received when they were asked for and are not.
+    std::string notReceiving;
+};
+
+/// Reads the agents file, loads the dictionary with the chosen modules and
+/// those the agents name ("Mibs"), and makes both the application's: its
+/// dictionary, and the module its default. Agents are reached even when the
+/// notifications' address is taken. Throws TException when the agents file
+/// or the dictionary file cannot be loaded.
+ZED_EXPORT TSnmpInstall ZedInstallSnmp(const std::string& dictionaryPath, const std::string& agentsPath,
+                                       TMibChoice choice, bool receive);

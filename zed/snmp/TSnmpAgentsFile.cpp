@@ -187,11 +187,13 @@ private:
             a.privKey = Key8(key, value);
         else if (lower == "level")
             a.level = Level(value);
+        else if (lower == "mibs")
+            a.mibs = NonEmpty(key, value);
         else
             Fail("unknown key " + key
                  + ": expected Address, Version, Community, WriteCommunity, TrapCommunity, "
                    "Timeout, Retries, WalkRows, WalkBytes, WalkTime, User, Level, AuthProtocol, "
-                   "AuthKey, PrivProtocol or PrivKey");
+                   "AuthKey, PrivProtocol, PrivKey or Mibs");
     }
 
     void Close()

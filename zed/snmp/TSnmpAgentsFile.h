@@ -67,6 +67,8 @@ struct ZED_EXPORT TSnmpAgent {
     std::size_t walkRows = kDefaultWalkRows;
     std::size_t walkBytes = kDefaultWalkBytes;
     double walkTime = kDefaultWalkTime;
+    /// The MIB modules that name the agent's objects ("IF-MIB, HOST-RESOURCES-MIB"), loaded with the others.
+    std::string mibs;
 
     static constexpr std::size_t kDefaultWalkRows = 100000;
     static constexpr std::size_t kDefaultWalkBytes = 16 * 1024 * 1024;
