@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr std::array<std::pair<const char*, ZedSnmpSyntax>, 16> kSyntaxes = {{
+constexpr std::array<std::pair<const char*, ZedSnmpSyntax>, 18> kSyntaxes = {{
     {"INTEGER", ZedSnmpSyntax::Integer},
     {"Integer32", ZedSnmpSyntax::Integer},
     {"Unsigned32", ZedSnmpSyntax::Unsigned},
@@ -24,6 +24,8 @@ constexpr std::array<std::pair<const char*, ZedSnmpSyntax>, 16> kSyntaxes = {{
     {"InetAddress", ZedSnmpSyntax::OctetString},
     {"PhysAddress", ZedSnmpSyntax::HexOctets},
     {"MacAddress", ZedSnmpSyntax::HexOctets},
+    {"TruthValue", ZedSnmpSyntax::TruthValue},
+    {"DateAndTime", ZedSnmpSyntax::DateAndTime},
 }};
 
 }  // namespace

@@ -35,7 +35,9 @@ enum class ZedSnmpSyntax {
     ObjectId,
     IpAddress,
     Bits,
-    RowStatus,  // INTEGER: active(1) ... destroy(6)
+    RowStatus,    // INTEGER: active(1) ... destroy(6)
+    TruthValue,   // INTEGER: true(1), false(2), as a boolean
+    DateAndTime,  // OCTET STRING of 8 or 11 octets, as a point in time
 };
 
 /// The syntax of its name ("Counter32", "OCTET STRING", ...), or none.
@@ -48,6 +50,8 @@ struct ZED_EXPORT TDictSnmpColumn {
     ZedSnmpSyntax syntax = ZedSnmpSyntax::Integer;
     /// The entry of a table that augments the class's (same index), when the column is its.
     ZedOid entry;
+    /// The DISPLAY-HINT its values are written by ("1x:", "d-2"); empty: the syntax's own way.
+    std::string hint;
 };
 
 /// An event argument bound to a notification's variable: the variable's OID
@@ -55,6 +59,7 @@ struct ZED_EXPORT TDictSnmpColumn {
 struct ZED_EXPORT TDictSnmpVariable {
     ZedOid oid;
     ZedSnmpSyntax syntax = ZedSnmpSyntax::Integer;
+    std::string hint;
 };
 
 /// A class bound to SNMP.

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/dict/TDictionaryLoader.h"
+#include "zed/value/ZedDisplayHint.h"
 
 #include "zed/dict/ZedJsonReader.h"
 
@@ -381,9 +382,10 @@ private:
             ReadValueCommon(node, argument, unique);
             argument.m_required = node.BoolOr("required", false);
             if (node.Has("snmp")) {
-                const ZedJsonNode snmp = node.Key("snmp").ExpectObject({"oid", "syntax"});
-                argument.m_snmp =
-                    TDictSnmpVariable{ReadOid(snmp.Key("oid")), ReadSyntax(snmp.Key("syntax"), argument.GetType())};
+                const ZedJsonNode snmp = node.Key("snmp").ExpectObject({"oid", "syntax", "hint"});
+                const std::string hint = ReadHint(snmp);
+                argument.m_snmp = TDictSnmpVariable{ReadOid(snmp.Key("oid")),
+                                                    ReadSyntax(snmp.Key("syntax"), argument.GetType(), hint), hint};
             }
             arguments.push_back(std::move(argument));
         });
@@ -416,12 +418,13 @@ private:
             node.Key("access").Fail("expected \"read-only\", \"read-write\" or \"write-only\"");
         attribute.m_sqlColumnSize = node.UnsignedOr("sqlColumnSize", 0);
         if (node.Has("snmp")) {
-            const ZedJsonNode snmp = node.Key("snmp").ExpectObject({"column", "syntax", "entry"});
+            const ZedJsonNode snmp = node.Key("snmp").ExpectObject({"column", "syntax", "entry", "hint"});
             TDictSnmpColumn column;
             column.column = snmp.Key("column").Unsigned();
             if (column.column == 0)
                 snmp.Key("column").Fail("a column's sub-identifier is 1 or more");
-            column.syntax = ReadSyntax(snmp.Key("syntax"), attribute.GetType());
+            column.hint = ReadHint(snmp);
+            column.syntax = ReadSyntax(snmp.Key("syntax"), attribute.GetType(), column.hint);
             if (snmp.Has("entry"))
                 column.entry = ReadOid(snmp.Key("entry"));
             attribute.m_snmp = column;
@@ -437,15 +440,32 @@ private:
         return *parsed;
     }
 
-    static ZedSnmpSyntax ReadSyntax(const ZedJsonNode& node, const TDictType& type)
+    static ZedSnmpSyntax ReadSyntax(const ZedJsonNode& node, const TDictType& type, const std::string& hint)
     {
         const std::string syntax = node.NonEmptyString();
         const std::optional<ZedSnmpSyntax> known = ZedSnmpSyntaxNamed(syntax);
         if (!known)
             node.Fail("unknown SMI syntax \"" + syntax + "\"");
-        if (!SyntaxFits(*known, type))
+        const bool integer = *known == ZedSnmpSyntax::Integer || *known == ZedSnmpSyntax::Unsigned;
+        if (!hint.empty()
+            && (integer ? !ZedIsIntegerHint(hint) : !ZedIsOctetHint(hint) || *known != ZedSnmpSyntax::OctetString))
+            node.Fail("the display hint \"" + hint + "\" is not one of " + syntax);
+        // A hinted number is written as text ("12.34").
+        if (!SyntaxFits(*known, type) && !(integer && !hint.empty() && IsText(type)))
             node.Fail(syntax + " does not fit the type " + type.GetName());
         return *known;
+    }
+
+    static std::string ReadHint(const ZedJsonNode& snmp)
+    {
+        return snmp.Has("hint") ? snmp.Key("hint").NonEmptyString() : "";
+    }
+
+    static bool IsText(const TDictType& type)
+    {
+        const ZED_T_DATATYPE dt = type.GetDatatype();
+        return dt == ZED_DT_LATIN1STRING || dt == ZED_DT_SIMPLENAME || dt == ZED_DT_FULLNAME
+               || dt == ZED_DT_OCTETSTRING;
     }
 
     // Which value kinds carry each syntax: numbers of their range,
@@ -465,6 +485,8 @@ private:
         case ZedSnmpSyntax::Counter32: return among({ZED_DT_COUNTER32, ZED_DT_UNSIGNED32});
         case ZedSnmpSyntax::TimeTicks: return among({ZED_DT_RELTIME, ZED_DT_UNSIGNED32});
         case ZedSnmpSyntax::RowStatus: return among({ZED_DT_ENUMERATION, ZED_DT_INTEGER32});
+        case ZedSnmpSyntax::TruthValue: return among({ZED_DT_BOOLEAN});
+        case ZedSnmpSyntax::DateAndTime: return among({ZED_DT_ABSTIME});
         case ZedSnmpSyntax::Counter64:
         case ZedSnmpSyntax::OctetString:
         case ZedSnmpSyntax::HexOctets:

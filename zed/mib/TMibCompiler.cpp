@@ -169,6 +169,8 @@ private:
         if (!node.description.empty())
             attribute["description"] = node.description;
         attribute["snmp"] = {{"column", node.oid.back()}, {"syntax", shown.syntax}};
+        if (!shown.hint.empty())
+            attribute["snmp"]["hint"] = shown.hint;
         if (!entry.empty())
             attribute["snmp"]["entry"] = ZedOidText(entry);
         return attribute;
@@ -374,10 +376,11 @@ private:
                 return;
             }
             objects.push_back(object);
-            arguments.push_back({{"id", arguments.size() + 1},
-                                 {"name", NameOf(*object)},
-                                 {"type", type},
-                                 {"snmp", {{"oid", ZedOidText(object->oid)}, {"syntax", shown.syntax}}}});
+            json snmp = {{"oid", ZedOidText(object->oid)}, {"syntax", shown.syntax}};
+            if (!shown.hint.empty())
+                snmp["hint"] = shown.hint;
+            arguments.push_back(
+                {{"id", arguments.size() + 1}, {"name", NameOf(*object)}, {"type", type}, {"snmp", std::move(snmp)}});
         }
         json* cls = objects.empty() ? nullptr : ClassOfObjects(objects);
         json& owner = cls ? *cls : m_agent;

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/mib/TMibSyntax.h"
 
+#include "zed/value/ZedDisplayHint.h"
+
 #include <algorithm>
 #include <cstdint>
 #include <initializer_list>
@@ -26,25 +28,52 @@ unsigned int MostOctets(const TMibNode& node)
     return most > 0 && most <= 65535 ? static_cast<unsigned int>(most) : 0;
 }
 
+TMibPresentation Shown(const char* type, const char* syntax, unsigned int length = 0)
+{
+    TMibPresentation shown;
+    shown.type = type;
+    shown.syntax = syntax;
+    shown.length = length;
+    return shown;
+}
+
+// Hinted octets are text written as the hint says ("1d.1d.1d.1d").
 TMibPresentation OctetsOf(const TMibNode& node)
 {
-    TMibPresentation shown{"OctetString", "OCTET STRING", false, MostOctets(node), {}};
     if (IsText(node))
-        shown = {"Latin1String", "DisplayString", false, shown.length, {}};
-    else if (node.convention == "PhysAddress" || node.convention == "MacAddress")
-        shown.syntax = node.convention;
-    else if (node.convention == "InetAddress")
-        shown = {"Latin1String", "InetAddress", false, 0, {}};
+        return Shown("Latin1String", "DisplayString", MostOctets(node));
+    if (node.convention == "PhysAddress" || node.convention == "MacAddress")
+        return Shown("OctetString", node.convention == "PhysAddress" ? "PhysAddress" : "MacAddress", MostOctets(node));
+    if (node.convention == "InetAddress")
+        return Shown("Latin1String", "InetAddress");
+    if (node.convention == "DateAndTime")
+        return Shown("AbsTime", "DateAndTime");
+    if (!ZedIsOctetHint(node.hint))
+        return Shown("OctetString", "OCTET STRING", MostOctets(node));
+    TMibPresentation shown = Shown("Latin1String", "OCTET STRING");
+    shown.hint = node.hint;
+    return shown;
+}
+
+// A number a hint writes otherwise than in decimal ("d-2") is text.
+TMibPresentation Hinted(TMibPresentation shown, const TMibNode& node)
+{
+    if (node.hint.empty() || node.hint == "d" || !ZedIsIntegerHint(node.hint))
+        return shown;
+    shown.type = "Latin1String";
+    shown.hint = node.hint;
     return shown;
 }
 
 TMibPresentation NumberOf(const TMibNode& node)
 {
-    if (node.convention == "RowStatus")
-        return {"", "RowStatus", true, 0, {}};
-    if (!node.numbers.empty())
-        return {"", "INTEGER", true, 0, {}};
-    return {"Integer32", "Integer32", false, 0, {}};
+    if (node.convention == "TruthValue")
+        return Shown("Boolean", "TruthValue");
+    TMibPresentation shown = Shown("", node.convention == "RowStatus" ? "RowStatus" : "INTEGER");
+    shown.enumeration = true;
+    if (node.convention == "RowStatus" || !node.numbers.empty())
+        return shown;
+    return Hinted(Shown("Integer32", "Integer32"), node);
 }
 
 }  // namespace
@@ -57,19 +86,19 @@ TMibPresentation ZedMibPresentationOf(const TMibNode& node)
     if (syntax == "OCTET STRING")
         return OctetsOf(node);
     if (syntax == "Unsigned32" || syntax == "Gauge32" || syntax == "UInteger32")
-        return {"Unsigned32", syntax == "Gauge32" ? "Gauge32" : "Unsigned32", false, 0, {}};
+        return Hinted(Shown("Unsigned32", syntax == "Gauge32" ? "Gauge32" : "Unsigned32"), node);
     if (syntax == "Counter32")
-        return {"Counter32", "Counter32", false, 0, {}};
+        return Shown("Counter32", "Counter32");
     if (syntax == "Counter64")
-        return {"Latin1String", "Counter64", false, 0, {}};
+        return Shown("Latin1String", "Counter64");
     if (syntax == "TimeTicks")
-        return {"RelTime", "TimeTicks", false, 0, {}};
+        return Shown("RelTime", "TimeTicks");
     if (syntax == "OBJECT IDENTIFIER")
-        return {"Latin1String", "OBJECT IDENTIFIER", false, 0, {}};
+        return Shown("Latin1String", "OBJECT IDENTIFIER");
     if (syntax == "IpAddress" || syntax == "NetworkAddress")
-        return {"Latin1String", "IpAddress", false, 0, {}};
+        return Shown("Latin1String", "IpAddress");
     if (syntax == "BITS")
-        return {"Latin1String", "BITS", false, 0, {}};
+        return Shown("Latin1String", "BITS");
     TMibPresentation none;
     none.why = syntax.empty() ? "its syntax is not known (a module it imports from was not found?)"
                               : "its syntax " + syntax + " cannot be presented";
@@ -85,11 +114,13 @@ std::string ZedMibDefaultOf(const TMibNode& node, const TMibPresentation& presen
         const auto named = [&written](const TMibNamedNumber& number) { return number.name == written; };
         return std::any_of(node.numbers.begin(), node.numbers.end(), named) ? written : std::string();
     }
-    if (presentation.type == "Integer32" || presentation.type == "Unsigned32" || presentation.type == "Counter32") {
-        const bool number = std::all_of(written.begin() + (written[0] == '-' ? 1 : 0), written.end(),
-                                        [](char c) { return c >= '0' && c <= '9'; });
-        return number && written != "-" ? written : std::string();
-    }
+    if (presentation.type == "Boolean")
+        return written == "true" || written == "false" ? written : std::string();
+    const bool number = written != "-"
+                        && std::all_of(written.begin() + (written[0] == '-' ? 1 : 0), written.end(),
+                                       [](char c) { return c >= '0' && c <= '9'; });
+    if (number && presentation.syntax != "OCTET STRING" && presentation.syntax != "DisplayString")
+        return presentation.hint.empty() ? written : ZedHintInteger(std::stoll(written), presentation.hint);
     // The parser keeps a quoted text's quotes, escaped.
     for (std::string_view quote : {"\\\"", "\""})
         if (presentation.syntax == "DisplayString" && written.size() >= 2 * quote.size() && written.starts_with(quote)

@@ -13,6 +13,7 @@ struct TMibPresentation {
     std::string syntax;  // the binding's syntax ("DisplayString", "RowStatus", ...)
     bool enumeration = false;
     unsigned int length = 0;  // the most octets a string holds (SIZE), 0: no bound
+    std::string hint;         // the DISPLAY-HINT values are written by, when it is not the syntax's own way
     std::string why;          // why it cannot be presented; empty when it can
 };
 

@@ -72,8 +72,9 @@ TValuePtr TSnmpAnswers::ValueOf(const TDictAttribute& attribute, const TSnmpDatu
         return missing;
     }
     std::string why;
-    TValuePtr value = ZedSnmpToValue(datum, attribute.GetType(), attribute.GetSnmp()->syntax, attribute.GetID(), &why,
-                                     [this](const ZedOid& oid) { return m_names.NameOf(oid); });
+    TValuePtr value = ZedSnmpToValue(
+        datum, attribute.GetType(), attribute.GetSnmp()->syntax, attribute.GetID(), &why,
+        [this](const ZedOid& oid) { return m_names.NameOf(oid); }, attribute.GetSnmp()->hint);
     if (!value) {
         TTraceStream(ZED_TRACE_SNMP | 1) << where << ": " << attribute.GetName() << ": " << why << endl;
         value = ZEDMakeValue(attribute.GetType(), attribute.GetID());

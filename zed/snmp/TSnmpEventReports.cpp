@@ -99,7 +99,7 @@ TSnmpEventReports::Made TSnmpEventReports::BoundReport(const TSnmpNotification& 
         for (const TSnmpVarbind& varbind : notification.varbinds)
             if (StartsWith(varbind.oid, argument.GetSnmp()->oid)) {
                 if (TValuePtr value = ZedSnmpToValue(varbind.datum, argument.GetType(), argument.GetSnmp()->syntax,
-                                                     argument.GetID(), nullptr, nameOf))
+                                                     argument.GetID(), nullptr, nameOf, argument.GetSnmp()->hint))
                     made.report->Add(std::move(value));
                 break;
             }

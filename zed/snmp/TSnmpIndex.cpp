@@ -16,12 +16,14 @@ Shape ShapeOf(ZedSnmpSyntax syntax)
     case ZedSnmpSyntax::Unsigned:
     case ZedSnmpSyntax::Counter32:
     case ZedSnmpSyntax::TimeTicks:
-    case ZedSnmpSyntax::RowStatus: return Shape::Number;
+    case ZedSnmpSyntax::RowStatus:
+    case ZedSnmpSyntax::TruthValue: return Shape::Number;
     case ZedSnmpSyntax::IpAddress: return Shape::Address;
     case ZedSnmpSyntax::OctetString:
     case ZedSnmpSyntax::HexOctets:
     case ZedSnmpSyntax::DisplayString:
-    case ZedSnmpSyntax::Bits: return Shape::Octets;
+    case ZedSnmpSyntax::Bits:
+    case ZedSnmpSyntax::DateAndTime: return Shape::Octets;
     case ZedSnmpSyntax::ObjectId: return Shape::Oid;
     case ZedSnmpSyntax::Counter64: return Shape::Unusable;  // never an index (SMI)
     }

@@ -27,7 +27,8 @@ std::optional<std::string> Objects(const TSnmpTarget& target, const TRequest& re
         if (value.IsDefault())
             return "an SNMP agent keeps no default for " + attribute->GetName() + ": give a value";
         std::string why;
-        std::optional<TSnmpDatum> datum = ZedSnmpFromValue(value, attribute->GetSnmp()->syntax, &why);
+        std::optional<TSnmpDatum> datum =
+            ZedSnmpFromValue(value, attribute->GetSnmp()->syntax, &why, attribute->GetSnmp()->hint);
         if (!datum)
             return attribute->GetName() + ": " + why;
         written.named.push_back(attribute);

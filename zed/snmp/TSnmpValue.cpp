@@ -6,12 +6,17 @@
 #include "zed/value/TTimeValues.h"
 #include "zed/value/TUserDefined.h"
 #include "zed/value/TValueParser.h"
+#include "zed/value/ZedDisplayHint.h"
 
 #include <charconv>
 #include <cstdio>
 #include <limits>
 
 namespace {
+
+// A TruthValue's two numbers.
+constexpr std::int64_t kTrue = 1;
+constexpr std::int64_t kFalse = 2;
 
 bool Fail(std::string* error, std::string reason)
 {
@@ -195,7 +200,8 @@ std::optional<std::string> ZedSnmpTextOctets(std::string_view text, ZedSnmpSynta
 }
 
 TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmpSyntax syntax, unsigned int id,
-                         std::string* error, const std::function<std::string(const ZedOid&)>& nameOf)
+                         std::string* error, const std::function<std::string(const ZedOid&)>& nameOf,
+                         std::string_view hint)
 {
     using Kind = TSnmpDatum::Kind;
     std::string text;
@@ -205,17 +211,36 @@ TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmp
         if (type.GetDictObjectType() == ZED_DICT_TYPE_ENUMERATION)
             return std::make_unique<TEnumeration>(type.ShareAs<TDictTypeEnumeration>(), static_cast<int>(datum.integer),
                                                   id);
-        text = std::to_string(datum.integer);
+        if (syntax == ZedSnmpSyntax::TruthValue && datum.integer != kTrue && datum.integer != kFalse) {
+            Fail(error, "TruthValue " + std::to_string(datum.integer) + " is neither true(1) nor false(2)");
+            return nullptr;
+        }
+        text = syntax == ZedSnmpSyntax::TruthValue ? (datum.integer == kTrue ? "true" : "false")
+                                                   : ZedHintInteger(datum.integer, hint);
         break;
     case Kind::TimeTicks:
         text = BaseOf(type).GetDatatype() == ZED_DT_RELTIME
                    ? TRelTime::Format(static_cast<std::int64_t>(datum.number) * 10)
                    : std::to_string(datum.number);
         break;
-    case Kind::Unsigned:
+    case Kind::Unsigned: text = ZedHintInteger(static_cast<std::int64_t>(datum.number), hint); break;
     case Kind::Counter32:
     case Kind::Counter64: text = std::to_string(datum.number); break;
-    case Kind::Octets: text = ZedSnmpOctetsText(datum.octets, syntax); break;
+    case Kind::Octets: {
+        if (syntax == ZedSnmpSyntax::DateAndTime) {
+            const auto when = ZedDateAndTime(datum.octets);
+            if (!when) {
+                Fail(error, "the " + std::to_string(datum.octets.size()) + " octets " + Hex(datum.octets)
+                                + " are no DateAndTime");
+                return nullptr;
+            }
+            text = TAbsTime::Format(*when);
+            break;
+        }
+        const auto hinted = hint.empty() ? std::nullopt : ZedHintOctets(datum.octets, hint);
+        text = hinted ? *hinted : ZedSnmpOctetsText(datum.octets, syntax);
+        break;
+    }
     case Kind::ObjectId: {
         text = ZedOidText(datum.oid);
         if (const std::string name = nameOf ? nameOf(datum.oid) : std::string(); !name.empty())
@@ -306,9 +331,48 @@ DatumReading OctetsDatum(const std::string& text, ZedSnmpSyntax syntax)
     return Reading(std::move(datum));
 }
 
+DatumReading HintedDatum(const std::string& text, ZedSnmpSyntax syntax, std::string_view hint)
+{
+    TSnmpDatum datum;
+    if (syntax == ZedSnmpSyntax::OctetString) {
+        auto octets = ZedHintText(text, hint);
+        if (!octets)
+            return Misfit("written as its display hint says");
+        datum.kind = DatumKind::Octets;
+        datum.octets = std::move(*octets);
+        return Reading(std::move(datum));
+    }
+    const auto number = ZedHintNumber(text, hint);
+    const bool unsigned32 = syntax == ZedSnmpSyntax::Unsigned;
+    if (!number || (unsigned32 ? (*number < 0 || *number > UINT32_MAX) : (*number < INT32_MIN || *number > INT32_MAX)))
+        return Misfit(unsigned32 ? "a 32-bit unsigned number written as its display hint says"
+                                 : "an Integer32 written as its display hint says");
+    datum.kind = unsigned32 ? DatumKind::Unsigned : DatumKind::Integer;
+    if (unsigned32)
+        datum.number = static_cast<std::uint64_t>(*number);
+    else
+        datum.integer = *number;
+    return Reading(std::move(datum));
+}
+
 DatumReading DatumOf(const std::string& text, ZedSnmpSyntax syntax)
 {
     switch (syntax) {
+    case ZedSnmpSyntax::TruthValue: {
+        TSnmpDatum datum;
+        datum.kind = DatumKind::Integer;
+        datum.integer = text == "true" ? kTrue : kFalse;
+        return text == "true" || text == "false" ? Reading(std::move(datum)) : Misfit("true or false");
+    }
+    case ZedSnmpSyntax::DateAndTime: {
+        const auto when = TAbsTime::Parse(text);
+        if (!when)
+            return Misfit("a date and time");
+        TSnmpDatum datum;
+        datum.kind = DatumKind::Octets;
+        datum.octets = ZedDateAndTimeOctets(*when);
+        return Reading(std::move(datum));
+    }
     case ZedSnmpSyntax::Integer:
     case ZedSnmpSyntax::RowStatus: return NumberDatum<std::int32_t>(text, DatumKind::Integer, "an INTEGER (Integer32)");
     case ZedSnmpSyntax::Unsigned:
@@ -330,7 +394,8 @@ DatumReading DatumOf(const std::string& text, ZedSnmpSyntax syntax)
 
 }  // namespace
 
-std::optional<TSnmpDatum> ZedSnmpFromValue(const TValue& given, ZedSnmpSyntax syntax, std::string* error)
+std::optional<TSnmpDatum> ZedSnmpFromValue(const TValue& given, ZedSnmpSyntax syntax, std::string* error,
+                                           std::string_view hint)
 {
     const TValue& value = Unwrapped(given);
     if (!value.IsPresent() || value.HasReason()) {
@@ -338,12 +403,14 @@ std::optional<TSnmpDatum> ZedSnmpFromValue(const TValue& given, ZedSnmpSyntax sy
         return std::nullopt;
     }
     // An enumeration goes as its number, a duration as hundredths of a second.
-    const std::string text = value.GetDatatype() == ZED_DT_ENUMERATION
-                                 ? std::to_string(static_cast<const TEnumeration&>(value).GetCode())
-                             : value.GetDatatype() == ZED_DT_RELTIME
-                                 ? std::to_string(static_cast<const TRelTime&>(value).GetMilliseconds() / 10)
-                                 : value.ToString();
-    DatumReading reading = DatumOf(text, syntax);
+    const std::string text =
+        value.GetDatatype() == ZED_DT_BOOLEAN ? (static_cast<const TBoolean&>(value).GetValue() ? "true" : "false")
+        : value.GetDatatype() == ZED_DT_ENUMERATION ? std::to_string(static_cast<const TEnumeration&>(value).GetCode())
+        : value.GetDatatype() == ZED_DT_RELTIME
+            ? std::to_string(static_cast<const TRelTime&>(value).GetMilliseconds() / 10)
+            : value.ToString();
+    DatumReading reading = hint.empty() || syntax == ZedSnmpSyntax::DisplayString ? DatumOf(text, syntax)
+                                                                                  : HintedDatum(text, syntax, hint);
     if (!reading.datum)
         Fail(error, "\"" + text + "\" is not " + reading.expected);
     return std::move(reading.datum);

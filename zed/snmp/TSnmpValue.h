@@ -11,7 +11,8 @@
 // hexadecimal; a DisplayString is its text; an OBJECT IDENTIFIER
 // and an IpAddress are dotted; BITS are the numbers of the bits set ("0 3");
 // Counter64 is decimal. Enumerations travel by number; TimeTicks are
-// hundredths of a second.
+// hundredths of a second; a TruthValue is a boolean, a DateAndTime a point
+// in time. A DISPLAY-HINT writes integers and octets as the MIB says.
 
 #include "zed/dict/TDictSnmp.h"
 #include "zed/dict/TDictType.h"
@@ -55,13 +56,15 @@ ZED_EXPORT const char* ZedSnmpDatumKindName(TSnmpDatum::Kind kind);
 /// null, with the reason, when the datum does not fit.
 /// An OBJECT IDENTIFIER is written in numbers, with its name after it in
 /// parentheses where nameOf knows one: "1.3.6.1.6.3.1.1.5.3 (linkDown)".
+/// A hint (DISPLAY-HINT) writes an integer or octets as it says.
 ZED_EXPORT TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmpSyntax syntax,
                                     unsigned int id, std::string* error = nullptr,
-                                    const std::function<std::string(const ZedOid&)>& nameOf = {});
+                                    const std::function<std::string(const ZedOid&)>& nameOf = {},
+                                    std::string_view hint = {});
 /// The datum that sets an object of that syntax to the value; none, with the
 /// reason, when the value does not fit the syntax.
 ZED_EXPORT std::optional<TSnmpDatum> ZedSnmpFromValue(const TValue& value, ZedSnmpSyntax syntax,
-                                                      std::string* error = nullptr);
+                                                      std::string* error = nullptr, std::string_view hint = {});
 
 /// The datum's value as text, whatever it is bound to: "42", "lo",
 /// "00:1a:2b", "1.3.6.1.2.1.1", "127.0.0.1", "noSuchInstance".

@@ -52,7 +52,8 @@ protected:
         TSyncCall call(spec, d->GetID());
         for (const auto& [name, text] : values) {
             const TDictAttribute* attribute = cls->FindAttribute(name);
-            call.GetRequest().Add(ZEDParseValue(attribute->GetType(), text, attribute->GetID(), {dictionary.get(), cls}));
+            call.GetRequest().Add(
+                ZEDParseValue(attribute->GetType(), text, attribute->GetID(), {dictionary.get(), cls}));
         }
         call.Execute();
         return call;
@@ -115,10 +116,10 @@ TEST_F(MibAgentTest, ANotificationIsNamedFromItsModuleAndLandsOnItsRow)
     const std::string target = module->GetReceiverAddress().substr(4);
     // kelPeerLost of the peer "p1" (IMPLIED: the name's octets alone).
     const std::string p1 = ".112.49";
-    ASSERT_EQ(RunBeside(*module, {"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.3.7227.2.1",
-                                  "1.3.6.1.3.7227.1.2.1.2" + p1, "x", "0A000001", "1.3.6.1.3.7227.1.3.1.1" + p1, "c",
-                                  "42"}),
-              0);
+    ASSERT_EQ(
+        RunBeside(*module, {"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.3.7227.2.1",
+                            "1.3.6.1.3.7227.1.2.1.2" + p1, "x", "0A000001", "1.3.6.1.3.7227.1.3.1.1" + p1, "c", "42"}),
+        0);
     ASSERT_EQ(RunBeside(*module, {"/usr/bin/snmptrap", "-v", "2c", "-c", "public", target, "", "1.3.6.1.6.3.1.1.5.1"}),
               0);
     const std::vector<TCallResult> events = module->TakeEvents();

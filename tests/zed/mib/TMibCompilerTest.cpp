@@ -69,6 +69,11 @@ TEST(MibCompiler, EveryConstructOfAModuleBecomesWhatFormsPresent)
     EXPECT_EQ(name.GetDefaultValue(), "kel") << "DEFVAL";
     EXPECT_EQ(name.GetDescription(), "The name of the test device.");
     EXPECT_EQ(AttributeOf(scalars, "kelTemperature").GetUnits(), "degrees Celsius");
+    EXPECT_EQ(AttributeOf(scalars, "kelTemperature").GetSnmp()->hint, "d-2") << "its convention's DISPLAY-HINT";
+    EXPECT_EQ(AttributeOf(scalars, "kelTemperature").GetDatatype(), ZED_DT_LATIN1STRING) << "\"21.50\" is text";
+    EXPECT_EQ(AttributeOf(scalars, "kelBooted").GetDatatype(), ZED_DT_ABSTIME) << "DateAndTime";
+    EXPECT_EQ(AttributeOf(scalars, "kelEnabled").GetDatatype(), ZED_DT_BOOLEAN) << "TruthValue";
+    EXPECT_EQ(AttributeOf(scalars, "kelEnabled").GetDefaultValue(), "true");
     EXPECT_EQ(AttributeOf(scalars, "kelUptime").GetDatatype(), ZED_DT_RELTIME);
     EXPECT_EQ(AttributeOf(scalars, "kelOctets").GetSnmp()->syntax, ZedSnmpSyntax::Counter64);
     EXPECT_EQ(AttributeOf(scalars, "kelFeatures").GetSnmp()->syntax, ZedSnmpSyntax::Bits);
@@ -85,6 +90,8 @@ TEST(MibCompiler, EveryConstructOfAModuleBecomesWhatFormsPresent)
     EXPECT_TRUE(table.implied);
     EXPECT_EQ(peers.FindAttribute(table.rowStatus)->GetName(), "kelPeerStatus");
     EXPECT_THAT(DirectivesOf(peers), ElementsAre("Show", "Set", "Create", "Delete"));
+    EXPECT_EQ(AttributeOf(peers, "kelPeerAddress").GetSnmp()->hint, "1d.1d.1d.1d");
+    EXPECT_EQ(AttributeOf(peers, "kelPeerMac").GetSnmp()->hint, "1x:");
     const TDictAttribute& kind = AttributeOf(peers, "kelPeerKind");
     EXPECT_EQ(kind.GetDatatype(), ZED_DT_ENUMERATION);
     EXPECT_EQ(kind.GetDefaultValue(), "backup");

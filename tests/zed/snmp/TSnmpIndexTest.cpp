@@ -137,3 +137,66 @@ TEST(SnmpValue, DataBecomeValuesOfTheAttributesTypesAndBack)
     datum.number = 1u << 20;
     EXPECT_FALSE(ZedSnmpToValue(datum, admin.GetType(), Syntax::Integer, admin.GetID(), &why));
 }
+
+namespace {
+
+TSnmpDatum Integer(std::int64_t value)
+{
+    TSnmpDatum datum;
+    datum.kind = TSnmpDatum::Kind::Integer;
+    datum.integer = value;
+    return datum;
+}
+
+TSnmpDatum Octets(std::string octets)
+{
+    TSnmpDatum datum;
+    datum.kind = TSnmpDatum::Kind::Octets;
+    datum.octets = std::move(octets);
+    return datum;
+}
+
+// The conventions a compiled MIB binds: TruthValue a boolean, DateAndTime a
+// time, and what a DISPLAY-HINT writes.
+TEST(SnmpValue, ConventionsAndDisplayHintsGoBothWays)
+{
+    const TDictionaryPtr types = TDictionary::Parse(
+        R"({"format": "zed-dictionary 1", "partitions": [{"code": 1, "name": "P"}], "classes": [{"code": 1,
+            "name": "C", "attributes": [{"id": 1, "name": "B", "type": "Boolean", "partition": "P"},
+            {"id": 2, "name": "T", "type": "AbsTime", "partition": "P"},
+            {"id": 3, "name": "S", "type": "Latin1String", "partition": "P"}]}]})",
+        "types");
+    const TDictClass& cls = types->GetRootClass(0);
+    const TDictType& boolean = cls.FindAttribute(1u)->GetType();
+    const TDictType& time = cls.FindAttribute(2u)->GetType();
+    const TDictType& text = cls.FindAttribute(3u)->GetType();
+    std::string why;
+
+    TValuePtr value = ZedSnmpToValue(Integer(2), boolean, Syntax::TruthValue, 1);
+    ASSERT_TRUE(value);
+    EXPECT_EQ(value->ToString(), "FALSE");
+    EXPECT_EQ(ZedSnmpFromValue(TBoolean(true), Syntax::TruthValue)->integer, 1);
+    EXPECT_FALSE(ZedSnmpToValue(Integer(3), boolean, Syntax::TruthValue, 1, &why));
+    EXPECT_EQ(why, "TruthValue 3 is neither true(1) nor false(2)");
+
+    const std::string when{"\x07\xea\x0b\x19\x12\x1e\x29\x05", 8};
+    value = ZedSnmpToValue(Octets(when), time, Syntax::DateAndTime, 2);
+    ASSERT_TRUE(value);
+    EXPECT_EQ(static_cast<const TAbsTime&>(*value).GetMilliseconds(), 1795631441500);
+    EXPECT_EQ(ZedSnmpFromValue(*value, Syntax::DateAndTime)->octets, when + std::string("+\0\0", 3));
+    EXPECT_FALSE(ZedSnmpToValue(Octets("abc"), time, Syntax::DateAndTime, 2, &why));
+    EXPECT_EQ(why, "the 3 octets 61:62:63 are no DateAndTime");
+
+    value = ZedSnmpToValue(Octets({"\x0a\x00\x00\x01", 4}), text, Syntax::OctetString, 3, nullptr, {}, "1d.1d.1d.1d");
+    EXPECT_EQ(value->ToString(), "10.0.0.1");
+    EXPECT_EQ(ZedSnmpFromValue(*value, Syntax::OctetString, nullptr, "1d.1d.1d.1d")->octets,
+              std::string("\x0a\x00\x00\x01", 4));
+    EXPECT_EQ(ZedSnmpToValue(Integer(-1234), text, Syntax::Integer, 3, nullptr, {}, "d-2")->ToString(), "-12.34");
+    EXPECT_EQ(ZedSnmpFromValue(TLatin1String("21.5"), Syntax::Integer, nullptr, "d-2")->integer, 2150);
+    EXPECT_FALSE(ZedSnmpFromValue(TLatin1String("21.555"), Syntax::Integer, &why, "d-2"));
+    EXPECT_EQ(why, "\"21.555\" is not an Integer32 written as its display hint says");
+    EXPECT_EQ(ZedSnmpToValue(Octets("\xff"), text, Syntax::OctetString, 3, nullptr, {}, "9q")->ToString(), "ff")
+        << "a hint that is none: the syntax's own way";
+}
+
+}  // namespace
