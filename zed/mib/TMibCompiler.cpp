@@ -127,8 +127,13 @@ private:
         if (!shown.enumeration)
             return shown.type;
         json items = json::array();
+        std::set<std::int64_t> codes;
+        Names texts;
         for (const TMibNamedNumber& number : node.numbers)
-            items.push_back({{"code", number.value}, {"text", number.name}});
+            if (!number.name.empty() && codes.insert(number.value).second && texts.insert(number.name).second)
+                items.push_back({{"code", number.value}, {"text", number.name}});
+        if (items.empty())
+            return {};
         for (std::string name : {node.convention.empty() ? NameOf(node) : node.convention,
                                  node.module + "::" + (node.convention.empty() ? node.name : node.convention)}) {
             const auto known = m_typeItems.find(name);
@@ -174,6 +179,21 @@ private:
         if (!entry.empty())
             attribute["snmp"]["entry"] = ZedOidText(entry);
         return attribute;
+    }
+
+    // Adds an attribute to a class unless one of its identifier or name is
+    // there already (two objects of one OID, a descriptor twice).
+    bool AddAttribute(json& cls, json attribute, const TMibNode& node)
+    {
+        for (const json& known : cls["attributes"]) {
+            const std::string name = known["name"].get<std::string>();
+            if (known["id"] == attribute["id"] || Names{name}.count(attribute["name"].get<std::string>())) {
+                Warn(node, "its OID or its name is " + name + "'s too");
+                return false;
+            }
+        }
+        cls["attributes"].push_back(std::move(attribute));
+        return true;
     }
 
     // Scalars and columns an operator can read: index objects come by the index.
@@ -229,7 +249,7 @@ private:
             (*cls)["attributes"] = json::array();
             for (const TMibNode* scalar : scalars)
                 if (auto attribute = Attribute(*scalar, scalar->oid.back(), Role::Object))
-                    (*cls)["attributes"].push_back(std::move(*attribute));
+                    AddAttribute(*cls, std::move(*attribute), *scalar);
             if (!(*cls)["attributes"].empty())
                 Finish(std::move(*cls), false);
         }
@@ -254,7 +274,8 @@ private:
             if (!attribute)
                 return std::nullopt;
             names.push_back((*attribute)["name"]);
-            cls["attributes"].push_back(std::move(*attribute));
+            if (!AddAttribute(cls, std::move(*attribute), *object))
+                return std::nullopt;
         }
         return names;
     }
@@ -271,9 +292,10 @@ private:
                 || present.count(NameOf(*column)))
                 continue;
             if (auto attribute = Attribute(*column, idBase + column->oid.back(), Role::Object, boundEntry)) {
-                if ((*attribute)["snmp"]["syntax"] == "RowStatus" && rowStatus.empty())
-                    rowStatus = (*attribute)["name"].get<std::string>();
-                cls["attributes"].push_back(std::move(*attribute));
+                const bool status = (*attribute)["snmp"]["syntax"] == "RowStatus";
+                const std::string name = (*attribute)["name"].get<std::string>();
+                if (AddAttribute(cls, std::move(*attribute), *column) && status && rowStatus.empty())
+                    rowStatus = name;
             }
         }
         return rowStatus;
@@ -367,7 +389,10 @@ private:
             return;
         std::vector<const TMibNode*> objects;
         json arguments = json::array();
+        Names named;
         for (const std::string& name : node.objects) {
+            if (!named.insert(name).second)
+                continue;  // an object named twice is one argument
             const TMibNode* object = m_mib.Find(name);
             const TMibPresentation shown = object ? ZedMibPresentationOf(*object) : TMibPresentation{};
             const std::string type = object && shown.why.empty() ? TypeOf(*object, shown) : std::string();

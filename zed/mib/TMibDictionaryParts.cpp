@@ -34,6 +34,8 @@ json Argument(unsigned int id, const char* name, const char* type)
     return {{"id", id}, {"name", name}, {"type", type}};
 }
 
+// Lists are made with json::array: a braced list of one object is the object
+// itself to one compiler and a list of it to another.
 json Reply(unsigned int code, const char* name, const char* text, json arguments = nullptr)
 {
     json reply = {{"code", code}, {"name", name}, {"text", text}};
@@ -45,7 +47,7 @@ json Reply(unsigned int code, const char* name, const char* text, json arguments
 json InvalidArgument()
 {
     return Reply(90, "InvalidArgument", "An argument of the request is not valid",
-                 {Argument(1, "Argument", "SimpleName"), Argument(2, "Reason", "Latin1String")});
+                 json::array({Argument(1, "Argument", "SimpleName"), Argument(2, "Reason", "Latin1String")}));
 }
 
 json Attributes() { return json::array({Argument(1, "Attributes", "AttributeList")}); }
@@ -57,9 +59,11 @@ json ZedMibAgentDictionary()
     json dictionary = {{"format", "zed-dictionary 1"}, {"partitions", json::array()}, {"types", json::array()}};
     json& exceptions = dictionary["commonExceptions"] = json::array();
     for (const Common& common : kCommonExceptions)
-        exceptions.push_back(Reply(common.code, common.name, common.text, {Argument(1, "Reason", "Latin1String")}));
+        exceptions.push_back(
+            Reply(common.code, common.name, common.text, json::array({Argument(1, "Reason", "Latin1String")})));
     json unbound = {{"id", 1}, {"name", "Notification"}, {"snmp", {{"unbound", true}}}};
-    unbound["arguments"] = {Argument(1, "Notification", "Latin1String"), Argument(2, "Variables", "Latin1String")};
+    unbound["arguments"] =
+        json::array({Argument(1, "Notification", "Latin1String"), Argument(2, "Variables", "Latin1String")});
     json agent = {{"code", 1}, {"name", "Agent"}, {"presentation", "SNMP Agent"}, {"snmp", {{"agent", true}}}};
     agent["events"] = json::array({std::move(unbound)});
     dictionary["classes"] = json::array({std::move(agent)});
@@ -115,8 +119,8 @@ json ZedMibDirectives(const std::string& partitionType, bool writable, bool rowS
                           {"responses", json::array({Reply(1, "Success", "Attributes shown", Attributes())})},
                           {"exceptions", json::array({InvalidArgument()})}});
     if (writable) {
-        const json notWritable =
-            Reply(91, "NotWritable", "The attribute cannot be changed", {Argument(1, "Attribute", "AttributeID")});
+        const json notWritable = Reply(91, "NotWritable", "The attribute cannot be changed",
+                                       json::array({Argument(1, "Attribute", "AttributeID")}));
         directives.push_back({{"id", 2},
                               {"name", ZedDirective::kSet},
                               {"takesAttributes", true},

@@ -183,7 +183,8 @@ std::string ZedHintInteger(std::int64_t value, std::string_view hint)
     if (!ZedIsIntegerHint(hint) || hint == "d")
         return std::to_string(value);
     const bool negative = value < 0;
-    const std::uint64_t magnitude = negative ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
+    const std::uint64_t magnitude =
+        negative ? 0 - static_cast<std::uint64_t>(value) : static_cast<std::uint64_t>(value);
     if (hint.size() == 1)
         return (negative ? "-" : "") + NumberText(magnitude, hint[0], 0);
     const std::size_t places = static_cast<std::size_t>(std::stoi(std::string(hint.substr(2))));
@@ -212,8 +213,8 @@ std::optional<std::int64_t> ZedHintNumber(std::string_view text, std::string_vie
         digits += fraction + std::string(places - fraction.size(), '0');
     }
     std::uint64_t magnitude = 0;
-    const auto [end, error] =
-        std::from_chars(digits.data(), digits.data() + digits.size(), magnitude, BaseOf(hint.size() == 1 ? hint[0] : 'd'));
+    const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), magnitude,
+                                              BaseOf(hint.size() == 1 ? hint[0] : 'd'));
     if (digits.empty() || error != std::errc() || end != digits.data() + digits.size()
         || magnitude > static_cast<std::uint64_t>(INT64_MAX))
         return std::nullopt;
@@ -262,6 +263,15 @@ std::string ZedDateAndTimeOctets(std::int64_t milliseconds)
     const unsigned month = mp < 10 ? mp + 3 : mp - 9;
     const std::int64_t year = static_cast<std::int64_t>(yoe) + era * 400 + (month <= 2);
     const auto octet = [](std::int64_t v) { return static_cast<char>(v & 0xff); };
-    return {octet(year >> 8),       octet(year),           octet(month), octet(day), octet(rest / 3600000),
-            octet(rest / 60000 % 60), octet(rest / 1000 % 60), octet(rest / 100 % 10), '+', 0, 0};
+    return {octet(year >> 8),
+            octet(year),
+            octet(month),
+            octet(day),
+            octet(rest / 3600000),
+            octet(rest / 60000 % 60),
+            octet(rest / 1000 % 60),
+            octet(rest / 100 % 10),
+            '+',
+            0,
+            0};
 }

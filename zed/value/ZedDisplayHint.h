@@ -22,7 +22,7 @@ ZED_EXPORT std::optional<std::string> ZedHintOctets(std::string_view octets, std
 /// The octets a text written by the hint stands for; none, with the reason,
 /// when the text does not follow it.
 ZED_EXPORT std::optional<std::string> ZedHintText(std::string_view text, std::string_view hint,
-                                                      std::string* why = nullptr);
+                                                  std::string* why = nullptr);
 
 /// The integer as the hint writes it ("d-2": 1234 is "12.34").
 ZED_EXPORT std::string ZedHintInteger(std::int64_t value, std::string_view hint);
