@@ -44,8 +44,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 {
     static const TMibSearchPath path = SearchPath();
     const std::string file = Folder() + "/FUZZ-MIB.txt";
-    std::ofstream(file, std::ios::binary | std::ios::trunc).write(reinterpret_cast<const char*>(data),
-                                                                  static_cast<std::streamsize>(size));
+    std::ofstream(file, std::ios::binary | std::ios::trunc)
+        .write(reinterpret_cast<const char*>(data), static_cast<std::streamsize>(size));
     const TMibModules modules = TMibReader::Read(path, {file});
     const TMibCompilation compiled = TMibCompiler::Compile(modules);
     try {

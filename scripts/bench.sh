@@ -4,7 +4,8 @@
 # QSettings, inih, read-and-find-lines) baseline in one process, and the start
 # of kelbrowser to its first window; then one table of the figures a reader
 # compares, each run a column, with its aim and whether every run met it;
-# then a burst of notifications into kelbrowser against the library alone.
+# then a burst of notifications into kelbrowser against the library alone;
+# then MIB modules compiled against net-snmp's own parse of them.
 #   bash scripts/bench.sh [--runs N] [--short]
 # --short: one quick run that only shows the benchmarks still work (CI); its
 # figures are too rough to judge, so it never fails on an aim.
@@ -21,7 +22,7 @@ while (($#)); do
   esac
 done
 
-bash scripts/setup.sh default kel_bench kelbrowser burst_bench
+bash scripts/setup.sh default kel_bench kelbrowser burst_bench zedsh
 export QT_QPA_PLATFORM=offscreen ZED_TRACE_MASK=0
 if ((short)); then
   repeat=(--benchmark_repetitions=1 --benchmark_min_time=0.001)
@@ -54,5 +55,13 @@ for ((run = 1; run <= runs; run++)); do
   echo "run $run:"
   build/bin/burst_bench build/bin/hostile_snmp_agent "${burst[@]}" 2>/dev/null | sed 's/^/  /' || status=1
 done
+# MIB modules: compiled against net-snmp's own parse, and kelbrowser's first
+# window with 20 of them.
+echo
+if ((short)); then
+  python3 bench/mib.py build/bin/zedsh build/bin/kelbrowser --runs 1 --short
+else
+  python3 bench/mib.py build/bin/zedsh build/bin/kelbrowser --runs "$runs" || status=1
+fi
 ((short)) && exit 0
 exit "$status"

@@ -12,7 +12,10 @@
 //
 //   kelbrowser --agents FILE   the SNMP agents of an agents file instead of
 //                              the simulated network (the dictionary then
-//                              defaults to the shipped data/snmp one)
+//                              defaults to the shipped data/snmp one); with
+//                              the MIB modules of net-snmp's default list
+//                              found, or those --mibs names, compiled in
+//                              (--mib-dirs: where they are)
 //   kelbrowser --startup-time  opens as usual (headless without a display),
 //                              says on stdout how long after main began the
 //                              window was first painted, and quits; its
@@ -33,6 +36,7 @@
 #include "kel/frame/IApplication.h"
 #include "zed/TApplication.h"
 #include "zed/TException.h"
+#include "zed/mib/TMibLoad.h"
 #include "zed/sim/TSimulatedNetwork.h"
 #include "zed/snmp/TSnmpModule.h"
 
@@ -56,8 +60,8 @@
 namespace {
 
 const char* kUsage = "usage: kelbrowser [--dictionary FILE] [--instances FILE] [--tour [DIR]]\n"
-                     "       kelbrowser [--dictionary FILE] --agents FILE\n"
-                     "       kelbrowser [--dictionary FILE] [--instances FILE] --startup-time\n"
+                     "       kelbrowser [--dictionary FILE] --agents FILE [--mibs MODULES] [--mib-dirs DIRS]\n"
+                     "       kelbrowser [--dictionary FILE] [--instances FILE | --agents FILE ...] --startup-time\n"
                      "       kelbrowser --help | --version\n";
 
 // A request to stop (the session ending, kill, Ctrl+C) keeps what closing
@@ -124,7 +128,7 @@ bool HasDisplay()
 
 // What the command line asks for.
 struct Options {
-    std::string dictionary, instances, agents, tour;
+    std::string dictionary, instances, agents, tour, mibs, mibDirs;
     bool wantTour = false;
     bool startupTime = false;
 };
@@ -136,10 +140,13 @@ std::optional<Options> ReadOptions(std::vector<std::string> words)
     options.startupTime = startupFlag != words.end();
     if (options.startupTime)
         words.erase(startupFlag);
-    if (!TakeValueOptions(
-            words,
-            {{"--dictionary", &options.dictionary}, {"--instances", &options.instances}, {"--agents", &options.agents}},
-            false))
+    if (!TakeValueOptions(words,
+                          {{"--dictionary", &options.dictionary},
+                           {"--instances", &options.instances},
+                           {"--agents", &options.agents},
+                           {"--mibs", &options.mibs},
+                           {"--mib-dirs", &options.mibDirs}},
+                          false))
         return std::nullopt;
     if (!words.empty() && words[0] == "--tour") {
         options.wantTour = true;
@@ -149,7 +156,7 @@ std::optional<Options> ReadOptions(std::vector<std::string> words)
     }
     const bool snmp = !options.agents.empty();
     if (!words.empty() || (snmp && (options.wantTour || !options.instances.empty()))
-        || (options.startupTime && (options.wantTour || snmp)))
+        || (!snmp && !(options.mibs + options.mibDirs).empty()) || (options.startupTime && options.wantTour))
         return std::nullopt;
     return options;
 }
@@ -182,6 +189,7 @@ struct Network {
     std::shared_ptr<TManagementModule> module;
     std::shared_ptr<TSnmpModule> snmp;
     std::string notReceiving;  // why notifications are not received, if they are not
+    TMibLoaded mibs;           // the MIB modules compiled in, and their faults
 };
 
 Network InstallNetwork(const Options& options)
@@ -195,13 +203,12 @@ Network InstallNetwork(const Options& options)
     }
     const std::string dictionary =
         options.dictionary.empty() ? ShippedNetworkFile("../snmp/dictionary.json") : options.dictionary;
-    try {
-        network.snmp = TSnmpModule::Install(dictionary, options.agents);
-    } catch (const TException& e) {
-        // The agents are still reached; their notifications are not.
-        network.snmp = TSnmpModule::Install(dictionary, options.agents, false);
-        network.notReceiving = e.what();
-    }
+    // The agents are reached even when their notifications cannot be received.
+    TSnmpInstall install =
+        ZedInstallSnmp(dictionary, options.agents, TMibChoice::FromCommandLine(options.mibDirs, options.mibs), true);
+    network.snmp = install.module;
+    network.notReceiving = std::move(install.notReceiving);
+    network.mibs = std::move(install.mibs);
     network.module = network.snmp;
     return network;
 }
@@ -216,6 +223,23 @@ KelBrowserWindow::EntityLister ListerFor(const Network& network)
     for (const TSnmpAgent& agent : network.snmp->GetAgents().agents)
         names.push_back(agent.name);
     return [names] { return KelBrowserWindow::ListByClass(*ZEDGetApplication()->GetDictionary(), names); };
+}
+
+// What became of the MIB modules: each fault a console line, the rest in the trace.
+void SayMibs(KelBrowserWindow& window, const Network& network)
+{
+    constexpr std::size_t kMostLines = 20;
+    const std::vector<TMibFault>& faults = network.mibs.faults;
+    for (std::size_t i = 0; i < faults.size() && i < kMostLines; ++i)
+        window.SetMessage(faults[i].fatal ? KEL_SEVERITY_PROBLEM : KEL_SEVERITY_INFORMATION,
+                          "MIB module: " + faults[i].Said());
+    if (faults.size() > kMostLines)
+        window.SetMessage(KEL_SEVERITY_INFORMATION, "MIB modules: " + std::to_string(faults.size() - kMostLines)
+                                                        + " more faults (zedsh mib names each)");
+    if (!network.mibs.loaded.empty())
+        window.SetMessage(KEL_SEVERITY_INFORMATION, "MIB modules loaded: " + std::to_string(network.mibs.loaded.size())
+                                                        + " (" + std::to_string(network.mibs.classes) + " classes, "
+                                                        + std::to_string(network.mibs.events) + " events)");
 }
 
 void SayNotifications(KelBrowserWindow& window, const Network& network)
@@ -233,6 +257,7 @@ int RunWindow(IApplication& kel, KELConfigContext* context, const Options& optio
 {
     KelBrowserWindow window(*ZEDGetApplication()->GetDictionary(), context, ListerFor(network));
     kel.SetConsole(window.GetConsole());
+    SayMibs(window, network);
     SayNotifications(window, network);
     int status = 0;
     if (options.wantTour) {

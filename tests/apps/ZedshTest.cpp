@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: BSD-3-Clause
 // Runs the built zedsh program as a user would.
 
+#include "support/MibTestSupport.h"
 #include "support/RunProgram.h"
+#include "support/SnmpTestSupport.h"
 #include "support/TempDir.h"
+#include "zed/dict/TDictionary.h"
 #include "zed/snmp/TSnmpLocalAgent.h"
 
 #include <gmock/gmock.h>
@@ -75,6 +78,35 @@ TEST(Zedsh, AgentsOfAnAgentsFileAreShownAndSet)
     EXPECT_EQ(open.exitCode, 3);
     EXPECT_THAT(open.err, HasSubstr("make it private with: chmod 600"));
     EXPECT_EQ(Zedsh("--agents " + agents + " --instances x.json classes").exitCode, 2);
+}
+
+// MIB modules compiled on their own, and into the dictionary of agents.
+TEST(Zedsh, MibModulesAreCompiledAndTheirFaultsSaid)
+{
+    KEL_NEEDS_ERLANG_MIBS();
+    const std::string dirs = " --mib-dirs '+" + ErlangMibFolder() + ":" + TestMibFolder() + "'";
+    const ProgramRun compiled = Zedsh("mib" + dirs + " KEL-TEST-MIB");
+    EXPECT_EQ(compiled.exitCode, 0) << compiled.err;
+    EXPECT_NO_THROW(TDictionary::Parse(compiled.out, "zedsh mib"));
+    EXPECT_THAT(compiled.out, HasSubstr("\"name\":\"kelPeerTable\""));
+
+    const ProgramRun missing = Zedsh("mib" + dirs + " KEL-TEST-MIB NO-SUCH-MIB");
+    EXPECT_EQ(missing.exitCode, 1) << "a module named could not be compiled";
+    EXPECT_THAT(missing.err, HasSubstr("error: NO-SUCH-MIB: no file of the MIB search path defines it ("));
+    EXPECT_THAT(missing.out, HasSubstr("kelPeerTable")) << "the others are compiled all the same";
+    EXPECT_EQ(Zedsh("mib").exitCode, 2);
+    EXPECT_EQ(Zedsh("--mibs IF-MIB classes").exitCode, 2) << "--mibs is for agents";
+
+    REQUIRE_SNMPD();
+    TSnmpLocalAgent agent({});
+    TempDir dir;
+    const std::string agents = dir / "agents.conf";
+    agent.WriteAgentsFile(agents, TSnmpAgent::Version::V2c, "core-r");
+    const ProgramRun rows =
+        Zedsh("--agents " + agents + dirs + " --mibs SNMPv2-MIB call 'Agent core-r-1 sysORTable *' Show");
+    EXPECT_EQ(rows.exitCode, 0) << rows.out << rows.err;
+    EXPECT_THAT(rows.out, HasSubstr("Agent core-r-1 sysORTable 1  at "));
+    EXPECT_THAT(rows.out, HasSubstr("      sysORDescr = "));
 }
 
 TEST(Zedsh, ValidatePrintsEveryFaultWithFileAndPath)

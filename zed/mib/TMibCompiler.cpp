@@ -187,7 +187,9 @@ private:
     {
         for (const json& known : cls["attributes"]) {
             const std::string name = known["name"].get<std::string>();
-            if (known["id"] == attribute["id"] || Names{name}.count(attribute["name"].get<std::string>())) {
+            const std::string& other = attribute["name"].get_ref<const std::string&>();
+            if (known["id"] == attribute["id"]
+                || (!ZedLessIgnoringCase()(name, other) && !ZedLessIgnoringCase()(other, name))) {
                 Warn(node, "its OID or its name is " + name + "'s too");
                 return false;
             }
@@ -228,7 +230,7 @@ private:
         bool writable = false;
         for (const json& attribute : cls["attributes"])
             writable = writable || attribute["access"] == "read-write";
-        cls["directives"] = ZedMibDirectives(m_partitionType, writable, hasRowStatus);
+        cls["directives"] = Directives(writable, hasRowStatus);
         m_classes.push_back(std::move(cls));
     }
 
@@ -353,8 +355,17 @@ private:
             json& cls = m_classes[joined->second];
             const std::uint32_t idBase = ++augmenters[base->name] << kAugmentShift;
             AddColumns(node, cls, idBase, node.oid);
-            cls["directives"] = ZedMibDirectives(m_partitionType, HasWritable(cls), cls["snmp"].contains("rowStatus"));
+            cls["directives"] = Directives(HasWritable(cls), cls["snmp"].contains("rowStatus"));
         }
+    }
+
+    // The directives of a class: each of the four sets made once.
+    const json& Directives(bool writable, bool rowStatus)
+    {
+        json& made = m_directives[(writable ? 1 : 0) + (rowStatus ? 2 : 0)];
+        if (made.is_null())
+            made = ZedMibDirectives(m_partitionType, writable, rowStatus);
+        return made;
     }
 
     static bool HasWritable(const json& cls)
@@ -446,6 +457,7 @@ private:
     unsigned int m_nextCode = 2;
     unsigned int m_nextTypeId = 100;
     std::vector<json> m_classes;
+    json m_directives[4];
     std::map<std::string, std::size_t> m_tables;  // entry descriptor, its class in m_classes
 };
 
@@ -461,6 +473,6 @@ TMibCompilation TMibCompiler::Compile(const TMibModules& modules, std::string_vi
     }
     TMibCompilation out;
     Compiler(modules, doc, options, out).Run();
-    out.json = doc.dump(1);
+    out.json = doc.dump(options.indent);
     return out;
 }

@@ -14,10 +14,12 @@
 #include <string_view>
 #include <vector>
 
-/// What the compiler leaves out unless asked.
+/// What the compiler leaves out unless asked, and how it writes.
 struct TMibCompileOptions {
     /// Objects whose status is deprecated or obsolete.
     bool withRetired = false;
+    /// Spaces of indentation in the dictionary's text; -1: none, and no line breaks.
+    int indent = -1;
 };
 
 /// A dictionary compiled from MIB modules.
