@@ -210,7 +210,9 @@ private:
     // OID; none when the base binds it already or the name is taken.
     std::optional<json> NewClass(const TMibNode& named, const TMibNode* described, const ZedOid& bound)
     {
-        if (m_bound.count(ZedOidText(bound)))
+        // What is bound once is not bound again: the base's, or a node the
+        // parser gave twice.
+        if (!m_bound.insert(ZedOidText(bound)).second)
             return std::nullopt;
         std::string name = NameOf(named);
         if (m_classNames.count(name))
@@ -396,7 +398,7 @@ private:
 
     void Notification(const TMibNode& node)
     {
-        if (m_bound.count(ZedOidText(node.oid)))
+        if (!m_bound.insert(ZedOidText(node.oid)).second)
             return;
         std::vector<const TMibNode*> objects;
         json arguments = json::array();
@@ -427,6 +429,10 @@ private:
             names.insert(event["name"].get<std::string>());
         }
         const std::string name = names.count(NameOf(node)) ? node.module + "::" + node.name : NameOf(node);
+        if (names.count(name)) {
+            Warn(node, "an event of its name is there already");
+            return;
+        }
         json event = {{"id", id}, {"name", name}};
         if (!node.description.empty())
             event["description"] = node.description;
