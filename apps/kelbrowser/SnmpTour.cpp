@@ -18,6 +18,10 @@
 #include "kel/model/IPresentationContainer.h"
 #include "zed/TApplication.h"
 #include "zed/TException.h"
+#include "kel/controls/IControlContainer.h"
+#include "kel/forms/IPresentationForm.h"
+#include "kel/frame/IHelpDialog.h"
+#include "zed/mib/TMibLoad.h"
 #include "zed/snmp/TSnmpLocalAgent.h"
 #include "zed/snmp/TSnmpModule.h"
 
@@ -25,6 +29,8 @@
 #include <QProcess>
 #include <QTabWidget>
 #include <QThread>
+
+#include <glob.h>
 
 #include <fstream>
 #include <iostream>
@@ -156,6 +162,75 @@ int Steps(KelBrowserWindow& window, TSnmpModule& module, const std::string& agen
     return faults;
 }
 
+// The standard modules the tour compiles: net-snmp's folders, and erlang's
+// copy of the SNMPv2 modules where erlang-snmp is installed (Debian keeps
+// the IETF's own out of its free sections).
+TMibChoice TourModules()
+{
+    TMibChoice choice;
+    choice.path = TMibSearchPath::FromEnvironment();
+    glob_t found{};
+    if (glob("/usr/lib/erlang/lib/snmp-*/mibs", GLOB_ONLYDIR, nullptr, &found) == 0 && found.gl_pathc > 0)
+        choice.path.Apply(std::string("+") + found.gl_pathv[found.gl_pathc - 1]);
+    globfree(&found);
+    choice.modules = {"SNMPv2-MIB"};
+    return choice;
+}
+
+// The field of that label on the document shown.
+IField* FieldOf(KelBrowserWindow& window, const std::string& label)
+{
+    IField* found = nullptr;
+    if (auto* form = dynamic_cast<IPresentationForm*>(window.GetDocuments()->currentWidget()))
+        form->GetControlContainer()->ForEachElement([&](IPresentationElement& element) {
+            if (auto* line = dynamic_cast<IFormLine*>(&element);
+                !found && line && line->GetLabel() && line->GetLabel()->GetPresentationName() == label)
+                found = line->GetField();
+        });
+    return found;
+}
+
+// Classes no one bound by hand: compiled from SNMPv2-MIB at start.
+int MibSteps(KelBrowserWindow& window, const std::string& agent, const std::string& folder, std::ostream& out)
+{
+    int faults = 0;
+    const std::string rows = agent + " sysORTable *";
+    out << "== Show on " << rows << " (a table compiled from SNMPv2-MIB)\n";
+    if (!window.OpenForm(rows, std::string(ZedDirective::kShow)) || !window.Send() || !window.WaitForCalls()) {
+        out << "  the table could not be read\n";
+        return 1;
+    }
+    out << window.GetReplyText();
+    window.ShowOutput(QStringLiteral("List"));
+    faults += Save(window, folder, "25-mib-table-list.png", out) ? 0 : 1;
+
+    const std::string row = agent + " sysORTable 1";
+    out << "\n== Attributes of " << row << ", and the help of a field: its DESCRIPTION\n";
+    if (!window.OpenAttributes(row) || !window.WaitForCalls() || !window.GetAttributes()) {
+        out << "  the row could not be read\n";
+        return faults + 1;
+    }
+    faults += Save(window, folder, "26-mib-row-form.png", out) ? 0 : 1;
+    IField* description = FieldOf(window, "sysORDescr");
+    if (!description) {
+        out << "  no sysORDescr line\n";
+        return faults + 1;
+    }
+    window.activateWindow();
+    description->GetWindow()->setFocus();
+    QApplication::processEvents();
+    window.ShowHelp();
+    QApplication::processEvents();
+    if (IHelpDialog* help = GetKELapp()->GetHelpDialog()) {
+        out << "  help: " << help->GetText().toStdString() << "\n";
+        help->resize(460, 300);
+        faults += Save(*help, folder, "27-mib-field-help.png", out) ? 0 : 1;
+        help->hide();
+    }
+    out << "\n";
+    return faults;
+}
+
 }  // namespace
 
 int RunSnmpTour(const std::string& folder)
@@ -174,7 +249,15 @@ int RunSnmpTour(const std::string& folder)
         TSnmpLocalAgent agent({});
         TSnmpAgents agents = agent.MakeAgents(TSnmpAgent::Version::V2c, "core-r");
         agents.receiverAddress = "udp:127.0.0.1:0";
-        const TDictionaryPtr dictionary = TDictionary::Load(ShippedNetworkFile("../snmp/dictionary.json"));
+        const TMibChoice modules = TourModules();
+        const bool compiling = modules.path.FindModule(modules.modules.front()).has_value();
+        const std::string shipped = ShippedNetworkFile("../snmp/dictionary.json");
+        TMibLoaded mibs;
+        if (compiling)
+            mibs = ZedLoadWithMibs(shipped, modules);
+        else
+            mibs.dictionary = TDictionary::Load(shipped);
+        const TDictionaryPtr dictionary = mibs.dictionary;
         auto module = std::make_shared<TSnmpModule>(dictionary, agents, true);
         ZEDGetApplication()->SetDictionary(dictionary);
         ZEDGetApplication()->SetDefaultModule(module);
@@ -192,6 +275,12 @@ int RunSnmpTour(const std::string& folder)
         window.show();
         window.WaitForCalls();
         faults += Steps(window, *module, "Agent " + agents.agents[0].name, folder, transcript);
+        window.WaitForCalls();
+        if (!mibs.loaded.empty())
+            faults += MibSteps(window, "Agent " + agents.agents[0].name, folder, transcript);
+        else
+            transcript << "== MIB modules: SNMPv2-MIB is not on the search path (snmp-mibs-downloader or erlang-snmp "
+                          "has it): the steps of compiled classes were skipped\n\n";
         window.WaitForCalls();
     } catch (const TException& e) {
         transcript << "  " << e.what() << "\n";

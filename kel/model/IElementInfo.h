@@ -46,6 +46,8 @@ public:
     const std::string& GetDefault() const { return m_default; }
     unsigned char GetRequired() const { return m_required; }
     const std::string& GetUnits() const { return m_units; }
+    /// What the element is, in its definer's words (a MIB's DESCRIPTION); may be empty.
+    const std::string& GetDescription() const { return m_description; }
     ZED_T_DICT_ACCESS GetAccess() const { return m_access; }
     unsigned int GetMaxSize() const { return m_maxSize; }
     unsigned char IsDisplayed() const { return m_isDisplayed; }
@@ -81,6 +83,7 @@ public:
     void SetDefault(const std::string& text) { m_default = text; }
     void SetRequired(unsigned char required) { m_required = required; }
     void SetUnits(const std::string& units) { m_units = units; }
+    void SetDescription(const std::string& description) { m_description = description; }
     void SetAccess(ZED_T_DICT_ACCESS access) { m_access = access; }
     void SetMaxSize(unsigned int size) { m_maxSize = size; }
     void SetIsDisplayed(unsigned char displayed) { m_isDisplayed = displayed; }
@@ -109,6 +112,7 @@ private:
     std::string m_default;
     unsigned char m_required = 0;
     std::string m_units;
+    std::string m_description;
     ZED_T_DICT_ACCESS m_access = 3;
     unsigned int m_maxSize = 0;
     std::string m_keyword;

@@ -2,7 +2,6 @@
 #include "kel/model/KELElementHelp.h"
 
 #include "kel/model/IElementInfo.h"
-#include "zed/dict/TDictObjects.h"
 #include "zed/dict/TDictType.h"
 #include "zed/dict/ZedDictCodes.h"
 #include "zed/value/ZedDatatypes.h"
@@ -96,7 +95,7 @@ std::string KELElementHelp::Describe(const IElementInfo& info)
     if (const char* access = AccessText(element.GetAccess()))
         line("Access", access);
     // The definer's own words (a MIB's DESCRIPTION) come after the facts.
-    if (const TDictValue* value = element.GetDictValue(); value && !value->GetDescription().empty())
-        text.append(text.empty() ? "" : "\n\n").append(value->GetDescription());
+    if (!element.GetDescription().empty())
+        text.append(text.empty() ? "" : "\n\n").append(element.GetDescription());
     return text;
 }

@@ -72,6 +72,7 @@ void FillFromDictionary(const TDictValue& value, IElementInfo& info, const char*
     info.SetDictValue(reserved ? &value : nullptr);
     info.SetIsDisplayed(value.IsDisplayed() ? 1 : 0);
     info.SetUnits(value.GetUnits());
+    info.SetDescription(value.GetDescription());
     info.SetDefaultAllowed(value.DefaultAllowed());
     if (value.DefaultAllowed() == ZED_DEFAULT_SERVER)
         info.SetDefault(KELResources::String(KELString::kServerDefault));
