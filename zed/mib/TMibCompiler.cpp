@@ -155,6 +155,10 @@ private:
 
     std::optional<json> Attribute(const TMibNode& node, std::uint32_t id, Role role, const ZedOid& entry = {})
     {
+        if (node.oid.empty() || node.oid.back() == 0) {
+            Warn(node, "an object's sub-identifier is 1 or more");
+            return std::nullopt;
+        }
         const TMibPresentation shown = ZedMibPresentationOf(node);
         const std::string type = shown.why.empty() ? TypeOf(node, shown) : std::string();
         if (type.empty()) {
