@@ -18,6 +18,9 @@ set(KEL_PRIVATE_HEADERS
   zed/snmp/TSnmpAnswers.h
   zed/snmp/TSnmpCallBook.h
   zed/snmp/TSnmpJobs.h
+  zed/mib/TMibFaults.h
+  zed/mib/TMibSyntax.h
+  zed/mib/TMibDictionaryParts.h
   kel/config/KELFileWriter.h
   kel/config/KELNameIndex.h
   kel/config/KELSectionMerge.h

@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+/// What the parser said during one read, judged into the faults of the modules read.
 class TMibFaultLog {
 public:
     /// The module named whose reading the messages heard from now on come from.

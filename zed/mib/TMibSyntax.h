@@ -8,6 +8,7 @@
 
 #include <string>
 
+/// How an object's values are presented and carried.
 struct TMibPresentation {
     std::string type;    // a built-in type's name; empty with an enumeration
     std::string syntax;  // the binding's syntax ("DisplayString", "RowStatus", ...)

@@ -199,6 +199,26 @@ std::optional<std::string> ZedSnmpTextOctets(std::string_view text, ZedSnmpSynta
     }
 }
 
+namespace {
+
+// Octets as their syntax or hint shows them; a DateAndTime as the time it is.
+std::optional<std::string> OctetsShown(const std::string& octets, ZedSnmpSyntax syntax, std::string_view hint,
+                                       std::string* error)
+{
+    if (syntax == ZedSnmpSyntax::DateAndTime) {
+        const auto when = ZedDateAndTime(octets);
+        if (!when) {
+            Fail(error, "the " + std::to_string(octets.size()) + " octets " + Hex(octets) + " are no DateAndTime");
+            return std::nullopt;
+        }
+        return TAbsTime::Format(*when);
+    }
+    const auto hinted = hint.empty() ? std::nullopt : ZedHintOctets(octets, hint);
+    return hinted ? *hinted : ZedSnmpOctetsText(octets, syntax);
+}
+
+}  // namespace
+
 TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmpSyntax syntax, unsigned int id,
                          std::string* error, const std::function<std::string(const ZedOid&)>& nameOf,
                          std::string_view hint)
@@ -227,18 +247,10 @@ TValuePtr ZedSnmpToValue(const TSnmpDatum& datum, const TDictType& type, ZedSnmp
     case Kind::Counter32:
     case Kind::Counter64: text = std::to_string(datum.number); break;
     case Kind::Octets: {
-        if (syntax == ZedSnmpSyntax::DateAndTime) {
-            const auto when = ZedDateAndTime(datum.octets);
-            if (!when) {
-                Fail(error, "the " + std::to_string(datum.octets.size()) + " octets " + Hex(datum.octets)
-                                + " are no DateAndTime");
-                return nullptr;
-            }
-            text = TAbsTime::Format(*when);
-            break;
-        }
-        const auto hinted = hint.empty() ? std::nullopt : ZedHintOctets(datum.octets, hint);
-        text = hinted ? *hinted : ZedSnmpOctetsText(datum.octets, syntax);
+        std::optional<std::string> shown = OctetsShown(datum.octets, syntax, hint, error);
+        if (!shown)
+            return nullptr;
+        text = std::move(*shown);
         break;
     }
     case Kind::ObjectId: {
