@@ -21,6 +21,7 @@ set(KEL_PRIVATE_HEADERS
   zed/mib/TMibFaults.h
   zed/mib/TMibSyntax.h
   zed/mib/TMibDictionaryParts.h
+  zed/value/ZedCivilDate.h
   kel/config/KELFileWriter.h
   kel/config/KELNameIndex.h
   kel/config/KELSectionMerge.h

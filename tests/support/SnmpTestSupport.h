@@ -5,7 +5,11 @@
 // test's own event loop (net-snmp's tools, the hostile agent), and turns of
 // a module until something holds.
 
+#include "zed/TApplication.h"
+#include "zed/call/TCall.h"
 #include "zed/call/ZedWaitSet.h"
+#include "zed/value/TAttribute.h"
+#include "zed/value/TValueParser.h"
 #include "zed/snmp/TSnmpLocalAgent.h"
 #include "zed/snmp/TSnmpModule.h"
 
@@ -20,6 +24,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <vector>
@@ -146,4 +151,45 @@ inline int RunBeside(TSnmpModule& module, std::vector<std::string> args)
     TurnUntil(module, [&] { return (ended = child.Ended()).has_value(); });
     module.ProcessReady();
     return ended.value_or(-1);
+}
+
+// Carries a directive out through the call layer, as a form does; values as
+// a person types them (attribute values for Set and Create, arguments else).
+inline TSyncCall CallAs(const TDictionary& dictionary, const std::string& entity, const std::string& directive,
+                        const std::map<std::string, std::string>& values = {})
+{
+    const TEntitySpec spec(entity);
+    const TDictClass* cls = dictionary.FindClass(spec.GetEntityClass());
+    const TDictDirective* d = cls->FindDirective(directive);
+    TSyncCall call(spec, d->GetID());
+    for (const auto& [name, text] : values) {
+        const TDictValue* element = d->TakesAttributes() ? static_cast<const TDictValue*>(cls->FindAttribute(name))
+                                                         : d->FindRequestArgument(name);
+        call.GetRequest().Add(ZEDParseValue(element->GetType(), text, element->GetID(), {&dictionary, cls}));
+    }
+    call.Execute();
+    return call;
+}
+
+// The value of an attribute in the reply selected, as text.
+inline std::string AttributeOf(const TCall& call, const std::string& name)
+{
+    const auto* list = static_cast<const TAttributeList*>(call.GetReply().FindFirst(ZED_DT_ATTRIBUTELIST));
+    if (!list)
+        return "(no attributes: " + call.GetReply().ToString() + ")";
+    for (std::size_t i = 0; i < list->Size(); ++i)
+        if (list->At(i).GetAttributeID().GetName() == name)
+            return list->At(i).GetValue().ToString();
+    return "(no " + name + ")";
+}
+
+// A module of the agents on the dictionary, receiving on a free loopback
+// port when asked, made the application's default as a host makes it.
+inline std::shared_ptr<TSnmpModule> InstallForTest(const TDictionaryPtr& dictionary, TSnmpAgents agents, bool receive)
+{
+    agents.receiverAddress = "udp:127.0.0.1:0";
+    auto module = std::make_shared<TSnmpModule>(dictionary, std::move(agents), receive);
+    ZEDGetApplication()->SetDictionary(dictionary);
+    ZEDGetApplication()->SetDefaultModule(module);
+    return module;
 }

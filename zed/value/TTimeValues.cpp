@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/value/TTimeValues.h"
+#include "zed/value/ZedCivilDate.h"
 
 #include <chrono>
 #include <cstdio>
@@ -11,30 +12,6 @@ constexpr std::int64_t kMsPerDay = 86400 * kMsPerSecond;
 // 0000-01-01 and 10000-01-01 in days from the epoch.
 constexpr std::int64_t kFirstDay = -719528;
 constexpr std::int64_t kEndDay = 2932897;
-
-// Days from 1970-01-01 of a proleptic Gregorian date (H. Hinnant's algorithm).
-std::int64_t DaysFromCivil(std::int64_t y, unsigned m, unsigned d)
-{
-    y -= m <= 2;
-    const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const unsigned yoe = static_cast<unsigned>(y - era * 400);
-    const unsigned doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
-    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + static_cast<std::int64_t>(doe) - 719468;
-}
-
-void CivilFromDays(std::int64_t z, std::int64_t& y, unsigned& m, unsigned& d)
-{
-    z += 719468;
-    const std::int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-    const unsigned doe = static_cast<unsigned>(z - era * 146097);
-    const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
-    const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
-    const unsigned mp = (5 * doy + 2) / 153;
-    d = doy - (153 * mp + 2) / 5 + 1;
-    m = mp < 10 ? mp + 3 : mp - 9;
-    y = static_cast<std::int64_t>(yoe) + era * 400 + (m <= 2);
-}
 
 // A small cursor over the text being parsed.
 struct Scanner {
@@ -147,11 +124,11 @@ std::optional<std::int64_t> TAbsTime::Parse(std::string_view text)
         return std::nullopt;
     if (mo < 1 || mo > 12 || d < 1 || d > 31)
         return std::nullopt;
-    const std::int64_t days = DaysFromCivil(y, static_cast<unsigned>(mo), static_cast<unsigned>(d));
+    const std::int64_t days = ZedDaysFromCivil(y, static_cast<unsigned>(mo), static_cast<unsigned>(d));
     // Refuse dates that do not exist (31 April): they would come back as another day.
     std::int64_t yy;
     unsigned mm, dd;
-    CivilFromDays(days, yy, mm, dd);
+    ZedCivilFromDays(days, yy, mm, dd);
     if (yy != y || mm != mo || dd != d)
         return std::nullopt;
     std::int64_t clock = 0;
@@ -174,7 +151,7 @@ std::string TAbsTime::Format(std::int64_t milliseconds)
         return "(time out of range)";
     std::int64_t y;
     unsigned m, d;
-    CivilFromDays(days, y, m, d);
+    ZedCivilFromDays(days, y, m, d);
     std::string text;
     text.reserve(23);
     AppendDigits(text, y, 4);

@@ -1,5 +1,6 @@
 // SPDX-License-Identifier: BSD-3-Clause
 #include "zed/value/ZedDisplayHint.h"
+#include "zed/value/ZedCivilDate.h"
 
 #include <cctype>
 #include <charconv>
@@ -100,16 +101,6 @@ bool Fail(std::string* why, std::string reason)
     if (why)
         *why = std::move(reason);
     return false;
-}
-
-std::int64_t DaysFromCivil(std::int64_t y, unsigned m, unsigned d)
-{
-    y -= m <= 2;
-    const std::int64_t era = (y >= 0 ? y : y - 399) / 400;
-    const auto yoe = static_cast<unsigned>(y - era * 400);
-    const unsigned doy = (153 * (m + (m > 2 ? -3 : 9)) + 2) / 5 + d - 1;
-    const unsigned doe = yoe * 365 + yoe / 4 - yoe / 100 + doy;
-    return era * 146097 + static_cast<std::int64_t>(doe) - 719468;
 }
 
 }  // namespace
@@ -231,7 +222,7 @@ std::optional<std::int64_t> ZedDateAndTime(std::string_view octets)
                    tenth = at(7);
     if (month < 1 || month > 12 || day < 1 || day > 31 || hour > 23 || minute > 59 || second > 60 || tenth > 9)
         return std::nullopt;
-    std::int64_t ms = ((DaysFromCivil(year, month, day) * 24 + hour) * 60 + minute) * 60000
+    std::int64_t ms = ((ZedDaysFromCivil(year, month, day) * 24 + hour) * 60 + minute) * 60000
                       + static_cast<std::int64_t>(second) * 1000 + tenth * 100;
     if (octets.size() == 11) {
         const char direction = octets[8];
@@ -252,16 +243,9 @@ std::string ZedDateAndTimeOctets(std::int64_t milliseconds)
         rest += kMsPerDay;
         --days;
     }
-    // Civil date from days since 1970 (H. Hinnant's algorithm).
-    const std::int64_t z = days + 719468;
-    const std::int64_t era = (z >= 0 ? z : z - 146096) / 146097;
-    const auto doe = static_cast<unsigned>(z - era * 146097);
-    const unsigned yoe = (doe - doe / 1460 + doe / 36524 - doe / 146096) / 365;
-    const unsigned doy = doe - (365 * yoe + yoe / 4 - yoe / 100);
-    const unsigned mp = (5 * doy + 2) / 153;
-    const unsigned day = doy - (153 * mp + 2) / 5 + 1;
-    const unsigned month = mp < 10 ? mp + 3 : mp - 9;
-    const std::int64_t year = static_cast<std::int64_t>(yoe) + era * 400 + (month <= 2);
+    std::int64_t year = 0;
+    unsigned month = 0, day = 0;
+    ZedCivilFromDays(days, year, month, day);
     const auto octet = [](std::int64_t v) { return static_cast<char>(v & 0xff); };
     return {octet(year >> 8),
             octet(year),

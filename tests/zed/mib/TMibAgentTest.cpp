@@ -34,11 +34,7 @@ protected:
         ASSERT_TRUE(modules.failed.empty());
         dictionary = TDictionary::Parse(TMibCompiler::Compile(modules).json, "compiled");
         agent = std::make_unique<TSnmpLocalAgent>(TSnmpLocalAgent::Options{});
-        TSnmpAgents agents = agent->MakeAgents(TSnmpAgent::Version::V2c);
-        agents.receiverAddress = "udp:127.0.0.1:0";
-        module = std::make_shared<TSnmpModule>(dictionary, std::move(agents), true);
-        ZEDGetApplication()->SetDictionary(dictionary);
-        ZEDGetApplication()->SetDefaultModule(module);
+        module = InstallForTest(dictionary, agent->MakeAgents(TSnmpAgent::Version::V2c), true);
     }
 
     void TearDown() override { ZEDGetApplication()->SetDefaultModule(nullptr); }
@@ -46,29 +42,10 @@ protected:
     TSyncCall Call(const std::string& entity, const std::string& directive,
                    const std::map<std::string, std::string>& values = {})
     {
-        const TEntitySpec spec(entity);
-        const TDictClass* cls = dictionary->FindClass(spec.GetEntityClass());
-        const TDictDirective* d = cls->FindDirective(directive);
-        TSyncCall call(spec, d->GetID());
-        for (const auto& [name, text] : values) {
-            const TDictAttribute* attribute = cls->FindAttribute(name);
-            call.GetRequest().Add(
-                ZEDParseValue(attribute->GetType(), text, attribute->GetID(), {dictionary.get(), cls}));
-        }
-        call.Execute();
-        return call;
+        return CallAs(*dictionary, entity, directive, values);
     }
 
-    static std::string Attribute(const TCall& call, const std::string& name)
-    {
-        const auto* list = static_cast<const TAttributeList*>(call.GetReply().FindFirst(ZED_DT_ATTRIBUTELIST));
-        if (!list)
-            return "(no attributes: " + call.GetReply().ToString() + ")";
-        for (std::size_t i = 0; i < list->Size(); ++i)
-            if (list->At(i).GetAttributeID().GetName() == name)
-                return list->At(i).GetValue().ToString();
-        return "(no " + name + ")";
-    }
+    static std::string Attribute(const TCall& call, const std::string& name) { return AttributeOf(call, name); }
 
     TDictionaryPtr dictionary;
     std::unique_ptr<TSnmpLocalAgent> agent;

@@ -39,43 +39,19 @@ protected:
 
     void Use(TSnmpAgents agents, bool receive = false)
     {
-        agents.receiverAddress = "udp:127.0.0.1:0";
         dictionary = TDictionary::Load(SnmpFile("dictionary.json"));
-        module = std::make_shared<TSnmpModule>(dictionary, std::move(agents), receive);
-        ZEDGetApplication()->SetDictionary(dictionary);
-        ZEDGetApplication()->SetDefaultModule(module);
+        module = InstallForTest(dictionary, std::move(agents), receive);
     }
 
     void TearDown() override { ZEDGetApplication()->SetDefaultModule(nullptr); }
 
-    // Carries a directive out through the call layer, as a form does; values
-    // as a person types them.
     TSyncCall Call(const std::string& entity, const std::string& directive,
                    const std::map<std::string, std::string>& values = {})
     {
-        const TEntitySpec spec(entity);
-        const TDictClass* cls = dictionary->FindClass(spec.GetEntityClass());
-        const TDictDirective* d = cls->FindDirective(directive);
-        TSyncCall call(spec, d->GetID());
-        for (const auto& [name, text] : values) {
-            const TDictValue* element = d->TakesAttributes() ? static_cast<const TDictValue*>(cls->FindAttribute(name))
-                                                             : d->FindRequestArgument(name);
-            call.GetRequest().Add(ZEDParseValue(element->GetType(), text, element->GetID(), {dictionary.get(), cls}));
-        }
-        call.Execute();
-        return call;
+        return CallAs(*dictionary, entity, directive, values);
     }
 
-    static std::string Attribute(const TCall& call, const std::string& name)
-    {
-        const auto* list = static_cast<const TAttributeList*>(call.GetReply().FindFirst(ZED_DT_ATTRIBUTELIST));
-        if (!list)
-            return "(no attributes: " + call.GetReply().ToString() + ")";
-        for (std::size_t i = 0; i < list->Size(); ++i)
-            if (list->At(i).GetAttributeID().GetName() == name)
-                return list->At(i).GetValue().ToString();
-        return "(no " + name + ")";
-    }
+    static std::string Attribute(const TCall& call, const std::string& name) { return AttributeOf(call, name); }
 
     static std::string Reason(const TCall& call) { return call.GetReply()[1].ToString(); }
 
