@@ -22,6 +22,7 @@
 #include <QCloseEvent>
 #include <QDockWidget>
 #include <QFileInfo>
+#include <QInputDialog>
 #include <QMenuBar>
 #include <QPushButton>
 #include <QShortcut>
@@ -279,6 +280,27 @@ void KelBrowserWindow::BuildMenus()
     QMenu* help = menuBar()->addMenu(QString::fromStdString("&" + KELResources::String(KELString::kHelp)));
     help->addAction(QStringLiteral("&Help on the focused field"), QKeySequence::HelpContents, this,
                     [this] { ShowHelp(); });
+}
+
+void KelBrowserWindow::SetMibLoader(MibLoader loader)
+{
+    const bool first = !m_mibLoader;
+    m_mibLoader = std::move(loader);
+    if (!first || menuBar()->actions().isEmpty())
+        return;
+    QMenu* menu = menuBar()->actions().front()->menu();
+    auto* load = new QAction(QStringLiteral("Load &MIB Module..."), menu);
+    // Before Quit, which ends the menu.
+    menu->insertAction(menu->actions().isEmpty() ? nullptr : menu->actions().back(), load);
+    connect(load, &QAction::triggered, this, [this] {
+        bool given = false;
+        const QString module =
+            QInputDialog::getText(this, QStringLiteral("Load MIB Module"),
+                                  QStringLiteral("A MIB module's name (IF-MIB), or the path of its file:"),
+                                  QLineEdit::Normal, QString(), &given);
+        if (given && !module.trimmed().isEmpty())
+            LoadMibModule(module.trimmed().toStdString());
+    });
 }
 
 void KelBrowserWindow::BuildWorkspaceMenu()

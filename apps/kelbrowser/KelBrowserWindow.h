@@ -71,6 +71,13 @@ public:
     QTabWidget* GetEventLists() const;
     KELEventLists* GetEvents() const { return m_outputs->GetEvents(); }
     void WatchNotifications(std::function<std::string()> summary) { m_outputs->WatchSummary(std::move(summary)); }
+
+    // Loads a MIB module (a name, or a file by its path) into the network's
+    // dictionary; false, said in the console, when it cannot be compiled.
+    using MibLoader = std::function<bool(const std::string& module)>;
+    // Offers Load MIB Module in the Workspace menu from now on.
+    void SetMibLoader(MibLoader loader);
+    bool LoadMibModule(const std::string& module) { return m_mibLoader && m_mibLoader(module); }
     void ShowOutput(const QString& title) { m_outputs->ShowTab(title); }
 
     KELDocumentArea* GetDocuments() const { return m_documents; }
@@ -111,6 +118,7 @@ private:
     void WorkspaceChanged(bool changed);
 
     const TDictionary& m_dictionary;
+    MibLoader m_mibLoader;
     KELConfigContext* m_context;  // the application object's
     EntityLister m_lister;
     IConsole* m_console = nullptr;

@@ -28,6 +28,7 @@
 // display without --tour, 3 the network or KEL could not be loaded.
 
 #include "KelBrowserWindow.h"
+#include "MibSettings.h"
 #include "ShippedNetwork.h"
 #include "ToolOptions.h"
 #include "kel/console/IConsole.h"
@@ -192,7 +193,12 @@ struct Network {
     TMibLoaded mibs;           // the MIB modules compiled in, and their faults
 };
 
-Network InstallNetwork(const Options& options)
+std::string DictionaryOf(const Options& options)
+{
+    return options.dictionary.empty() ? ShippedNetworkFile("../snmp/dictionary.json") : options.dictionary;
+}
+
+Network InstallNetwork(const Options& options, const TMibChoice& mibs)
 {
     Network network;
     if (options.agents.empty()) {
@@ -201,11 +207,8 @@ Network InstallNetwork(const Options& options)
                                        NetworkFileOption(options.instances, "ZED_INSTANCES", "instances.json"));
         return network;
     }
-    const std::string dictionary =
-        options.dictionary.empty() ? ShippedNetworkFile("../snmp/dictionary.json") : options.dictionary;
     // The agents are reached even when their notifications cannot be received.
-    TSnmpInstall install =
-        ZedInstallSnmp(dictionary, options.agents, TMibChoice::FromCommandLine(options.mibDirs, options.mibs), true);
+    TSnmpInstall install = ZedInstallSnmp(DictionaryOf(options), options.agents, mibs, true);
     network.snmp = install.module;
     network.notReceiving = std::move(install.notReceiving);
     network.mibs = std::move(install.mibs);
@@ -226,20 +229,57 @@ KelBrowserWindow::EntityLister ListerFor(const Network& network)
 }
 
 // What became of the MIB modules: each fault a console line, the rest in the trace.
-void SayMibs(KelBrowserWindow& window, const Network& network)
+void SayMibs(KelBrowserWindow& window, const TMibLoaded& mibs)
 {
     constexpr std::size_t kMostLines = 20;
-    const std::vector<TMibFault>& faults = network.mibs.faults;
+    const std::vector<TMibFault>& faults = mibs.faults;
     for (std::size_t i = 0; i < faults.size() && i < kMostLines; ++i)
         window.SetMessage(faults[i].fatal ? KEL_SEVERITY_PROBLEM : KEL_SEVERITY_INFORMATION,
                           "MIB module: " + faults[i].Said());
     if (faults.size() > kMostLines)
         window.SetMessage(KEL_SEVERITY_INFORMATION, "MIB modules: " + std::to_string(faults.size() - kMostLines)
                                                         + " more faults (zedsh mib names each)");
-    if (!network.mibs.loaded.empty())
-        window.SetMessage(KEL_SEVERITY_INFORMATION, "MIB modules loaded: " + std::to_string(network.mibs.loaded.size())
-                                                        + " (" + std::to_string(network.mibs.classes) + " classes, "
-                                                        + std::to_string(network.mibs.events) + " events)");
+    if (!mibs.loaded.empty())
+        window.SetMessage(KEL_SEVERITY_INFORMATION, "MIB modules loaded: " + std::to_string(mibs.loaded.size()) + " ("
+                                                        + std::to_string(mibs.classes) + " classes, "
+                                                        + std::to_string(mibs.events) + " events)");
+}
+
+// The status the window's event loop ends with to be made again, with the
+// modules loaded since added: the dictionary, the module and the window
+// stand on each other, and are made again together.
+constexpr int kReload = 64;
+
+// Load MIB Module: compiled first, kept in the settings and made part of the
+// network only when it compiles.
+// What the windows made one after another share: the modules chosen, and
+// the one loaded last, said in the next window.
+struct MibSession {
+    TMibChoice mibs;
+    std::string loaded;
+};
+
+KelBrowserWindow::MibLoader LoaderFor(KelBrowserWindow& window, KELConfigContext* context, const Options& options,
+                                      MibSession& session)
+{
+    return [&window, context, &options, &session](const std::string& module) {
+        TMibChoice& mibs = session.mibs;
+        TMibChoice trial = mibs;
+        trial.Add(module);
+        const TMibLoaded tried = ZedLoadWithMibs(DictionaryOf(options), trial);
+        const bool byFile = module.find('/') != std::string::npos;
+        const std::string name = byFile ? TMibSearchPath::ModuleDefinedIn(module) : module;
+        if (std::find(tried.loaded.begin(), tried.loaded.end(), name) == tried.loaded.end()) {
+            SayMibs(window, {nullptr, {}, tried.failed, tried.faults, 0, 0});
+            window.SetMessage(KEL_SEVERITY_PROBLEM, "The MIB module " + module + " could not be loaded");
+            return false;
+        }
+        KeepMibModule(context, module);
+        mibs = std::move(trial);
+        session.loaded = name;
+        QApplication::exit(kReload);
+        return true;
+    };
 }
 
 void SayNotifications(KelBrowserWindow& window, const Network& network)
@@ -253,12 +293,17 @@ void SayNotifications(KelBrowserWindow& window, const Network& network)
 }
 
 int RunWindow(IApplication& kel, KELConfigContext* context, const Options& options, const Network& network,
-              const QElapsedTimer& sinceMain)
+              MibSession& session, const QElapsedTimer& sinceMain)
 {
     KelBrowserWindow window(*ZEDGetApplication()->GetDictionary(), context, ListerFor(network));
     kel.SetConsole(window.GetConsole());
-    SayMibs(window, network);
+    SayMibs(window, network.mibs);
     SayNotifications(window, network);
+    if (network.snmp)
+        window.SetMibLoader(LoaderFor(window, context, options, session));
+    if (!session.loaded.empty())
+        window.SetMessage(KEL_SEVERITY_DONE, "MIB module " + std::exchange(session.loaded, {})
+                                                 + " loaded, and kept in the settings for the next start");
     int status = 0;
     if (options.wantTour) {
         status = RunTour(window, options.tour);
@@ -292,21 +337,28 @@ int main(int argc, char** argv)
         return kToolExitUsage;
 
     QApplication application(argc, argv);
-    Network network;
-    try {
-        network = InstallNetwork(*options);
-    } catch (const TException& e) {
-        std::cerr << "kelbrowser: " << e.what() << "\n";
-        return 3;
-    }
     IApplication* kel = InitializeKEL("kelbrowser");
     if (!kel)
         return 3;
-    KELConfigContext* context = kel->DefineNewContext(network.snmp ? kSnmpContext : "kelbrowser");
+    KELConfigContext* context = kel->DefineNewContext(options->agents.empty() ? "kelbrowser" : kSnmpContext);
     // What was sent last time from each form; a first run has no files yet.
     std::string missing;
     context->LoadSystemAndUserConfig(missing);
-    int status = RunWindow(*kel, context, *options, network, sinceMain);
+    MibSession session{MibChoiceOf(context, options->mibDirs, options->mibs), {}};
+    int status = kReload;
+    while (status == kReload) {
+        // The module of the window before lets go of the notifications' address first.
+        ZEDGetApplication()->SetDefaultModule(nullptr);
+        Network network;
+        try {
+            network = InstallNetwork(*options, session.mibs);
+        } catch (const TException& e) {
+            std::cerr << "kelbrowser: " << e.what() << "\n";
+            DestroyKEL();
+            return 3;
+        }
+        status = RunWindow(*kel, context, *options, network, session, sinceMain);
+    }
     if (options->wantTour && RunSnmpTour(options->tour) != 0)
         status = 1;
     DestroyKEL();

@@ -3,6 +3,7 @@
 // the picks above, the tabs, the keyboard, the console's messages.
 
 #include "KelBrowserWindow.h"
+#include "MibSettings.h"
 #include "kel/config/IConfiguration.h"
 #include "kel/config/KELConfigContext.h"
 #include "kel/console/IConsole.h"
@@ -603,6 +604,22 @@ TEST_F(BrowserWindowTest, TheTextAndTheEventListsKeepTheirNewestAndSayHowManyWen
     EXPECT_EQ(text->maximumBlockCount(), 6) << "the events the Text gathers are bounded by the setting";
     ASSERT_EQ(window->GetEventLists()->count(), 1);
     EXPECT_THAT(window->GetEventLists()->tabText(0).toStdString(), HasSubstr(" older dropped)"));
+}
+
+}  // namespace
+
+namespace {
+
+// The modules Load MIB Module keeps are the settings' from then on, after
+// the folders and modules the settings and the command line name.
+TEST_F(ContextFixture, MibModulesLoadedAreKeptInTheSettings)
+{
+    KeepMibModule(context, "KEL-TEST-MIB");
+    KeepMibModule(context, "/opt/mibs/VENDOR-MIB.txt");
+    const TMibChoice choice = MibChoiceOf(context, "/opt/mibs", "SNMPv2-MIB");
+    EXPECT_EQ(choice.path.Folders(), std::vector<std::string>{"/opt/mibs"}) << "the command line's folders";
+    EXPECT_EQ(choice.modules, (std::vector<std::string>{"SNMPv2-MIB", "KEL-TEST-MIB", "/opt/mibs/VENDOR-MIB.txt"}));
+    EXPECT_TRUE(choice.quiet.empty()) << "modules named are said when they fail";
 }
 
 }  // namespace

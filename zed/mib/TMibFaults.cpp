@@ -131,7 +131,8 @@ void TMibFaultLog::Add(TMibFault fault)
     if (!fault.file.empty())
         fault.file = Normal(fault.file);
     const auto same = [&fault](const TMibFault& known) {
-        return known.file == fault.file && known.line == fault.line && known.text == fault.text;
+        return known.module == fault.module && known.file == fault.file && known.line == fault.line
+               && known.text == fault.text;
     };
     if (std::none_of(m_faults.begin(), m_faults.end(), same))
         m_faults.push_back(std::move(fault));

@@ -99,11 +99,12 @@ TEST(MibReader, AFaultFailsItsModuleAloneAndNamesFileAndLine)
     path.Apply("+" + dir.Path());
 
     testing::internal::CaptureStderr();
-    const TMibModules read = TMibReader::Read(path, {"BAD-MIB", "NO-SUCH-MIB", "GOOD-MIB", "LACKING-MIB"});
+    const TMibModules read =
+        TMibReader::Read(path, {"BAD-MIB", "NO-SUCH-MIB", "GOOD-MIB", "LACKING-MIB", "NOR-THIS-MIB"});
     EXPECT_THAT(testing::internal::GetCapturedStderr(), IsEmpty()) << "the parser's words are faults, not printed";
 
     EXPECT_THAT(read.loaded, ElementsAre("GOOD-MIB", "LACKING-MIB"));
-    EXPECT_THAT(read.failed, ElementsAre("BAD-MIB", "NO-SUCH-MIB"));
+    EXPECT_THAT(read.failed, ElementsAre("BAD-MIB", "NO-SUCH-MIB", "NOR-THIS-MIB"));
     EXPECT_EQ(read.Find("badFirst"), nullptr) << "nothing of a failed module is half-added";
     ASSERT_NE(read.Find("goodValue"), nullptr);
     ASSERT_NE(read.Find("lackingValue"), nullptr);
@@ -117,6 +118,7 @@ TEST(MibReader, AFaultFailsItsModuleAloneAndNamesFileAndLine)
     };
     EXPECT_TRUE(has("E " + (dir / "BAD-MIB.txt") + ":9: Bad syntax")) << ::testing::PrintToString(said);
     EXPECT_TRUE(has("E NO-SUCH-MIB: no file of the MIB search path defines it (")) << ::testing::PrintToString(said);
+    EXPECT_TRUE(has("E NOR-THIS-MIB: no file")) << "each module's own fault, though their words are the same";
     EXPECT_TRUE(has("W " + (dir / "LACKING-MIB.txt") + ":3: imports from HCNUM-TC, which no file"))
         << ::testing::PrintToString(said);
     EXPECT_TRUE(has("W " + (dir / "LACKING-MIB.txt") + ": CounterBasedGauge64 is imported, but no module read"))
