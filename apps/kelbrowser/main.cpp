@@ -228,17 +228,22 @@ KelBrowserWindow::EntityLister ListerFor(const Network& network)
     return [names] { return KelBrowserWindow::ListByClass(*ZEDGetApplication()->GetDictionary(), names); };
 }
 
-// What became of the MIB modules: each fault a console line, the rest in the trace.
-void SayMibs(KelBrowserWindow& window, const TMibLoaded& mibs)
+// Faults of MIB modules, each a console line (the first few; the rest are zedsh mib's to name).
+void SayMibFaults(KelBrowserWindow& window, const std::vector<TMibFault>& faults)
 {
     constexpr std::size_t kMostLines = 20;
-    const std::vector<TMibFault>& faults = mibs.faults;
     for (std::size_t i = 0; i < faults.size() && i < kMostLines; ++i)
         window.SetMessage(faults[i].fatal ? KEL_SEVERITY_PROBLEM : KEL_SEVERITY_INFORMATION,
                           "MIB module: " + faults[i].Said());
     if (faults.size() > kMostLines)
         window.SetMessage(KEL_SEVERITY_INFORMATION, "MIB modules: " + std::to_string(faults.size() - kMostLines)
                                                         + " more faults (zedsh mib names each)");
+}
+
+// What became of the MIB modules: the faults, and what was loaded.
+void SayMibs(KelBrowserWindow& window, const TMibLoaded& mibs)
+{
+    SayMibFaults(window, mibs.faults);
     if (!mibs.loaded.empty())
         window.SetMessage(KEL_SEVERITY_INFORMATION, "MIB modules loaded: " + std::to_string(mibs.loaded.size()) + " ("
                                                         + std::to_string(mibs.classes) + " classes, "
@@ -270,7 +275,7 @@ KelBrowserWindow::MibLoader LoaderFor(KelBrowserWindow& window, KELConfigContext
         const bool byFile = module.find('/') != std::string::npos;
         const std::string name = byFile ? TMibSearchPath::ModuleDefinedIn(module) : module;
         if (std::find(tried.loaded.begin(), tried.loaded.end(), name) == tried.loaded.end()) {
-            SayMibs(window, {nullptr, {}, tried.failed, tried.faults, 0, 0});
+            SayMibFaults(window, tried.faults);
             window.SetMessage(KEL_SEVERITY_PROBLEM, "The MIB module " + module + " could not be loaded");
             return false;
         }

@@ -107,6 +107,9 @@ TEST(Zedsh, MibModulesAreCompiledAndTheirFaultsSaid)
     EXPECT_EQ(rows.exitCode, 0) << rows.out << rows.err;
     EXPECT_THAT(rows.out, HasSubstr("Agent core-r-1 sysORTable 1  at "));
     EXPECT_THAT(rows.out, HasSubstr("      sysORDescr = "));
+    // Values are named from the modules' nodes too, not only from the dictionary's classes.
+    const ProgramRun named = Zedsh("--agents " + agents + dirs + " --mibs NET-SNMP-MIB call 'Agent core-r-1' Show");
+    EXPECT_THAT(named.out, HasSubstr("Object ID = 1.3.6.1.4.1.8072.3.2.10 (netSnmpAgentOIDs.10)")) << named.err;
 }
 
 TEST(Zedsh, ValidatePrintsEveryFaultWithFileAndPath)

@@ -55,6 +55,8 @@ TMibLoaded ZedLoadWithMibs(const std::string& dictionaryPath, const TMibChoice& 
     const TMibModules modules = TMibReader::Read(choice.path, choice.modules);
     out.loaded = modules.loaded;
     out.failed = modules.failed;
+    for (const TMibNode& node : modules.nodes)
+        out.names.emplace_back(node.oid, node.name);
     TMibCompilation compiled = TMibCompiler::Compile(modules, base, choice.options);
     std::vector<TMibFault> faults = modules.faults;
     faults.insert(faults.end(), compiled.warnings.begin(), compiled.warnings.end());
@@ -102,6 +104,7 @@ TSnmpInstall ZedInstallSnmp(const std::string& dictionaryPath, const std::string
         install.module = std::make_shared<TSnmpModule>(install.mibs.dictionary, std::move(agents), false);
         install.notReceiving = e.what();
     }
+    install.module->NameOids(install.mibs.names);
     ZEDGetApplication()->SetDictionary(install.mibs.dictionary);
     ZEDGetApplication()->SetDefaultModule(install.module);
     return install;

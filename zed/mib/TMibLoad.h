@@ -41,6 +41,8 @@ struct ZED_EXPORT TMibLoaded {
     std::vector<TMibFault> faults;
     std::size_t classes = 0;
     std::size_t events = 0;
+    /// Every node read (of the modules and what they import), by its descriptor.
+    std::vector<std::pair<ZedOid, std::string>> names;
 };
 
 /// The dictionary file with the chosen modules compiled in below its agent

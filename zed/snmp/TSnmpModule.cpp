@@ -314,6 +314,12 @@ TSnmpNotificationCounts TSnmpModule::GetNotificationCounts() const
     return counts;
 }
 
+void TSnmpModule::NameOids(const std::vector<std::pair<ZedOid, std::string>>& names)
+{
+    for (const auto& [oid, name] : names)
+        m_pImpl->names.Name(oid, name);
+}
+
 std::vector<TCallResult> TSnmpModule::TakeEvents() { return std::exchange(m_pImpl->events, {}); }
 
 void TSnmpModule::SetEventListener(EventListener listener) { m_pImpl->listener = std::move(listener); }

@@ -59,6 +59,10 @@ public:
     void AddWaitSet(ZedWaitSet& set) const override;
     void ProcessReady() override;
 
+    /// Names OIDs the dictionary does not, for values and notifications (the
+    /// nodes of the MIB modules read: "1.3.6.1.4.1.8072.3.2.10 (linux)").
+    void NameOids(const std::vector<std::pair<ZedOid, std::string>>& names);
+
     std::vector<TCallResult> TakeEvents() override;
     void SetEventListener(EventListener listener) override;
 

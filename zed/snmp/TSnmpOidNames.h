@@ -19,6 +19,10 @@ public:
     /// rest in numbers: "Interface Description.2"; empty when it knows none.
     std::string NameOf(const ZedOid& oid) const;
 
+    /// Names an OID the dictionary does not (a MIB module's node); the
+    /// dictionary's own names stay.
+    void Name(const ZedOid& oid, const std::string& name) { m_names.emplace(oid, name); }
+
 private:
     void Add(const TDictClass& cls);
 
