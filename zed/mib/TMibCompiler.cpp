@@ -483,6 +483,7 @@ TMibCompilation TMibCompiler::Compile(const TMibModules& modules, std::string_vi
     }
     TMibCompilation out;
     Compiler(modules, doc, options, out).Run();
-    out.json = doc.dump(options.indent);
+    // The reader gives UTF-8; what still is not is replaced, never a reason to fail.
+    out.json = doc.dump(options.indent, ' ', false, json::error_handler_t::replace);
     return out;
 }

@@ -68,6 +68,43 @@ ZedMibStatus StatusOf(int status)
     return ZedMibStatus::Current;
 }
 
+// SMI text is ASCII, but vendors write descriptions in Latin-1 too: text
+// that is not UTF-8 is read as Latin-1, so that nothing of it is lost or
+// taken for something else.
+std::string Utf8(std::string_view text)
+{
+    std::size_t at = 0;
+    while (at < text.size()) {
+        const auto lead = static_cast<unsigned char>(text[at]);
+        const std::size_t length = lead < 0x80           ? 1
+                                   : (lead >> 5) == 0x6  ? 2
+                                   : (lead >> 4) == 0xe  ? 3
+                                   : (lead >> 3) == 0x1e ? 4
+                                                         : 0;
+        bool valid = length > 0 && at + length <= text.size();
+        for (std::size_t i = 1; valid && i < length; ++i)
+            valid = (static_cast<unsigned char>(text[at + i]) & 0xc0) == 0x80;
+        if (!valid)
+            break;
+        at += length;
+    }
+    if (at == text.size())
+        return std::string(text);
+    std::string latin1;
+    for (char c : text) {
+        const auto octet = static_cast<unsigned char>(c);
+        if (octet < 0x80) {
+            latin1 += c;
+        } else {
+            latin1 += static_cast<char>(0xc0 | (octet >> 6));
+            latin1 += static_cast<char>(0x80 | (octet & 0x3f));
+        }
+    }
+    return latin1;
+}
+
+std::string Text(const char* text) { return text ? Utf8(text) : std::string(); }
+
 // A description's lines without the indentation of the text around it.
 std::string PlainText(const char* text)
 {
@@ -83,7 +120,7 @@ std::string PlainText(const char* text)
             line.remove_suffix(1);
         plain.append(plain.empty() ? "" : "\n").append(line);
     }
-    return plain;
+    return Utf8(plain);
 }
 
 bool IsEntry(const tree& node) { return node.indexes || node.augments; }
@@ -115,12 +152,12 @@ void ReadSyntax(const tree& node, TMibNode& out)
     out.syntax = SyntaxOfType(node.type);
     if (node.tc_index >= 0)
         if (const char* convention = get_tc_descriptor(node.tc_index))
-            out.convention = convention;
-    out.hint = node.hint ? node.hint : "";
-    out.units = node.units ? node.units : "";
-    out.defval = node.defaultValue ? node.defaultValue : "";
+            out.convention = Utf8(convention);
+    out.hint = Text(node.hint);
+    out.units = Text(node.units);
+    out.defval = Text(node.defaultValue);
     for (const enum_list* item = node.enums; item; item = item->next)
-        out.numbers.push_back({item->value, item->label ? item->label : ""});
+        out.numbers.push_back({item->value, Text(item->label)});
     for (const range_list* range = node.ranges; range; range = range->next)
         out.ranges.push_back({range->low, range->high});
     // net-snmp lists named numbers last first.
@@ -131,7 +168,7 @@ void ReadSyntax(const tree& node, TMibNode& out)
 TMibNode NodeOf(const tree& node, ZedOid oid, std::string module)
 {
     TMibNode out;
-    out.name = node.label ? node.label : "";
+    out.name = Text(node.label);
     out.module = std::move(module);
     out.oid = std::move(oid);
     out.kind = KindOf(node);
@@ -141,12 +178,12 @@ TMibNode NodeOf(const tree& node, ZedOid oid, std::string module)
     if (out.kind == ZedMibKind::Scalar || out.kind == ZedMibKind::Column)
         ReadSyntax(node, out);
     for (const index_list* index = node.indexes; index; index = index->next) {
-        out.index.push_back(index->ilabel ? index->ilabel : "");
+        out.index.push_back(Text(index->ilabel));
         out.implied = index->isimplied != 0;
     }
-    out.augments = node.augments ? node.augments : "";
+    out.augments = Text(node.augments);
     for (const varbind_list* object = node.varbinds; object; object = object->next)
-        out.objects.push_back(object->vblabel ? object->vblabel : "");
+        out.objects.push_back(Text(object->vblabel));
     return out;
 }
 
@@ -216,9 +253,9 @@ private:
     std::string ModuleOf(const tree& node) const
     {
         char name[kModuleNameBytes] = {};
-        std::string first = module_name(node.modid, name);
+        std::string first = Utf8(module_name(node.modid, name));
         for (int i = 0; i < node.number_modules && node.module_list; ++i)
-            if (std::string module = module_name(node.module_list[i], name); m_named.count(module))
+            if (std::string module = Utf8(module_name(node.module_list[i], name)); m_named.count(module))
                 return module;
         return first;
     }

@@ -87,7 +87,10 @@ TEST(MibReader, AFaultFailsItsModuleAloneAndNamesFileAndLine)
 {
     KEL_NEEDS_ERLANG_MIBS();
     TempDir dir;
-    TempDir::Write(dir / ("GOOD-MIB.txt"), Module("GOOD-MIB", Scalar("goodValue", 990)));
+    // A vendor's description in Latin-1 ("Kühler"): read as such, not lost.
+    std::string latin1 = Scalar("goodValue", 990);
+    latin1.replace(latin1.find("\"x\""), 3, "\"K\xfchler\"");
+    TempDir::Write(dir / ("GOOD-MIB.txt"), Module("GOOD-MIB", latin1));
     // Its first object is well written: nothing of the module may stay all the same.
     TempDir::Write(dir / ("BAD-MIB.txt"),
                    Module("BAD-MIB", Scalar("badFirst", 991) + "badOther OBJECT-TYPE SYNTAX ::= { }\n"));
@@ -107,6 +110,7 @@ TEST(MibReader, AFaultFailsItsModuleAloneAndNamesFileAndLine)
     EXPECT_THAT(read.failed, ElementsAre("BAD-MIB", "NO-SUCH-MIB", "NOR-THIS-MIB"));
     EXPECT_EQ(read.Find("badFirst"), nullptr) << "nothing of a failed module is half-added";
     ASSERT_NE(read.Find("goodValue"), nullptr);
+    EXPECT_EQ(read.Find("goodValue")->description, "K\xc3\xbchler");
     ASSERT_NE(read.Find("lackingValue"), nullptr);
     EXPECT_EQ(read.Find("lackingGauge")->syntax, "") << "a syntax of an import not found is not known";
 
