@@ -10,9 +10,25 @@
 #include "kel/frame/KELResources.h"
 #include "kel/frame/KELTrace.h"
 #include "kel/model/IElementInfo.h"
+
+#include <cstdlib>
 #include "kel/model/KELElementHelp.h"
 
-IFieldEditNum::IFieldEditNum(IElementInfo& info, IContainer* container) : KELTextField(info, container) {}
+IFieldEditNum::IFieldEditNum(IElementInfo& info, IContainer* container)
+    : KELTextField(info, container), m_range(info.GetRange())
+{
+}
+
+std::string IFieldEditNum::OutOfRange(const std::string& text) const
+{
+    if (!m_range)
+        return {};
+    char* end = nullptr;
+    const long long value = std::strtoll(text.c_str(), &end, 10);
+    if (end != text.c_str() && value >= m_range->low && value <= m_range->high)
+        return {};
+    return "a whole number from " + std::to_string(m_range->low) + " to " + std::to_string(m_range->high);
+}
 
 IFieldEditNum::~IFieldEditNum() = default;
 
@@ -75,10 +91,13 @@ bool IFieldEditNum::CheckText(std::string* reason)
     if (text.empty() || (DefaultAllowed() == ZED_DEFAULT_SERVER && text == GetDefault()))
         return true;
     std::string normalised = text;
-    if (Valid(normalised))
+    const bool valid = Valid(normalised);
+    const std::string outside = valid ? OutOfRange(normalised) : std::string();
+    if (valid && outside.empty())
         return true;
     if (reason)
-        *reason = KELResources::Format(KELString::kNotANumberOfKind, {text, KELElementHelp::Accepted(GetDT())});
+        *reason = KELResources::Format(KELString::kNotANumberOfKind,
+                                       {text, valid ? outside : KELElementHelp::Accepted(GetDT())});
     return false;
 }
 

@@ -3,6 +3,9 @@
 
 #include "kel/fields/KELCheckedField.h"
 #include "kel/fields/KELTextField.h"
+#include "zed/dict/TDictObjects.h"
+
+#include <optional>
 
 class KELTypingLimit;
 class IControlEditNum;
@@ -46,6 +49,10 @@ protected:
     virtual std::unique_ptr<TValue> MakeEmpty() const = 0;
 
 private:
+    // Outside the dictionary's narrower range, when it has one: why.
+    std::string OutOfRange(const std::string& text) const;
+
+    std::optional<TDictRange> m_range;
     IControlEditNum* m_pEdit = nullptr;  // the window; a child of the container
     KELTypingLimit* m_pLimit = nullptr;  // the edit's typing limit; a child of the edit
 };

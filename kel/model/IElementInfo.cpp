@@ -17,9 +17,9 @@ IElementInfo::IElementInfo(const IElementInfo& other)
       m_entity(other.m_entity), m_presentationName(other.m_presentationName), m_name(other.m_name),
       m_completeId(other.m_completeId), m_prefix(other.m_prefix), m_hasDictType(other.m_hasDictType),
       m_defaultAllowed(other.m_defaultAllowed), m_default(other.m_default), m_required(other.m_required),
-      m_units(other.m_units), m_description(other.m_description), m_access(other.m_access), m_maxSize(other.m_maxSize),
-      m_keyword(other.m_keyword), m_startOffset(other.m_startOffset), m_stopOffset(other.m_stopOffset),
-      m_maxColWidth(other.m_maxColWidth), m_defaultValue(other.m_defaultValue)
+      m_units(other.m_units), m_description(other.m_description), m_range(other.m_range), m_access(other.m_access),
+      m_maxSize(other.m_maxSize), m_keyword(other.m_keyword), m_startOffset(other.m_startOffset),
+      m_stopOffset(other.m_stopOffset), m_maxColWidth(other.m_maxColWidth), m_defaultValue(other.m_defaultValue)
 {
     if (other.m_pDictType)
         SetDictType(*other.m_pDictType);

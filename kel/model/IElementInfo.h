@@ -7,6 +7,7 @@
 #include "zed/value/TEntitySpec.h"
 
 #include <memory>
+#include <optional>
 #include <string>
 
 class TValue;
@@ -48,6 +49,8 @@ public:
     const std::string& GetUnits() const { return m_units; }
     /// What the element is, in its definer's words (a MIB's DESCRIPTION); may be empty.
     const std::string& GetDescription() const { return m_description; }
+    /// The values a number may take when narrower than its kind's (a MIB's range).
+    const std::optional<TDictRange>& GetRange() const { return m_range; }
     ZED_T_DICT_ACCESS GetAccess() const { return m_access; }
     unsigned int GetMaxSize() const { return m_maxSize; }
     unsigned char IsDisplayed() const { return m_isDisplayed; }
@@ -84,6 +87,7 @@ public:
     void SetRequired(unsigned char required) { m_required = required; }
     void SetUnits(const std::string& units) { m_units = units; }
     void SetDescription(const std::string& description) { m_description = description; }
+    void SetRange(const std::optional<TDictRange>& range) { m_range = range; }
     void SetAccess(ZED_T_DICT_ACCESS access) { m_access = access; }
     void SetMaxSize(unsigned int size) { m_maxSize = size; }
     void SetIsDisplayed(unsigned char displayed) { m_isDisplayed = displayed; }
@@ -113,6 +117,7 @@ private:
     unsigned char m_required = 0;
     std::string m_units;
     std::string m_description;
+    std::optional<TDictRange> m_range;
     ZED_T_DICT_ACCESS m_access = 3;
     unsigned int m_maxSize = 0;
     std::string m_keyword;

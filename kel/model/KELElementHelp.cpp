@@ -86,7 +86,9 @@ std::string KELElementHelp::Describe(const IElementInfo& info)
     if (kind && !typeText.empty())
         typeText += std::string(" (") + kind->what + ")";
     line("Type", typeText);
-    if (kind && kind->range)
+    if (const auto& range = element.GetRange())
+        line("Range", std::to_string(range->low) + " to " + std::to_string(range->high));
+    else if (kind && kind->range)
         line("Range", kind->range);
     if (element.GetMaxSize() > 0 && !(kind && kind->range))
         line("Size", "at most " + std::to_string(element.GetMaxSize()) + " characters");

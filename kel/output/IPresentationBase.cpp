@@ -73,6 +73,7 @@ void FillFromDictionary(const TDictValue& value, IElementInfo& info, const char*
     info.SetIsDisplayed(value.IsDisplayed() ? 1 : 0);
     info.SetUnits(value.GetUnits());
     info.SetDescription(value.GetDescription());
+    info.SetRange(value.GetRange());
     info.SetDefaultAllowed(value.DefaultAllowed());
     if (value.DefaultAllowed() == ZED_DEFAULT_SERVER)
         info.SetDefault(KELResources::String(KELString::kServerDefault));

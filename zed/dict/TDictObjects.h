@@ -17,6 +17,12 @@
 #include <string>
 #include <vector>
 
+/// The values a number may take, both ends included (a MIB's range).
+struct TDictRange {
+    std::int64_t low = 0;
+    std::int64_t high = 0;
+};
+
 /// What arguments and attributes share: an element with a type, units, a
 /// default and a place in forms.
 class ZED_EXPORT TDictValue {
@@ -40,6 +46,8 @@ public:
     unsigned int GetValueLength() const { return m_valueLength; }
     /// What the element is, in the words of whoever defined it (a MIB's DESCRIPTION); may be empty.
     const std::string& GetDescription() const { return m_description; }
+    /// The values a number may take, narrower than its type's; none: its type's.
+    const std::optional<TDictRange>& GetRange() const { return m_range; }
 
 protected:
     TDictValue() = default;
@@ -58,6 +66,7 @@ private:
     std::string m_defaultText = ZED_NO_DEFAULT_TEXT;
     unsigned int m_valueLength = 0;
     std::string m_description;
+    std::optional<TDictRange> m_range;
 };
 
 /// An argument of a directive's request, of a reply or of an event.

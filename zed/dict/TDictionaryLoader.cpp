@@ -377,7 +377,7 @@ private:
         UniqueCheck unique("argument");
         m_faults.ForEach(list, false, [&](const ZedJsonNode& node) {
             node.ExpectObject({"id", "name", "presentation", "description", "type", "required", "units", "displayed",
-                               "default", "serverDefault", "length", "snmp"});
+                               "default", "serverDefault", "length", "range", "snmp"});
             TDictArgument argument;
             ReadValueCommon(node, argument, unique);
             argument.m_required = node.BoolOr("required", false);
@@ -395,7 +395,7 @@ private:
     TDictAttribute ReadAttribute(const ZedJsonNode& node, UniqueCheck& unique)
     {
         node.ExpectObject({"id", "name", "presentation", "description", "type", "partition", "access", "units",
-                           "displayed", "default", "serverDefault", "length", "sqlColumnSize", "snmp"});
+                           "displayed", "default", "serverDefault", "length", "range", "sqlColumnSize", "snmp"});
         TDictAttribute attribute;
         ReadValueCommon(node, attribute, unique);
         const std::string partition = node.Key("partition").String();
@@ -454,6 +454,19 @@ private:
         if (!SyntaxFits(*known, type) && !(integer && !hint.empty() && IsText(type)))
             node.Fail(syntax + " does not fit the type " + type.GetName());
         return *known;
+    }
+
+    // A number's narrower range: [low, high], both ends included.
+    static TDictRange ReadRange(const ZedJsonNode& node, const TDictType& type)
+    {
+        if (!ZedIsNumber(type.GetDatatype()) || type.GetDatatype() == ZED_DT_FLOAT || type.GetDatatype() == ZED_DT_REAL)
+            node.Fail("only a whole number has a range");
+        if (node.ArraySize(false) != 2)
+            node.Fail("expected [low, high]");
+        const TDictRange range{node.At(0).Integer64(), node.At(1).Integer64()};
+        if (range.low > range.high)
+            node.Fail("the range's low end is above its high end");
+        return range;
     }
 
     static std::string ReadHint(const ZedJsonNode& snmp)
@@ -561,6 +574,8 @@ private:
         value.m_type = ResolveType(node.Key("type").NonEmptyString(), node.Key("type"), 0);
         value.m_units = node.StringOr("units", "");
         value.m_description = node.StringOr("description", "");
+        if (node.Has("range"))
+            value.m_range = ReadRange(node.Key("range"), *value.m_type);
         value.m_displayed = node.BoolOr("displayed", true);
         value.m_valueLength = node.UnsignedOr("length", 0);
         const bool serverDefault = node.BoolOr("serverDefault", false);

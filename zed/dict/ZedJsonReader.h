@@ -138,6 +138,13 @@ public:
             Fail("number out of the 32-bit range");
         return static_cast<std::int32_t>(m_value.get<std::int64_t>());
     }
+    std::int64_t Integer64() const
+    {
+        if (!m_value.is_number_integer()
+            || (m_value.is_number_unsigned() && m_value.get<std::uint64_t>() > 0x7FFFFFFFFFFFFFFFull))
+            Fail("expected a whole number of 64 bits");
+        return m_value.get<std::int64_t>();
+    }
     bool Bool() const
     {
         if (!m_value.is_boolean())

@@ -173,6 +173,8 @@ private:
             attribute["units"] = node.units;
         if (shown.length)
             attribute["length"] = shown.length;
+        if (const auto range = RangeOf(node, shown))
+            attribute["range"] = *range;
         if (const std::string value = ZedMibDefaultOf(node, shown); writable && !value.empty())
             attribute["default"] = value;
         if (!node.description.empty())
@@ -200,6 +202,23 @@ private:
         }
         cls["attributes"].push_back(std::move(attribute));
         return true;
+    }
+
+    // The hull of a number's ranges ("(0..100 | 200..300)" is 0 to 300): the
+    // field refuses what lies outside. net-snmp keeps range ends as int, so
+    // an Unsigned32 end past 2^31 is no end to believe.
+    static std::optional<json> RangeOf(const TMibNode& node, const TMibPresentation& shown)
+    {
+        if ((shown.type != "Integer32" && shown.type != "Unsigned32") || node.ranges.empty())
+            return std::nullopt;
+        std::int64_t low = node.ranges.front().low, high = node.ranges.front().high;
+        for (const TMibRange& range : node.ranges) {
+            low = std::min(low, range.low);
+            high = std::max(high, range.high);
+        }
+        if (low > high || (shown.type == "Unsigned32" && low < 0))
+            return std::nullopt;
+        return json::array({low, high});
     }
 
     // Scalars and columns an operator can read: index objects come by the index.

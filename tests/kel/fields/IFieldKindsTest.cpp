@@ -246,6 +246,25 @@ TEST_F(FieldKindsTest, NumbersAreCheckedAndRewrittenInTheirKindsFormat)
     }
 }
 
+// A MIB's range narrows a number's kind: outside it, the text is refused as
+// one of another kind is, and the help says the range.
+TEST_F(FieldKindsTest, ANumberOutsideItsDictionaryRangeIsRefused)
+{
+    IElementInfo info = Element(ZED_DT_INTEGER32);
+    info.SetRange(TDictRange{0, 100});
+    auto level = Make<IFieldInteger32>(info);
+    std::string reason;
+    level->SetValue(std::string("100"));
+    EXPECT_TRUE(level->CheckText(&reason));
+    level->SetValue(std::string("101"));
+    EXPECT_FALSE(level->CheckText(&reason));
+    EXPECT_EQ(reason, "\"101\" is not a whole number from 0 to 100");
+    level->SetValue(std::string("lots"));
+    EXPECT_FALSE(level->CheckText(&reason));
+    EXPECT_EQ(reason, "\"lots\" is not a whole number from -2147483648 to 2147483647") << "not a number at all";
+    EXPECT_THAT(level->GetWindow()->accessibleDescription().toStdString(), ::testing::HasSubstr("Range: 0 to 100"));
+}
+
 TEST_F(FieldKindsTest, AnInvalidNumberIsMarkedWhereItStandsAndTheFocusMovesOn)
 {
     auto count = Make<IFieldInteger16>(Element(ZED_DT_INTEGER16));

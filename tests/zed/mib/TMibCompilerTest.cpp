@@ -74,6 +74,8 @@ TEST(MibCompiler, EveryConstructOfAModuleBecomesWhatFormsPresent)
     EXPECT_EQ(AttributeOf(scalars, "kelBooted").GetDatatype(), ZED_DT_ABSTIME) << "DateAndTime";
     EXPECT_EQ(AttributeOf(scalars, "kelEnabled").GetDatatype(), ZED_DT_BOOLEAN) << "TruthValue";
     EXPECT_EQ(AttributeOf(scalars, "kelEnabled").GetDefaultValue(), "true");
+    ASSERT_TRUE(AttributeOf(scalars, "kelLevel").GetRange());
+    EXPECT_EQ(AttributeOf(scalars, "kelLevel").GetRange()->high, 100) << "Integer32 (0..100)";
     EXPECT_EQ(AttributeOf(scalars, "kelUptime").GetDatatype(), ZED_DT_RELTIME);
     EXPECT_EQ(AttributeOf(scalars, "kelOctets").GetSnmp()->syntax, ZedSnmpSyntax::Counter64);
     EXPECT_EQ(AttributeOf(scalars, "kelFeatures").GetSnmp()->syntax, ZedSnmpSyntax::Bits);
@@ -143,6 +145,14 @@ TEST(MibCompiler, ModulesJoinTheShippedDictionaryWithoutChangingIt)
     EXPECT_EQ(merged->GetPartitions().size(), original->GetPartitions().size());
 
     EXPECT_THROW(TMibCompiler::Compile(modules, R"({"format": "zed-dictionary 1", "classes": []})"), TException);
+    const auto ranged = [](const char* type, const char* range) {
+        return std::string(R"({"format": "zed-dictionary 1", "partitions": [{"code": 1, "name": "P"}],
+            "classes": [{"code": 1, "name": "C", "attributes": [{"id": 1, "name": "A", "partition": "P", "type": ")")
+               + type + R"(", "range": )" + range + "}]}]}";
+    };
+    EXPECT_NO_THROW(TDictionary::Parse(ranged("Unsigned32", "[0, 4294967295]"), "ranged"));
+    EXPECT_THROW(TDictionary::Parse(ranged("Integer32", "[5, 1]"), "ranged"), TException);
+    EXPECT_THROW(TDictionary::Parse(ranged("Latin1String", "[0, 1]"), "ranged"), TException);
     EXPECT_THROW(TMibCompiler::Compile(modules, "[1"), TException);
 }
 
