@@ -95,12 +95,18 @@ private:
     // A descriptor two modules define for two OIDs is written MODULE::descriptor.
     void CountDescriptors()
     {
-        std::map<std::string, ZedOid> first;
         for (const TMibNode& node : m_mib.nodes) {
-            const auto [at, added] = first.emplace(node.name, node.oid);
-            if (!added && at->second != node.oid)
+            const auto [at, added] = m_byName.emplace(node.name, &node);
+            if (!added && at->second->oid != node.oid)
                 m_ambiguous.insert(node.name);
         }
+    }
+
+    // The first node of a descriptor, as an INDEX or OBJECTS clause names it.
+    const TMibNode* Named(const std::string& name) const
+    {
+        const auto found = m_byName.find(name);
+        return found == m_byName.end() ? nullptr : found->second;
     }
 
     std::string NameOf(const TMibNode& node) const
@@ -289,7 +295,7 @@ private:
         json names = json::array();
         std::uint32_t foreign = kForeignIndexBase;
         for (const std::string& name : indexed.index) {
-            const TMibNode* object = m_mib.Find(name);
+            const TMibNode* object = Named(name);
             if (!object || object->kind != ZedMibKind::Column) {
                 Warn(entry, "its index object " + name + " is no column of a loaded module");
                 return std::nullopt;
@@ -367,7 +373,7 @@ private:
         for (const TMibNode& node : m_mib.nodes) {
             if (node.kind != ZedMibKind::Entry || node.augments.empty() || !Kept(node))
                 continue;
-            const TMibNode* base = m_mib.Find(node.augments);
+            const TMibNode* base = Named(node.augments);
             if (!base || base->kind != ZedMibKind::Entry) {
                 Warn(node, "the entry it augments, " + node.augments + ", is not in a loaded module");
                 continue;
@@ -429,7 +435,7 @@ private:
         for (const std::string& name : node.objects) {
             if (!named.insert(name).second)
                 continue;  // an object named twice is one argument
-            const TMibNode* object = m_mib.Find(name);
+            const TMibNode* object = Named(name);
             const TMibPresentation shown = object ? ZedMibPresentationOf(*object) : TMibPresentation{};
             const std::string type = object && shown.why.empty() ? TypeOf(*object, shown) : std::string();
             if (type.empty()) {
@@ -479,6 +485,7 @@ private:
     json& m_agent;
     std::set<std::string> m_named;
     std::set<std::string> m_ambiguous;
+    std::map<std::string, const TMibNode*> m_byName;
     std::set<std::string> m_bound;
     Names m_classNames;
     std::map<std::string, json, ZedLessIgnoringCase> m_typeItems;
