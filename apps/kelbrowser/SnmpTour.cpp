@@ -216,17 +216,7 @@ int MibSteps(KelBrowserWindow& window, const std::string& agent, const std::stri
         out << "  no sysORDescr line\n";
         return faults + 1;
     }
-    window.activateWindow();
-    description->GetWindow()->setFocus();
-    QApplication::processEvents();
-    window.ShowHelp();
-    QApplication::processEvents();
-    if (IHelpDialog* help = GetKELapp()->GetHelpDialog()) {
-        out << "  help: " << help->GetText().toStdString() << "\n";
-        help->resize(460, 300);
-        faults += Save(*help, folder, "27-mib-field-help.png", out) ? 0 : 1;
-        help->hide();
-    }
+    faults += SaveFieldHelp(window, *description, folder, "27-mib-field-help.png", QSize(460, 300), out);
     out << "\n";
     return faults;
 }

@@ -310,16 +310,8 @@ int TourConsoleAndWorkspace(KelBrowserWindow& window, const std::string& folder,
     faults += Save(window, folder, "10-workspace-reopened.png", out) ? 0 : 1;
 
     // F1 on a field of the form shows its help.
-    if (IField* field = window.GetAttributes() ? FirstField(*window.GetAttributes()) : nullptr) {
-        field->GetWindow()->setFocus();
-        window.ShowHelp();
-        QApplication::processEvents();
-        if (QWidget* help = GetKELapp()->GetHelpDialog()) {
-            help->resize(420, 220);
-            faults += Save(*help, folder, "11-help.png", out) ? 0 : 1;
-            help->hide();
-        }
-    }
+    if (IField* field = window.GetAttributes() ? FirstField(*window.GetAttributes()) : nullptr)
+        faults += SaveFieldHelp(window, *field, folder, "11-help.png", QSize(420, 220), out);
     out << "\n";
     return faults;
 }
@@ -382,16 +374,7 @@ int TourFilter(KelBrowserWindow& window, const std::string& folder, std::ostream
                 timeout = line->GetField();
         });
         if (timeout) {
-            window.activateWindow();
-            timeout->GetWindow()->setFocus();
-            QApplication::processEvents();
-            window.ShowHelp();
-            QApplication::processEvents();
-            if (QWidget* help = GetKELapp()->GetHelpDialog()) {
-                help->resize(420, 260);
-                faults += Save(*help, folder, "13-help-type-range-units.png", out) ? 0 : 1;
-                help->hide();
-            }
+            faults += SaveFieldHelp(window, *timeout, folder, "13-help-type-range-units.png", QSize(420, 260), out);
         } else {
             out << "  no Timeout line\n";
             ++faults;
@@ -402,6 +385,24 @@ int TourFilter(KelBrowserWindow& window, const std::string& folder, std::ostream
 }
 
 }  // namespace
+
+int SaveFieldHelp(KelBrowserWindow& window, IField& field, const std::string& folder, const char* picture,
+                  const QSize& size, std::ostream& out)
+{
+    window.activateWindow();
+    field.GetWindow()->setFocus();
+    QApplication::processEvents();
+    window.ShowHelp();
+    QApplication::processEvents();
+    IHelpDialog* help = GetKELapp()->GetHelpDialog();
+    if (!help)
+        return 1;
+    out << "  help: " << help->GetText().toStdString() << "\n";
+    help->resize(size);
+    const bool saved = Save(*help, folder, picture, out);
+    help->hide();
+    return saved ? 0 : 1;
+}
 
 int RunTour(KelBrowserWindow& window, const std::string& folder)
 {

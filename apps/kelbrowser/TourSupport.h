@@ -41,3 +41,11 @@ inline bool Save(QWidget& window, const std::string& folder, const char* picture
     out << "  picture: " << picture << (saved ? "" : " could not be written") << "\n";
     return saved;
 }
+
+class IField;
+class KelBrowserWindow;
+
+// F1 on the field, as an operator presses it: its help dialog, at that size,
+// saved as the picture and closed again; 0, or 1 when it was not saved.
+int SaveFieldHelp(KelBrowserWindow& window, IField& field, const std::string& folder, const char* picture,
+                  const QSize& size, std::ostream& out);
